@@ -1,0 +1,23 @@
+#pragma once
+
+#include <pk/project/project.hpp>
+
+namespace pk::project {
+
+/// A project directory seen as a behaviour: it has a name, kept in the metadata value "name".
+class PKPROJECT_EXPORT BehaviorProject
+{
+public:
+    explicit BehaviorProject(const Project& project);
+
+    /// The behaviour's name (UTF-8); empty when it has none. Throws as Project::getMetadata().
+    std::string name() const;
+
+    /// Names the behaviour; on disk when this returns. Throws as Project::setMetadata().
+    void setName(const std::string& name);
+
+private:
+    Project m_project;
+};
+
+} // namespace pk::project

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <pk/project/archive_limits.hpp>
+#include <pk/project/error.hpp>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <cstdio>
+#include <memory>
+#include <pkproject/export.hpp>
+
+namespace pk::project {
+
+class Store;
+
+/// The form in which a project is saved. Unspecified and Source keep the form of the current
+/// source; a project without one becomes a directory.
+enum class ArchiveFormat : int
+{
+    Unspecified = 0,
+    Source = 1,
+    Directory = 2,
+    Zip = 7
+};
+
+/// A project: a tree of files and directories with a little metadata, edited in private and saved
+/// as a whole.
+///
+/// A model holds an index of the project in memory. The place that it was opened from or last saved
+/// to, its *source*, is only read until the next save; whatever is written in between goes to a
+/// private staging directory, which the model removes when it is destroyed. Queries read the index
+/// alone. Bytes of files that were not rewritten are read from the source when they are asked for.
+///
+/// Paths are relative to the project's top and use "/". A leading "./", a trailing "/", doubled "/"
+/// and "." components are normalised away; the empty path is the top itself. An absolute path, a
+/// component "..", and a NUL are refused: fopen() gives null, hasFile() false, every other
+/// operation throws InvalidPath. File names are UTF-8 and compared byte by byte.
+///
+/// No part of the project are, at its top level, the version-control entries ".git", ".hg" and
+/// ".svn", and the store's own metadata file ".kxproject": they are never found, listed, read,
+/// moved, exported or imported, nothing can be put there (InvalidPath), and a save leaves
+/// version-control entries of its target as they are. Symbolic links and special files in a
+/// directory project are no part of it either and are never followed.
+///
+/// Operations that put something at a path make the missing directories above it, except fopen()
+/// and mkdir() without `recursive`. New files and directories get the modes that the process's
+/// umask leaves; a file that is rewritten keeps its mode.
+///
+/// Used from one thread at a time. Models are independent of each other, also when they were opened
+/// on the same place: the first save wins, the other model's save throws ConflictError and its
+/// edits can still be saved elsewhere.
+class PKPROJECT_EXPORT ProjectModel
+{
+public:
+    /// An empty project without a source.
+    ProjectModel();
+
+    /// Opens a directory, or a zip archive, at a local path. A save that another program began
+    /// there and did not end is completed or undone first, whichever leaves a whole project.
+    /// A source that can't be written opens all the same. Throws PathNotFound for a missing path,
+    /// FormatError for what is no project, LimitError for an archive out of bounds, LockError when
+    /// another program keeps saving the project, IoError for what can't be read.
+    explicit ProjectModel(const QString& path);
+
+    ~ProjectModel();
+    ProjectModel(ProjectModel&& other) noexcept;
+    ProjectModel& operator=(ProjectModel&& other) noexcept;
+    ProjectModel(const ProjectModel&) = delete;
+    ProjectModel& operator=(const ProjectModel&) = delete;
+
+    /// The absolute local path that the project was opened from or last saved to, without a
+    /// trailing "/"; empty when there is none.
+    QString getSourcePath() const;
+
+    /// The metadata value of a key; empty when absent.
+    QString getMetadata(const QString& key) const;
+
+    /// Sets a metadata value; an empty one removes the key. Reaches the disk with the next save.
+    void setMetadata(const QString& key, const QString& value);
+
+    /// What is in `directory`, as names relative to it, sorted by their UTF-8 bytes: the files,
+    /// with `includeDirectories` the directories too, with `directoriesOnly` these alone. With
+    /// `recursive` also what is below, as "images/a.png". Empty for a missing directory.
+    QStringList getFileList(const QString& directory, bool includeDirectories, bool recursive,
+                            bool directoriesOnly) const;
+
+    /// Whether `path` is a file of the project; false for a directory.
+    bool hasFile(const QString& path) const;
+
+    /// Opens a file as the C library's fopen() does, with any of its modes; null on failure. A file
+    /// opened for writing replaces the project's file at once, with what is flushed; its directory
+    /// must exist. The caller closes the stream, which stays valid whatever happens to the model:
+    /// what is written to it after a save is an edit since that save.
+    FILE* fopen(const QString& path, const QString& mode);
+
+    /// The bytes of a file; empty when it does not exist or can't be read.
+    QByteArray readFile(const QString& path) const;
+
+    /// Creates or replaces a file. Throws AlreadyExists when a directory is there.
+    void writeFile(const QString& path, const QByteArray& bytes);
+
+    /// An absolute local path at which the file's bytes can be read until the project is next
+    /// changed or saved; an archive's file is unpacked for it. Never to be written to. Throws
+    /// PathNotFound when there is no such file.
+    QString getFileLocalPath(const QString& path) const;
+
+    /// Makes a directory; an existing one is no error. Without `recursive` the directory above it
+    /// must exist (PathNotFound). Throws AlreadyExists when a file is in the way.
+    void mkdir(const QString& path, bool recursive);
+
+    /// Moves a file or directory to a new path. Throws PathNotFound when `from` is missing,
+    /// AlreadyExists when `to` exists and `overwrite` is false, InvalidPath when `to` lies inside
+    /// `from` or `from` inside `to`. With `overwrite` what was at `to` is removed. The cost does
+    /// not depend on what is below `from`.
+    void move(const QString& from, const QString& to, bool overwrite);
+
+    /// Removes a file, or a directory with all it holds; the empty path empties the project.
+    /// Throws PathNotFound.
+    void remove(const QString& path);
+
+    /// Copies `from` of `source` to `to` in this project: a file, or a directory with the files in
+    /// it and, with `recursive`, all that is below. `source` may be this model, and `to` may lie
+    /// inside `from`: what is copied is what was there before. A directory that exists at `to` is
+    /// merged with, its files of the same name replaced. Names that may not stand at a project's
+    /// top level are left out when they would get there. Modes are kept. Throws PathNotFound, and
+    /// AlreadyExists where a file would replace a directory or a directory a file.
+    void importFile(const ProjectModel& source, const QString& from, const QString& to,
+                    bool recursive);
+
+    /// Copies `from`, as importFile() does, to a local path, merging with a directory that exists
+    /// there. Nothing outside `localPath` is written: a symbolic link below it is never followed,
+    /// one in the way of a directory is an IoError, one in the way of a file is replaced. The
+    /// directories above `localPath` must exist. Throws PathNotFound and IoError; what was copied
+    /// before a failure stays.
+    void exportFile(const QString& from, const QString& localPath, bool recursive) const;
+
+    /// Saves the project, all or nothing, and makes the saved place its source.
+    ///
+    /// An empty `path` is the current source. `overwrite` false refuses an existing target
+    /// (AlreadyExists). A target inside the project itself, or one that holds it, is refused
+    /// (InvalidPath). When the target is the source and someone else changed it since it was
+    /// opened, ConflictError lists what changed. Throws LockError when another program is saving
+    /// the target, IoError with path and reason for everything the operating system refuses. After
+    /// an error the target and the model are as before, and a later save, there or elsewhere,
+    /// works.
+    ///
+    /// Saving to the source directory costs in proportion to what was changed since the last save;
+    /// files whose bytes are as before are not touched. Saving to the source archive copies
+    /// unchanged entries as they are.
+    void save(const QString& path, ArchiveFormat format, bool overwrite);
+
+private:
+    std::unique_ptr<Store> m_store;
+};
+
+} // namespace pk::project

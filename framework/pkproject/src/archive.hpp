@@ -1,0 +1,77 @@
+#pragma once
+
+#include "disk.hpp"
+#include "index.hpp"
+#include "metadata.hpp"
+#include "place.hpp"
+#include "staging.hpp"
+
+#include <zip.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pk::project {
+
+struct ZipDiscard
+{
+    void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+/// An open archive; dropped without saving unless it is released into zip_close().
+using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
+
+/// The archive that a model was opened from or saved to. The open file is held, so that its bytes
+/// stay as they were even when the file on disk is replaced. Its central directory is read when it
+/// is first needed.
+class ArchiveSource
+{
+public:
+    /// The archive in an open file. `place` is where it is on disk.
+    ArchiveSource(Place place, Fd file);
+
+    const Place& place() const { return m_place; }
+
+    /// Fills an empty index with what the archive holds. Throws FormatError for what is no zip
+    /// archive, is damaged or encrypted, or holds what no project can, LimitError for one out of
+    /// bounds.
+    void load(Index& index);
+
+    /// Reads the metadata file. Throws FormatError.
+    Metadata loadMetadata();
+
+    /// A staged file with the bytes of an entry of the source, whose checksum is verified. Throws
+    /// FormatError for a damaged entry, IoError.
+    std::shared_ptr<StagedFile> unpack(const Entry& entry, Staging& staging);
+
+    /// The archive for copying entries out of it.
+    zip_t* handle();
+
+    /// Positions and names of version-control files in the archive: no part of the project, but
+    /// kept when it is saved in place.
+    const std::vector<std::pair<std::uint64_t, std::string>>& foreign() const { return m_foreign; }
+    void setForeign(std::vector<std::pair<std::uint64_t, std::string>> f)
+    {
+        m_foreign = std::move(f);
+    }
+
+    /// Throws ConflictError unless the file on disk is the one that is open, as it was then.
+    void checkUnchanged() const;
+
+private:
+    struct Item;
+    Item item(std::uint64_t position);
+    std::vector<Item> items();
+    void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
+    std::string read(std::uint64_t position, std::uint64_t size, const std::string& name);
+    [[noreturn]] void failDamaged(const std::string& reason) const;
+
+    Place m_place;
+    Fd m_file;
+    Stamp m_stamp;
+    ZipHandle m_zip;
+    std::vector<std::pair<std::uint64_t, std::string>> m_foreign;
+};
+
+} // namespace pk::project

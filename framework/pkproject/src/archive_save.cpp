@@ -1,0 +1,344 @@
+#include "archive_save.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace pk::project {
+
+namespace {
+
+// 1980-01-01, 00:00:00: the earliest time that an archive can hold.
+constexpr zip_uint16_t a_noTime = 0;
+constexpr zip_uint16_t a_noDate = 0x0021;
+
+// The archive library writes no archive without entries; this is one.
+constexpr char a_emptyArchive[22] = {'P', 'K', 5, 6};
+
+} // namespace
+
+template <class Action>
+zip_int64_t ArchiveSave::guard(const Action& action)
+{
+    try {
+        return action();
+    } catch (...) {
+        // No exception may pass through the archive library, which is C.
+        if (!m_failure) {
+            m_failure = std::current_exception();
+        }
+        return -1;
+    }
+}
+
+// Hands an entry's bytes to the archive library. The file is opened when its turn comes.
+class ArchiveSave::Input
+{
+public:
+    Input(ArchiveSave& save, std::size_t added) : m_save(save), m_added(added)
+    {
+        zip_error_init(&m_error);
+    }
+    ~Input() { zip_error_fini(&m_error); }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    Input(Input&&) = delete;
+    Input& operator=(Input&&) = delete;
+
+    static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        auto& input = *static_cast<Input*>(user);
+        const zip_int64_t result =
+            input.m_save.guard([&] { return input.handle(data, size, command); });
+        if (result < 0) {
+            zip_error_set(&input.m_error, ZIP_ER_READ, EIO);
+        }
+        return result;
+    }
+
+private:
+    zip_int64_t handle(void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        switch (command) {
+        case ZIP_SOURCE_SUPPORTS:
+            return ZIP_SOURCE_SUPPORTS_READABLE;
+        case ZIP_SOURCE_STAT:
+            return describe(*static_cast<zip_stat_t*>(data));
+        case ZIP_SOURCE_OPEN:
+            open();
+            return 0;
+        case ZIP_SOURCE_READ:
+            return read(data, size);
+        case ZIP_SOURCE_CLOSE:
+            m_file.reset();
+            return 0;
+        case ZIP_SOURCE_ERROR:
+            return zip_error_to_data(&m_error, data, size);
+        case ZIP_SOURCE_FREE:
+            return 0;
+        default:
+            return -1;
+        }
+    }
+
+    void open()
+    {
+        if (!m_file) {
+            m_file = m_save.m_contents.open(*m_save.m_added[m_added].entry);
+        }
+    }
+
+    zip_int64_t describe(zip_stat_t& info)
+    {
+        open();
+        zip_stat_init(&info);
+        info.size = static_cast<zip_uint64_t>(statOf(m_file).st_size);
+        info.valid = ZIP_STAT_SIZE;
+        return sizeof info;
+    }
+
+    zip_int64_t read(void* data, zip_uint64_t size)
+    {
+        ssize_t got = 0;
+        do {
+            got = ::read(m_file.get(), data, size);
+        } while (got < 0 && errno == EINTR);
+        if (got < 0) {
+            throwErrno(m_file.path());
+        }
+        m_save.m_added[m_added].bytes += static_cast<std::uint64_t>(got);
+        return got;
+    }
+
+    ArchiveSave& m_save;
+    std::size_t m_added;
+    Fd m_file;
+    zip_error_t m_error{};
+};
+
+// Takes what the archive library writes to the new file.
+class ArchiveSave::Output
+{
+public:
+    Output(ArchiveSave& save, const Fd& file) : m_save(save), m_file(file)
+    {
+        zip_error_init(&m_error);
+    }
+    ~Output() { zip_error_fini(&m_error); }
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    Output(Output&&) = delete;
+    Output& operator=(Output&&) = delete;
+
+    static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        auto& output = *static_cast<Output*>(user);
+        if (command == ZIP_SOURCE_STAT) {
+            // It is not there yet, as far as the archive library needs to know.
+            zip_error_set(&output.m_error, ZIP_ER_READ, ENOENT);
+            return -1;
+        }
+        const zip_int64_t result =
+            output.m_save.guard([&] { return output.handle(data, size, command); });
+        if (result < 0) {
+            zip_error_set(&output.m_error, ZIP_ER_WRITE, EIO);
+        }
+        return result;
+    }
+
+private:
+    zip_int64_t handle(void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        switch (command) {
+        case ZIP_SOURCE_SUPPORTS:
+            return ZIP_SOURCE_SUPPORTS_WRITABLE;
+        case ZIP_SOURCE_WRITE:
+            Disk::instance().write(m_file, static_cast<const char*>(data), size);
+            return static_cast<zip_int64_t>(size);
+        case ZIP_SOURCE_TELL_WRITE:
+            return position(0, SEEK_CUR);
+        case ZIP_SOURCE_SEEK_WRITE: {
+            const auto* const args =
+                ZIP_SOURCE_GET_ARGS(zip_source_args_seek_t, data, size, &m_error);
+            return args != nullptr ? position(args->offset, args->whence) >= 0 ? 0 : -1 : -1;
+        }
+        case ZIP_SOURCE_ERROR:
+            return zip_error_to_data(&m_error, data, size);
+        case ZIP_SOURCE_BEGIN_WRITE:
+        case ZIP_SOURCE_COMMIT_WRITE:
+        case ZIP_SOURCE_ROLLBACK_WRITE:
+        case ZIP_SOURCE_REMOVE:
+        case ZIP_SOURCE_FREE:
+            return 0;
+        default:
+            return -1;
+        }
+    }
+
+    zip_int64_t position(zip_int64_t offset, int whence)
+    {
+        const off_t result = ::lseek(m_file.get(), offset, whence);
+        if (result < 0) {
+            throwErrno(m_file.path());
+        }
+        return result;
+    }
+
+    ArchiveSave& m_save;
+    const Fd& m_file;
+    zip_error_t m_error{};
+};
+
+ArchiveSave::ArchiveSave(Index& index, Contents& contents, const Metadata& metadata)
+    : m_index(index), m_contents(contents), m_metadata(formatMetadata(metadata))
+{
+}
+
+ArchiveSave::~ArchiveSave() = default;
+
+void ArchiveSave::keepForeign()
+{
+    m_keepForeign = true;
+}
+
+Fd ArchiveSave::write(const std::string& path, mode_t mode)
+{
+    m_path = path;
+    const Fd file = Disk::instance().create(path, mode);
+    Output output(*this, file);
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* const target = zip_source_function_create(Output::callback, &output, &error);
+    if (target == nullptr) {
+        fail(path, zip_error_strerror(&error));
+    }
+    ZipHandle zip(zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, &error));
+    if (!zip) {
+        zip_source_free(target);
+        fail(path, zip_error_strerror(&error));
+    }
+    addMetadata(zip.get());
+    addDirectory(zip.get(), m_index.root());
+    if (m_keepForeign && m_contents.archive) {
+        for (const auto& foreign : m_contents.archive->foreign()) {
+            m_foreign.emplace_back(zip_get_num_entries(zip.get(), 0), foreign.second);
+            addOriginal(zip.get(), foreign.second, foreign.first, 0);
+        }
+    }
+    if (zip_get_num_entries(zip.get(), 0) == 0) {
+        Disk::instance().write(file, a_emptyArchive, sizeof a_emptyArchive);
+    } else if (zip_close(zip.get()) != 0) {
+        if (m_failure) {
+            std::rethrow_exception(m_failure);
+        }
+        fail(path, zip_strerror(zip.get()));
+    } else {
+        zip.release(); // NOLINT(bugprone-unused-return-value): zip_close() has freed it
+    }
+    Disk::instance().sync(file);
+    return openPath(path, O_RDONLY);
+}
+
+void ArchiveSave::adopt(ArchiveSource& source) const
+{
+    for (const Added& added : m_added) {
+        added.entry->stamp = {added.position, 0, static_cast<std::int64_t>(added.bytes)};
+    }
+    source.setForeign(m_foreign);
+}
+
+void ArchiveSave::addMetadata(zip_t* zip)
+{
+    if (!m_metadata.isEmpty()) {
+        addSource(zip, a_metadataFile,
+                  zip_source_buffer(zip, m_metadata.constData(),
+                                    static_cast<zip_uint64_t>(m_metadata.size()), 0),
+                  0644);
+    }
+}
+
+void ArchiveSave::addDirectory(zip_t* zip, Entry& directory)
+{
+    for (const auto& child : directory.folder->children) {
+        if (!child->isDirectory()) {
+            addFile(zip, *child);
+            continue;
+        }
+        const std::string name = Index::path(*child) + "/";
+        finishEntry(zip, zip_dir_add(zip, name.c_str(), ZIP_FL_ENC_UTF_8), name,
+                    S_IFDIR | child->mode);
+        addDirectory(zip, *child);
+    }
+}
+
+void ArchiveSave::addFile(zip_t* zip, Entry& entry)
+{
+    const std::string name = Index::path(entry);
+    const mode_t mode = S_IFREG | entry.mode;
+    const Entry* const original = m_contents.archive ? originalInSource(entry) : nullptr;
+    const auto position = static_cast<std::uint64_t>(zip_get_num_entries(zip, 0));
+    m_added.push_back({&entry, position, 0});
+    if (original != nullptr) {
+        m_added.back().bytes = static_cast<std::uint64_t>(original->stamp.bytes);
+        addOriginal(zip, name, original->stamp.id, mode);
+        return;
+    }
+    m_inputs.push_back(std::make_unique<Input>(*this, m_added.size() - 1));
+    addSource(zip, name, zip_source_function(zip, Input::callback, m_inputs.back().get()), mode);
+}
+
+// With mode 0 the entry keeps the attributes that it had.
+void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t position,
+                              mode_t mode)
+{
+    zip_t* const from = m_contents.archive->handle();
+    zip_stat_t info;
+    zip_stat_init(&info);
+    zip_uint8_t system = 0;
+    zip_uint32_t attributes = 0;
+    if (zip_stat_index(from, position, 0, &info) != 0 ||
+        zip_file_get_external_attributes(from, position, 0, &system, &attributes) != 0) {
+        fail(name, zip_strerror(from));
+    }
+    if (name.back() == '/') {
+        finishEntry(zip, zip_dir_add(zip, name.c_str(), ZIP_FL_ENC_UTF_8), name, attributes >> 16);
+        return;
+    }
+    const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
+    addSource(zip, name, zip_source_zip(zip, from, position, 0, 0, -1),
+              mode != 0 ? mode : attributes >> 16);
+    // Otherwise what was stored as it is would be compressed now.
+    zip_set_file_compression(zip, added, info.comp_method, 0);
+}
+
+void ArchiveSave::addSource(zip_t* zip, const std::string& name, zip_source_t* source, mode_t mode)
+{
+    if (source == nullptr) {
+        fail(name, zip_strerror(zip));
+    }
+    const zip_int64_t position = zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    if (position < 0) {
+        zip_source_free(source);
+    }
+    finishEntry(zip, position, name, mode);
+}
+
+void ArchiveSave::finishEntry(zip_t* zip, zip_int64_t position, const std::string& name,
+                              mode_t mode) const
+{
+    const auto index = static_cast<zip_uint64_t>(position);
+    if (position < 0 || zip_file_set_dostime(zip, index, a_noTime, a_noDate, 0) != 0 ||
+        zip_file_set_external_attributes(zip, index, 0, ZIP_OPSYS_UNIX,
+                                         static_cast<zip_uint32_t>(mode) << 16) != 0) {
+        fail(name, zip_strerror(zip));
+    }
+}
+
+void ArchiveSave::fail(const std::string& name, const std::string& reason) const
+{
+    throw IoError(m_path + ": '" + name + "' can't be written: " + reason);
+}
+
+} // namespace pk::project

@@ -1,0 +1,21 @@
+#include <pk/project/behavior_project.hpp>
+
+namespace pk::project {
+
+namespace {
+constexpr const char* a_nameKey = "name";
+}
+
+BehaviorProject::BehaviorProject(const Project& project) : m_project(project) {}
+
+std::string BehaviorProject::name() const
+{
+    return m_project.getMetadata(a_nameKey);
+}
+
+void BehaviorProject::setName(const std::string& name)
+{
+    m_project.setMetadata(a_nameKey, name);
+}
+
+} // namespace pk::project

@@ -1,0 +1,43 @@
+#include "contents.hpp"
+
+#include <pk/project/error.hpp>
+
+namespace pk::project {
+
+Fd Contents::open(Entry& entry)
+{
+    unpack(entry);
+    if (const auto staged = entry.staged()) {
+        return staged->open();
+    }
+    return directory->open(*originalInSource(entry));
+}
+
+std::string Contents::localPath(Entry& entry)
+{
+    unpack(entry);
+    const auto staged = entry.staged();
+    return staged ? staged->path() : directory->localPath(*originalInSource(entry));
+}
+
+std::shared_ptr<StagedFile> Contents::share(Entry& entry, Staging& staging)
+{
+    unpack(entry);
+    auto staged = entry.staged();
+    return staged && staged->isSealed() ? staged : staging.copy(entry.name, open(entry));
+}
+
+std::shared_ptr<StagedFile> Contents::copy(Entry& entry)
+{
+    return m_staging->copy(entry.name, open(entry));
+}
+
+// An archive's file is unpacked once; what was unpacked stays at hand until the next save.
+void Contents::unpack(Entry& entry)
+{
+    if (archive && !entry.staged()) {
+        entry.needDetail().staged = archive->unpack(*originalInSource(entry), *m_staging);
+    }
+}
+
+} // namespace pk::project

@@ -1,0 +1,157 @@
+#include "directory_save.hpp"
+
+#include "journal.hpp"
+#include "save_plan.hpp"
+
+#include <pk/log.hpp>
+#include <pk/project/error.hpp>
+
+#include <optional>
+
+namespace pk::project {
+
+namespace {
+
+// A project of up to this many files and directories is compared with the disk as a whole before it
+// is saved. That costs a millisecond or two; in a larger one only what the save touches is
+// compared, unless something hints at other changes, so that saving does not cost more the larger
+// it is.
+constexpr std::size_t a_comparedWhole = 4096;
+
+// From this many on, one sync of the file system is cheaper than one for each file.
+constexpr std::size_t a_manyFiles = 32;
+
+void checkConflicts(const Index& index, const DirectorySource& source, const SavePlan& plan)
+{
+    if (source.mayHaveChanged() || source.size() <= a_comparedWhole ||
+        !plan.findConflicts().empty()) {
+        source.checkUnchanged(index);
+    }
+}
+
+void writeBytes(const QByteArray& bytes, const std::string& path, bool sync)
+{
+    const Fd file = Disk::instance().create(path, umaskLeaves(0666));
+    Disk::instance().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (sync) {
+        Disk::instance().sync(file);
+    }
+}
+
+void planMetadata(Journal& journal, bool isThere, bool isWanted, int item)
+{
+    if (isWanted) {
+        journal.puts.push_back({a_metadataFile, item, 0, isThere});
+    } else if (isThere) {
+        journal.collects.push_back({{-1, a_metadataFile}, item});
+    }
+}
+
+} // namespace
+
+void saveInPlace(Index& index, Contents& contents, const Metadata* metadata)
+{
+    DirectorySource& source = *contents.directory;
+    SavePlan plan(index, contents);
+    Journal journal = plan.journal();
+    const QByteArray newMetadata = metadata != nullptr ? formatMetadata(*metadata) : QByteArray();
+    const int metadataItem = plan.nextItem();
+    if (metadata != nullptr) {
+        planMetadata(journal, source.hasMetadataFile(), !newMetadata.isEmpty(), metadataItem);
+    }
+    if (journal.isEmpty()) {
+        index.settle(false, false);
+        return;
+    }
+    JournalDirectory directory(source.place());
+    const bool many = plan.newFiles().size() > a_manyFiles;
+    std::vector<std::pair<Entry*, Stamp>> stamps;
+    for (const SavePlan::NewFile& file : plan.newFiles()) {
+        const Fd fd = copyToNewFile(contents.open(*file.entry), directory.itemPath(file.item),
+                                    file.entry->mode);
+        if (!many) {
+            Disk::instance().sync(fd);
+        }
+        stamps.emplace_back(file.entry, Stamp::of(statOf(fd)));
+    }
+    if (!newMetadata.isEmpty()) {
+        writeBytes(newMetadata, directory.itemPath(metadataItem), !many);
+    }
+    checkConflicts(index, source, plan);
+    try {
+        directory.run(journal, many);
+    } catch (const Error&) {
+        source.setUnfinished(directory.unfinished());
+        throw;
+    }
+    for (const auto& stamp : stamps) {
+        stamp.first->stamp = stamp.second;
+    }
+    index.settle(false, false);
+    source.remember();
+}
+
+DirectorySave::DirectorySave(Index& index, Contents& contents, const Metadata& metadata)
+    : m_index(index), m_contents(contents), m_metadata(metadata)
+{
+}
+
+void DirectorySave::write(const std::string& path, mode_t mode)
+{
+    Disk::instance().mkdir(path, mode | 0700);
+    const QByteArray metadata = formatMetadata(m_metadata);
+    if (!metadata.isEmpty()) {
+        writeBytes(metadata, path + "/" + a_metadataFile, false);
+    }
+    writeDirectory(m_index.root(), path);
+    if ((mode & 0700) != 0700) {
+        Disk::instance().chmod(path, mode);
+    }
+    Disk::instance().syncFileSystem(path);
+}
+
+void DirectorySave::adopt() const
+{
+    for (const auto& stamp : m_stamps) {
+        stamp.first->stamp = stamp.second;
+    }
+    for (Entry* const entry : m_leftOut) {
+        m_index.remove(*entry);
+    }
+}
+
+void DirectorySave::writeDirectory(Entry& directory, const std::string& path)
+{
+    for (const auto& child : directory.folder->children) {
+        const std::string childPath = path + "/" + child->name;
+        ++m_size;
+        if (!child->isDirectory()) {
+            writeFile(*child, childPath);
+            continue;
+        }
+        Disk::instance().mkdir(childPath, child->mode | 0700);
+        writeDirectory(*child, childPath);
+        if ((child->mode & 0700) != 0700) {
+            Disk::instance().chmod(childPath, child->mode);
+        }
+    }
+}
+
+void DirectorySave::writeFile(Entry& entry, const std::string& path)
+{
+    Fd bytes;
+    try {
+        bytes = m_contents.open(entry);
+    } catch (const PathNotFound& error) {
+        // Whoever removed it decided so; what was edited here is worth more than a refusal.
+        pk::log::log(pk::log::Warning, "pkproject",
+                     std::string(error.what()) + "; it is left out of the saved project", __FILE__,
+                     "writeFile", __LINE__);
+        m_leftOut.push_back(&entry);
+        return;
+    }
+    const Fd file = copyToNewFile(bytes, path, entry.mode);
+    m_stamps.emplace_back(&entry, Stamp::of(statOf(file)));
+}
+
+} // namespace pk::project

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "disk.hpp"
+#include "index.hpp"
+#include "journal.hpp"
+#include "metadata.hpp"
+#include "place.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pk::project {
+
+/// A project directory that a model was opened from or saved to. It is only read here; no symbolic
+/// link below it is ever followed.
+class DirectorySource
+{
+public:
+    /// The source in an open directory, which is, or is about to be, at `place`. Throws IoError.
+    DirectorySource(Place place, Fd root);
+
+    const Place& place() const { return m_place; }
+
+    /// Fills an empty index with what the directory holds. Throws IoError, and FormatError for a
+    /// name that is not UTF-8.
+    void load(Index& index);
+
+    /// Reads the metadata file. Throws FormatError and IoError.
+    Metadata loadMetadata() const;
+
+    /// Opens a file of the source for reading. Throws PathNotFound when someone removed it,
+    /// IoError.
+    Fd open(const Entry& entry) const;
+
+    /// The path of a file of the source on the disk.
+    std::string localPath(const Entry& entry) const;
+
+    /// What is at a path below the directory now, no link followed; nothing when there is nothing.
+    std::optional<struct stat> stat(const std::string& path) const;
+
+    /// Takes note of how the directory itself and its metadata file are now. Called after a save.
+    void remember();
+
+    /// Throws ConflictError, which lists what is different, unless all of the directory is as the
+    /// index knows it.
+    void checkUnchanged(const Index& index) const;
+    /// The same for one directory of the source and all below it; gives the differences.
+    std::vector<std::string> changesBelow(const Entry& directory) const;
+
+    /// Whether a cheap look says that something may have changed: another save took place, or an
+    /// entry of the top directory came or went.
+    bool mayHaveChanged() const;
+
+    /// Whether the metadata file is there, as it was when last looked at.
+    bool hasMetadataFile() const { return m_metadataStamp.has_value(); }
+
+    /// A save in place that failed and could not be undone yet.
+    const std::optional<JournalDirectory::Unfinished>& unfinished() const { return m_unfinished; }
+    void setUnfinished(std::optional<JournalDirectory::Unfinished> u)
+    {
+        m_unfinished = std::move(u);
+    }
+
+    /// Files and directories, when last loaded or saved whole.
+    std::size_t size() const { return m_size; }
+    void setSize(std::size_t size) { m_size = size; }
+
+private:
+    void loadDirectory(const Fd& fd, Entry& directory);
+    void compare(const Fd& fd, const Entry& directory, const std::string& path,
+                 std::vector<std::string>& changes) const;
+    std::optional<Stamp> metadataStamp() const;
+
+    Place m_place;
+    Fd m_root;
+    std::int64_t m_time = 0;
+    std::optional<Stamp> m_metadataStamp;
+    std::size_t m_size = 0;
+    std::optional<JournalDirectory::Unfinished> m_unfinished;
+};
+
+} // namespace pk::project

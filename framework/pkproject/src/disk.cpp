@@ -1,0 +1,361 @@
+#include "disk.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace pk::project {
+
+namespace {
+
+constexpr std::size_t a_bufferSize = std::size_t{1} << 16;
+
+Disk*& current()
+{
+    static Disk usual;
+    static Disk* disk = &usual;
+    if (disk == nullptr) {
+        disk = &usual;
+    }
+    return disk;
+}
+
+void check(int result, const std::string& path)
+{
+    if (result != 0) {
+        throwErrno(path);
+    }
+}
+
+// Older kernels and some sandboxes have no openat2(): then each component is opened in turn.
+Fd openStepwise(const Fd& directory, const std::string& path, int flags)
+{
+    Fd at(::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0), directory.path());
+    for (std::size_t begin = 0; at;) {
+        const std::size_t end = path.find('/', begin);
+        const bool last = end == std::string::npos;
+        const std::string part = path.substr(begin, last ? end : end - begin);
+        const int partFlags = last ? flags : O_PATH | O_DIRECTORY;
+        at = Fd(::openat(at.get(), part.c_str(), partFlags | O_NOFOLLOW | O_CLOEXEC),
+                directory.path() + "/" + path);
+        if (last) {
+            break;
+        }
+        begin = end + 1;
+    }
+    return at;
+}
+
+} // namespace
+
+Fd::Fd(Fd&& other) noexcept : m_fd(other.release()), m_path(std::move(other.m_path)) {}
+
+Fd& Fd::operator=(Fd&& other) noexcept
+{
+    if (this != &other) {
+        reset();
+        m_fd = other.release();
+        m_path = std::move(other.m_path);
+    }
+    return *this;
+}
+
+int Fd::release()
+{
+    return std::exchange(m_fd, -1);
+}
+
+void Fd::reset()
+{
+    if (m_fd >= 0) {
+        ::close(release());
+    }
+}
+
+Disk& Disk::instance()
+{
+    return *current();
+}
+
+void Disk::replace(Disk* disk)
+{
+    current() = disk;
+}
+
+Fd Disk::create(const std::string& path, mode_t mode)
+{
+    Fd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600), path);
+    if (!file) {
+        throwErrno(path);
+    }
+    check(::fchmod(file.get(), mode), path);
+    return file;
+}
+
+void Disk::write(const Fd& file, const char* bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(file.get(), bytes, size);
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throwErrno(file.path());
+        }
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+void Disk::copy(const Fd& from, const Fd& to)
+{
+    bool inKernel = true;
+    std::string buffer;
+    for (;;) {
+        if (inKernel) {
+            const ssize_t copied =
+                ::copy_file_range(from.get(), nullptr, to.get(), nullptr, std::size_t{1} << 30, 0);
+            if (copied > 0) {
+                continue;
+            }
+            // Some file systems say "end of file" for what they can't copy, so a read has the last
+            // word; any refusal falls back to reading as well.
+            inKernel = false;
+            buffer.resize(a_bufferSize);
+        }
+        const ssize_t got = ::read(from.get(), buffer.data(), buffer.size());
+        if (got == 0) {
+            return;
+        }
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throwErrno(from.path());
+        }
+        write(to, buffer.data(), static_cast<std::size_t>(got));
+    }
+}
+
+void Disk::sync(const Fd& file)
+{
+    check(::fsync(file.get()), file.path());
+}
+
+void Disk::syncFileSystem(const std::string& path)
+{
+    const Fd file = openPath(path, O_RDONLY);
+    check(::syncfs(file.get()), path);
+}
+
+void Disk::mkdir(const std::string& path, mode_t mode)
+{
+    check(::mkdir(path.c_str(), 0700), path);
+    check(::chmod(path.c_str(), mode), path);
+}
+
+void Disk::chmod(const std::string& path, mode_t mode)
+{
+    check(::chmod(path.c_str(), mode), path);
+}
+
+void Disk::setTime(const std::string& path, std::int64_t time)
+{
+    constexpr std::int64_t second = 1'000'000'000;
+    const struct timespec times[2] = {{0, UTIME_OMIT}, {time / second, time % second}};
+    check(::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), path);
+}
+
+void Disk::rename(const std::string& from, const std::string& to)
+{
+    check(::rename(from.c_str(), to.c_str()), to);
+}
+
+void Disk::renameNew(const std::string& from, const std::string& to)
+{
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return;
+    }
+    if (errno == EINVAL || errno == ENOSYS) {
+        // The file system can't do it in one step; under the save's lock this is as good.
+        if (statOf(to)) {
+            throw AlreadyExists(to + ": it exists already");
+        }
+        rename(from, to);
+        return;
+    }
+    if (errno == EEXIST) {
+        throw AlreadyExists(to + ": it exists already");
+    }
+    throwErrno(to);
+}
+
+void Disk::exchange(const std::string& a, const std::string& b)
+{
+    check(::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE), b);
+}
+
+void Disk::link(const std::string& from, const std::string& to)
+{
+    check(::link(from.c_str(), to.c_str()), to);
+}
+
+void Disk::unlink(const std::string& path)
+{
+    check(::unlink(path.c_str()), path);
+}
+
+void Disk::rmdir(const std::string& path)
+{
+    check(::rmdir(path.c_str()), path);
+}
+
+std::uint16_t umaskLeaves(mode_t mode)
+{
+    static const mode_t mask = [] {
+        const mode_t current = ::umask(0);
+        ::umask(current);
+        return current;
+    }();
+    return static_cast<std::uint16_t>(mode & ~mask);
+}
+
+void throwErrno(const std::string& path)
+{
+    const int number = errno;
+    throw IoError(path + ": " + std::generic_category().message(number));
+}
+
+std::optional<struct stat> statOf(const std::string& path)
+{
+    struct stat info = {};
+    if (::lstat(path.c_str(), &info) == 0) {
+        return info;
+    }
+    if (errno != ENOENT && errno != ENOTDIR) {
+        throwErrno(path);
+    }
+    return std::nullopt;
+}
+
+struct stat statOf(const Fd& file)
+{
+    struct stat info = {};
+    check(::fstat(file.get(), &info), file.path());
+    return info;
+}
+
+std::int64_t modificationTime(const struct stat& info)
+{
+    return std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec;
+}
+
+Fd openPath(const std::string& path, int flags)
+{
+    Fd file(::open(path.c_str(), flags | O_CLOEXEC), path);
+    if (!file) {
+        throwErrno(path);
+    }
+    return file;
+}
+
+Fd openBeneath(const Fd& directory, const std::string& path, int flags)
+{
+    if (path.empty()) {
+        return openBeneath(directory, ".", flags);
+    }
+    struct open_how how = {};
+    how.flags = static_cast<std::uint64_t>(static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW));
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+    const long fd = ::syscall(SYS_openat2, directory.get(), path.c_str(), &how, sizeof how);
+    if (fd < 0 && (errno == ENOSYS || errno == EPERM)) {
+        return openStepwise(directory, path, flags);
+    }
+    return {static_cast<int>(fd), directory.path() + "/" + path};
+}
+
+std::vector<std::string> namesIn(const Fd& directory)
+{
+    const int copy = ::openat(directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR* const stream = copy >= 0 ? ::fdopendir(copy) : nullptr;
+    if (stream == nullptr) {
+        throwErrno(directory.path());
+    }
+    std::vector<std::string> names;
+    errno = 0;
+    while (const struct dirent* entry = ::readdir(stream)) {
+        std::string name = static_cast<const char*>(entry->d_name);
+        if (name != "." && name != "..") {
+            names.push_back(std::move(name));
+        }
+        errno = 0;
+    }
+    const int failure = errno;
+    ::closedir(stream);
+    if (failure != 0) {
+        errno = failure;
+        throwErrno(directory.path());
+    }
+    return names;
+}
+
+std::string readAll(const Fd& file)
+{
+    std::string bytes;
+    const auto expected = static_cast<std::size_t>(statOf(file).st_size);
+    std::size_t size = 0;
+    for (;;) {
+        bytes.resize(std::max(expected + 1, size + a_bufferSize / 16));
+        const ssize_t got = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        if (got < 0 && errno != EINTR) {
+            throwErrno(file.path());
+        }
+        if (got == 0) {
+            bytes.resize(size);
+            return bytes;
+        }
+        size += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+}
+
+Fd copyToNewFile(const Fd& from, const std::string& to, mode_t mode)
+{
+    Fd file = Disk::instance().create(to, mode);
+    Disk::instance().copy(from, file);
+    return file;
+}
+
+void syncDirectory(const std::string& path)
+{
+    Disk::instance().sync(openPath(path, O_RDONLY | O_DIRECTORY));
+}
+
+void removeTree(const std::string& path)
+{
+    const auto info = statOf(path);
+    if (!info) {
+        return;
+    }
+    if (!S_ISDIR(info->st_mode)) {
+        Disk::instance().unlink(path);
+        return;
+    }
+    if ((info->st_mode & S_IRWXU) != S_IRWXU) {
+        Disk::instance().chmod(path, S_IRWXU);
+    }
+    for (const std::string& name : namesIn(openPath(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
+        removeTree(path + "/" + name);
+    }
+    Disk::instance().rmdir(path);
+}
+
+} // namespace pk::project

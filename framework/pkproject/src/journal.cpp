@@ -1,0 +1,429 @@
+#include "journal.hpp"
+
+#include "place.hpp"
+#include "project_path.hpp"
+
+#include <pk/log.hpp>
+#include <pk/project/error.hpp>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+
+#include <algorithm>
+#include <chrono>
+#include <fcntl.h>
+#include <set>
+
+namespace pk::project {
+
+namespace {
+
+constexpr const char* a_draft = "draft";
+constexpr const char* a_collect = "collect";
+constexpr const char* a_put = "put";
+constexpr int a_version = 1;
+
+// From this many on, one sync of the file system is cheaper than one for each directory.
+constexpr std::size_t a_manyDirectories = 32;
+
+bool exists(const std::string& path)
+{
+    return statOf(path).has_value();
+}
+
+void warn(const std::string& message, const char* function, int line)
+{
+    pk::log::log(pk::log::Warning, "pkproject", message, __FILE__, function, line);
+}
+
+// What undo() puts back for a file that an item replaced.
+std::string preservedName(const std::string& item)
+{
+    return item + ".old";
+}
+
+std::string directoryOf(const std::string& path)
+{
+    return path.substr(0, path.rfind('/'));
+}
+
+// Syncs each directory that a phase changed an entry of, once.
+class ChangedDirectories
+{
+public:
+    void addParentOf(const std::string& path) { m_paths.insert(directoryOf(path)); }
+    void sync(const std::string& anyPath) const
+    {
+        if (m_paths.size() > a_manyDirectories) {
+            Disk::instance().syncFileSystem(anyPath);
+            return;
+        }
+        for (const std::string& path : m_paths) {
+            // A directory can have been moved away by a later step of the phase that is run again.
+            if (exists(path)) {
+                syncDirectory(path);
+            }
+        }
+    }
+
+private:
+    std::set<std::string> m_paths;
+};
+
+// Gives the project directory another modification time than any it had, which is how a model that
+// was opened before learns that there was a save.
+void markChanged(const std::string& project)
+{
+    const struct stat info = statOf(openPath(project, O_PATH));
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t nanoseconds =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+    Disk::instance().setTime(project, std::max(nanoseconds, modificationTime(info) + 1));
+}
+
+QString toText(const std::string& path)
+{
+    return QString::fromStdString(path);
+}
+
+class Reader
+{
+public:
+    explicit Reader(std::string path) : m_path(std::move(path)) {}
+
+    [[noreturn]] void fail() const { throw FormatError(m_path + ": damaged journal"); }
+
+    std::string path(const QJsonValue& value) const
+    {
+        if (!value.isString()) {
+            fail();
+        }
+        const std::string text = value.toString().toStdString();
+        try {
+            if (text.empty() || joinPath(parsePath(value.toString())) != text) {
+                fail();
+            }
+        } catch (const InvalidPath&) {
+            fail();
+        }
+        return text;
+    }
+
+    int number(const QJsonValue& value, int least) const
+    {
+        const int result = value.toInt(least - 1);
+        if (result < least) {
+            fail();
+        }
+        return result;
+    }
+
+private:
+    std::string m_path;
+};
+
+} // namespace
+
+QByteArray Journal::toBytes() const
+{
+    QJsonArray collectArray;
+    for (const Collect& collect : collects) {
+        collectArray.append(QJsonObject{{QStringLiteral("in"), collect.from.item},
+                                        {QStringLiteral("from"), toText(collect.from.path)},
+                                        {QStringLiteral("item"), collect.item}});
+    }
+    QJsonArray putArray;
+    for (const Put& put : puts) {
+        putArray.append(QJsonObject{{QStringLiteral("to"), toText(put.path)},
+                                    {QStringLiteral("item"), put.item},
+                                    {QStringLiteral("mode"), put.mode},
+                                    {QStringLiteral("replace"), put.replace}});
+    }
+    const QJsonObject object{{QStringLiteral("version"), a_version},
+                             {QStringLiteral("collect"), collectArray},
+                             {QStringLiteral("put"), putArray}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
+{
+    const Reader reader(path);
+    const QJsonObject object = QJsonDocument::fromJson(bytes).object();
+    if (object.value(QStringLiteral("version")).toInt() != a_version) {
+        reader.fail();
+    }
+    Journal journal;
+    const QJsonArray collectArray = object.value(QStringLiteral("collect")).toArray();
+    for (const auto& value : collectArray) {
+        const QJsonObject entry = value.toObject();
+        journal.collects.push_back({{reader.number(entry.value(QStringLiteral("in")), -1),
+                                     reader.path(entry.value(QStringLiteral("from")))},
+                                    reader.number(entry.value(QStringLiteral("item")), 0)});
+    }
+    const QJsonArray putArray = object.value(QStringLiteral("put")).toArray();
+    for (const auto& value : putArray) {
+        const QJsonObject entry = value.toObject();
+        journal.puts.push_back({reader.path(entry.value(QStringLiteral("to"))),
+                                reader.number(entry.value(QStringLiteral("item")), -1),
+                                static_cast<std::uint16_t>(
+                                    reader.number(entry.value(QStringLiteral("mode")), 0) & 0777),
+                                entry.value(QStringLiteral("replace")).toBool()});
+    }
+    return journal;
+}
+
+JournalDirectory::JournalDirectory(const Place& place)
+    : m_project(place.path), m_path(place.journal()), m_parent(place.parent)
+{
+    Disk::instance().mkdir(m_path, 0700);
+}
+
+JournalDirectory::JournalDirectory(const Place& place, Existing)
+    : m_project(place.path), m_path(place.journal()), m_parent(place.parent), m_begun(true)
+{
+}
+
+JournalDirectory::~JournalDirectory()
+{
+    if (m_begun) {
+        return;
+    }
+    try {
+        removeTree(m_path);
+    } catch (const Error& error) {
+        // The next one to open or save the project removes it.
+        warn(error.what(), "~JournalDirectory", __LINE__);
+    }
+}
+
+std::string JournalDirectory::itemPath(int item) const
+{
+    return m_path + "/" + std::to_string(item);
+}
+
+void JournalDirectory::run(const Journal& journal, bool syncItems)
+{
+    write(journal, syncItems);
+    try {
+        if (!journal.collects.empty()) {
+            collect(journal);
+            rename(a_collect, a_put);
+        }
+        put(journal, true);
+        Disk::instance().unlink(m_path + "/" + a_put);
+    } catch (const Error&) {
+        tryUndo(journal);
+        throw;
+    }
+    try {
+        finish();
+    } catch (const Error& error) {
+        // All of the save is on the disk; what is left of the journal asks for nothing more.
+        warn(error.what(), "run", __LINE__);
+    }
+}
+
+void JournalDirectory::recover(const Place& place)
+{
+    if (!exists(place.journal())) {
+        return;
+    }
+    JournalDirectory directory(place, Existing());
+    for (const char* const phase : {a_collect, a_put}) {
+        const std::string path = directory.m_path + "/" + phase;
+        if (!exists(path)) {
+            continue;
+        }
+        const std::string bytes = readAll(openPath(path, O_RDONLY | O_NOFOLLOW));
+        const Journal journal = Journal::fromBytes(QByteArray::fromStdString(bytes), path);
+        if (phase == a_collect) {
+            directory.collect(journal);
+            directory.rename(a_collect, a_put);
+        }
+        directory.put(journal, false);
+        Disk::instance().unlink(directory.m_path + "/" + a_put);
+        break;
+    }
+    directory.finish();
+    removeTree(directory.m_path);
+}
+
+bool JournalDirectory::isPending(const Place& place)
+{
+    return exists(place.journal() + "/" + a_collect) || exists(place.journal() + "/" + a_put);
+}
+
+std::string JournalDirectory::locate(const Journal::Location& location) const
+{
+    return (location.item < 0 ? m_project : itemPath(location.item)) + "/" + location.path;
+}
+
+void JournalDirectory::write(const Journal& journal, bool syncItems)
+{
+    const QByteArray bytes = journal.toBytes();
+    const std::string draft = m_path + "/" + a_draft;
+    {
+        const Fd file = Disk::instance().create(draft, 0600);
+        Disk::instance().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        m_file = Stamp::of(statOf(file));
+        if (syncItems) {
+            Disk::instance().syncFileSystem(m_path);
+        } else {
+            Disk::instance().sync(file);
+        }
+    }
+    // From the next line on the journal may be found by whoever comes after a crash.
+    m_begun = true;
+    try {
+        rename(a_draft, journal.collects.empty() ? a_put : a_collect);
+        syncDirectory(m_parent);
+    } catch (const Error&) {
+        tryUndo(journal);
+        throw;
+    }
+}
+
+void JournalDirectory::rename(const char* from, const char* to)
+{
+    Disk::instance().rename(m_path + "/" + from, m_path + "/" + to);
+    syncDirectory(m_path);
+}
+
+void JournalDirectory::collect(const Journal& journal)
+{
+    ChangedDirectories changed;
+    for (const Journal::Collect& step : journal.collects) {
+        const std::string from = locate(step.from);
+        const std::string item = itemPath(step.item);
+        if (!exists(item)) {
+            Disk::instance().renameNew(from, item);
+        }
+        changed.addParentOf(from);
+        changed.addParentOf(item);
+    }
+    changed.sync(m_path);
+}
+
+void JournalDirectory::put(const Journal& journal, bool undoable)
+{
+    ChangedDirectories changed;
+    markChanged(m_project);
+    std::vector<const Journal::Put*> unusual;
+    for (const Journal::Put& step : journal.puts) {
+        const std::string to = m_project + "/" + step.path;
+        if (step.item < 0) {
+            if (!exists(to)) {
+                Disk::instance().mkdir(to, step.mode | 0700);
+            }
+            if ((step.mode & 0700) != 0700) {
+                unusual.push_back(&step);
+            }
+        } else if (exists(itemPath(step.item))) {
+            if (step.replace) {
+                if (undoable) {
+                    preserve(to, itemPath(step.item));
+                }
+                Disk::instance().rename(itemPath(step.item), to);
+            } else {
+                Disk::instance().renameNew(itemPath(step.item), to);
+            }
+        }
+        changed.addParentOf(to);
+    }
+    for (const Journal::Put* step : unusual) {
+        Disk::instance().chmod(m_project + "/" + step->path, step->mode);
+    }
+    changed.sync(m_path);
+}
+
+// Keeps a file that an item is to replace, for undo().
+void JournalDirectory::preserve(const std::string& file, const std::string& item)
+{
+    try {
+        Disk::instance().link(file, preservedName(item));
+    } catch (const IoError&) {
+        // Not every file system has links.
+        copyToNewFile(openPath(file, O_RDONLY | O_NOFOLLOW), preservedName(item), 0600);
+    }
+}
+
+void JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfinished)
+{
+    for (const char* const phase : {a_collect, a_put}) {
+        const auto info = statOf(place.journal() + "/" + phase);
+        if (info && Stamp::of(*info) == unfinished.file) {
+            JournalDirectory directory(place, Existing());
+            directory.undo(unfinished.journal);
+            return;
+        }
+    }
+}
+
+void JournalDirectory::tryUndo(const Journal& journal)
+{
+    try {
+        undo(journal);
+    } catch (const Error& error) {
+        m_unfinished = Unfinished{journal, m_file};
+        warn(m_project +
+                 ": a save that failed could not be undone, which is tried again with the "
+                 "next save; whoever opens the project first completes it: " +
+                 error.what(),
+             "tryUndo", __LINE__);
+    }
+}
+
+void JournalDirectory::undo(const Journal& journal)
+{
+    if (exists(m_path + "/" + a_put)) {
+        undoPuts(journal);
+        if (!journal.collects.empty()) {
+            rename(a_put, a_collect);
+        }
+    }
+    undoCollects(journal);
+    removeTree(m_path + "/" + a_collect);
+    removeTree(m_path + "/" + a_put);
+    finish();
+}
+
+void JournalDirectory::undoPuts(const Journal& journal)
+{
+    for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
+        const std::string to = m_project + "/" + step->path;
+        if (step->item < 0) {
+            if (exists(to)) {
+                Disk::instance().rmdir(to);
+            }
+            continue;
+        }
+        const std::string item = itemPath(step->item);
+        const std::string old = preservedName(item);
+        if (step->replace && exists(old) && !exists(item)) {
+            Disk::instance().rename(to, item);
+            Disk::instance().rename(old, to);
+        } else if (!step->replace && !exists(item) && exists(to)) {
+            Disk::instance().renameNew(to, item);
+        }
+    }
+}
+
+void JournalDirectory::undoCollects(const Journal& journal)
+{
+    for (auto step = journal.collects.rbegin(); step != journal.collects.rend(); ++step) {
+        if (exists(itemPath(step->item))) {
+            Disk::instance().renameNew(itemPath(step->item), locate(step->from));
+        }
+    }
+}
+
+// The save is done, or undone: what is left of the directory is rubbish.
+void JournalDirectory::finish()
+{
+    syncDirectory(m_path);
+    m_begun = false;
+}
+
+} // namespace pk::project

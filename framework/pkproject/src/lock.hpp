@@ -1,0 +1,37 @@
+#pragma once
+
+#include "disk.hpp"
+
+#include <optional>
+#include <string>
+
+namespace pk::project {
+
+struct Place;
+
+/// Keeps every other program, and every other model of this one, from saving a place or completing
+/// a save of it. The kernel holds the lock, so that a program that died holds none; the lock file
+/// beside the place says for people who has it, and is removed with the lock.
+class Lock
+{
+public:
+    /// Takes the lock, waiting a few seconds for whoever has it. Throws LockError, which names the
+    /// owner, or IoError when the lock file can't be made.
+    static Lock take(const Place& place);
+
+    /// As take(), but gives nothing where the directory beside the place can't be written: from
+    /// there nobody saves the place.
+    static std::optional<Lock> takeIfWritable(const Place& place);
+
+    ~Lock();
+    Lock(Lock&& other) noexcept = default;
+    Lock& operator=(Lock&& other) = delete;
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+private:
+    explicit Lock(Fd file) : m_file(std::move(file)) {}
+    Fd m_file;
+};
+
+} // namespace pk::project

@@ -1,0 +1,106 @@
+#include "disk.hpp"
+#include "journal.hpp"
+#include "lock.hpp"
+#include "metadata.hpp"
+#include "place.hpp"
+
+#include <pk/project/project.hpp>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <optional>
+
+namespace pk::project {
+
+namespace {
+
+std::string metadataPath(const std::string& directory)
+{
+    return directory + "/" + a_metadataFile;
+}
+
+struct MetadataFile
+{
+    Metadata metadata;
+    mode_t mode;
+};
+
+MetadataFile readMetadata(const std::string& directory)
+{
+    const std::string path = metadataPath(directory);
+    if (!statOf(path)) {
+        return {{}, umaskLeaves(0666)};
+    }
+    const Fd file = openPath(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    return {parseMetadata(QByteArray::fromStdString(readAll(file)), path),
+            statOf(file).st_mode & 0777};
+}
+
+void writeMetadata(const Place& place, const MetadataFile& file)
+{
+    const std::string fresh = place.fresh();
+    const std::string path = metadataPath(place.path);
+    const QByteArray bytes = formatMetadata(file.metadata);
+    if (bytes.isEmpty()) {
+        removeTree(path);
+        syncDirectory(place.path);
+        return;
+    }
+    removeTree(fresh);
+    try {
+        const Fd fd = Disk::instance().create(fresh, file.mode);
+        Disk::instance().write(fd, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        Disk::instance().sync(fd);
+        Disk::instance().rename(fresh, path);
+    } catch (const IoError&) {
+        removeTree(fresh);
+        throw;
+    }
+    syncDirectory(place.path);
+}
+
+} // namespace
+
+Project::Project(const std::string& directory)
+    : m_directory(QDir::cleanPath(QFileInfo(QString::fromStdString(directory)).absoluteFilePath())
+                      .toStdString())
+{
+    if (directory.empty() || !QFileInfo(QString::fromStdString(m_directory)).isDir()) {
+        throw PathNotFound("'" + directory + "': no such directory");
+    }
+    const Place place = Place::of(m_directory);
+    if (JournalDirectory::isPending(place)) {
+        const Lock lock = Lock::take(place);
+        JournalDirectory::recover(place);
+    }
+}
+
+std::string Project::getMetadata(const std::string& key) const
+{
+    return readMetadata(m_directory).metadata.value(QString::fromStdString(key)).toStdString();
+}
+
+void Project::setMetadata(const std::string& key, const std::string& value)
+{
+    const Place place = Place::of(m_directory);
+    const Lock lock = Lock::take(place);
+    JournalDirectory::recover(place);
+    MetadataFile file = readMetadata(place.path);
+    if (setMetadataValue(file.metadata, QString::fromStdString(key),
+                         QString::fromStdString(value))) {
+        writeMetadata(place, file);
+    }
+}
+
+void remove(const QString& localPath)
+{
+    const std::string path = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath()).toStdString();
+    if (localPath.isEmpty() || !statOf(path)) {
+        throw PathNotFound("'" + localPath.toStdString() + "': no such file or directory");
+    }
+    removeTree(path);
+}
+
+} // namespace pk::project

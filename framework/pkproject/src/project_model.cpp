@@ -1,0 +1,168 @@
+#include "project_path.hpp"
+#include "store.hpp"
+
+#include <pk/log.hpp>
+#include <pk/project/project_model.hpp>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <vector>
+
+namespace pk::project {
+
+namespace {
+
+void warn(const Error& error, const char* function, int line)
+{
+    pk::log::log(pk::log::Warning, "pkproject", error.what(), __FILE__, function, line);
+}
+
+struct ListOptions
+{
+    bool directories;
+    bool recursive;
+    bool files;
+};
+
+void list(const Entry& directory, const std::string& prefix, const ListOptions& options,
+          std::vector<std::string>& names)
+{
+    for (const auto& child : directory.folder->children) {
+        std::string name = prefix + child->name;
+        if (child->isDirectory() && options.recursive) {
+            list(*child, name + "/", options, names);
+        }
+        if (child->isDirectory() ? options.directories : options.files) {
+            names.push_back(std::move(name));
+        }
+    }
+}
+
+} // namespace
+
+ProjectModel::ProjectModel() : m_store(std::make_unique<Store>()) {}
+
+ProjectModel::ProjectModel(const QString& path) : m_store(std::make_unique<Store>(path)) {}
+
+ProjectModel::~ProjectModel() = default;
+ProjectModel::ProjectModel(ProjectModel&& other) noexcept = default;
+ProjectModel& ProjectModel::operator=(ProjectModel&& other) noexcept = default;
+
+QString ProjectModel::getSourcePath() const
+{
+    return m_store->sourcePath();
+}
+
+QString ProjectModel::getMetadata(const QString& key) const
+{
+    return m_store->metadata().value(key);
+}
+
+void ProjectModel::setMetadata(const QString& key, const QString& value)
+{
+    setMetadataValue(m_store->metadata(), key, value);
+}
+
+QStringList ProjectModel::getFileList(const QString& directory, bool includeDirectories,
+                                      bool recursive, bool directoriesOnly) const
+{
+    const Entry* const entry = m_store->index().find(parsePath(directory));
+    if (entry == nullptr || !entry->isDirectory()) {
+        return {};
+    }
+    std::vector<std::string> names;
+    list(*entry, {}, {includeDirectories || directoriesOnly, recursive, !directoriesOnly}, names);
+    std::sort(names.begin(), names.end());
+    QStringList result;
+    result.reserve(static_cast<int>(names.size()));
+    for (const std::string& name : names) {
+        result.append(QString::fromStdString(name));
+    }
+    return result;
+}
+
+bool ProjectModel::hasFile(const QString& path) const
+{
+    try {
+        const Entry* const entry = m_store->index().find(parsePath(path));
+        return entry != nullptr && !entry->isDirectory();
+    } catch (const InvalidPath&) {
+        return false;
+    }
+}
+
+FILE* ProjectModel::fopen(const QString& path, const QString& mode)
+{
+    try {
+        return m_store->open(parsePath(path), mode.toStdString());
+    } catch (const Error& error) {
+        warn(error, "fopen", __LINE__);
+        return nullptr;
+    }
+}
+
+QByteArray ProjectModel::readFile(const QString& path) const
+{
+    const ProjectPath parsed = parsePath(path);
+    try {
+        return m_store->read(parsed);
+    } catch (const Error& error) {
+        warn(error, "readFile", __LINE__);
+        return {};
+    }
+}
+
+void ProjectModel::writeFile(const QString& path, const QByteArray& bytes)
+{
+    m_store->write(parsePath(path), bytes);
+}
+
+QString ProjectModel::getFileLocalPath(const QString& path) const
+{
+    return QString::fromStdString(m_store->localPath(parsePath(path)));
+}
+
+void ProjectModel::mkdir(const QString& path, bool recursive)
+{
+    const ProjectPath parsed = parsePath(path);
+    if (!recursive && parsed.size() > 1) {
+        m_store->index().get({parsed.begin(), parsed.end() - 1});
+    }
+    m_store->index().makeDirectories(parsed);
+}
+
+void ProjectModel::move(const QString& from, const QString& to, bool overwrite)
+{
+    m_store->move(parsePath(from), parsePath(to), overwrite);
+}
+
+void ProjectModel::remove(const QString& path)
+{
+    Index& index = m_store->index();
+    index.remove(index.get(parsePath(path)));
+}
+
+void ProjectModel::importFile(const ProjectModel& source, const QString& from, const QString& to,
+                              bool recursive)
+{
+    m_store->import(*source.m_store, parsePath(from), parsePath(to), recursive);
+}
+
+void ProjectModel::exportFile(const QString& from, const QString& localPath, bool recursive) const
+{
+    if (localPath.isEmpty() || localPath.contains(QChar(0))) {
+        throw InvalidPath("'" + std::string(localPath.toStdString().c_str()) +
+                          "': it is no path to export to");
+    }
+    const QString absolute = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath());
+    m_store->exportTo(parsePath(from), absolute.toStdString(), recursive);
+}
+
+void ProjectModel::save(const QString& path, ArchiveFormat format, bool overwrite)
+{
+    m_store->save(path, format, overwrite);
+}
+
+} // namespace pk::project

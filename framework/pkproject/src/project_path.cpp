@@ -1,0 +1,60 @@
+#include "project_path.hpp"
+
+#include "metadata.hpp"
+
+#include <pk/project/error.hpp>
+
+namespace pk::project {
+
+ProjectPath parsePath(const QString& path)
+{
+    const std::string text = path.toStdString();
+    if (path.startsWith(QLatin1Char('/'))) {
+        throw InvalidPath("'" + text + "': a path in a project is relative");
+    }
+    if (path.contains(QChar(0))) {
+        throw InvalidPath("'" + std::string(text.c_str()) + "': a path has no NUL character");
+    }
+    ProjectPath parts;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('/', begin), text.size());
+        std::string part = text.substr(begin, end - begin);
+        if (part == "..") {
+            throw InvalidPath("'" + text + "': a path in a project has no '..'");
+        }
+        if (!part.empty() && part != ".") {
+            parts.push_back(std::move(part));
+        }
+        begin = end + 1;
+    }
+    return parts;
+}
+
+std::string joinPath(const ProjectPath& path)
+{
+    std::string result;
+    for (const std::string& part : path) {
+        if (!result.empty()) {
+            result += '/';
+        }
+        result += part;
+    }
+    return result;
+}
+
+std::string joinPath(const std::string& directory, const std::string& name)
+{
+    return directory.empty() ? name : directory + "/" + name;
+}
+
+bool isReservedName(const std::string& name)
+{
+    return name == ".git" || name == ".hg" || name == ".svn" || name == a_metadataFile;
+}
+
+bool isReserved(const ProjectPath& path)
+{
+    return !path.empty() && isReservedName(path.front());
+}
+
+} // namespace pk::project

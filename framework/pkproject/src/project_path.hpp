@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <vector>
+
+namespace pk::project {
+
+/// A normalised path inside a project: the names from its top down, in UTF-8. None for the top.
+using ProjectPath = std::vector<std::string>;
+
+/// Normalises a path as ProjectModel describes it; throws InvalidPath for one it refuses.
+ProjectPath parsePath(const QString& path);
+
+/// The names joined with "/".
+std::string joinPath(const ProjectPath& path);
+
+/// `directory` and `name` joined with "/", or `name` alone when `directory` is empty.
+std::string joinPath(const std::string& directory, const std::string& name);
+
+/// Whether an entry of this name at a project's top level is no part of the project.
+bool isReservedName(const std::string& name);
+
+/// Whether the path lies at or below a reserved name of the top level.
+bool isReserved(const ProjectPath& path);
+
+} // namespace pk::project

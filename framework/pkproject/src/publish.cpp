@@ -1,0 +1,71 @@
+#include "publish.hpp"
+
+#include "disk.hpp"
+
+#include <pk/log.hpp>
+#include <pk/project/error.hpp>
+
+namespace pk::project {
+
+namespace {
+
+void warn(const std::string& message, const char* function, int line)
+{
+    pk::log::log(pk::log::Warning, "pkproject", message, __FILE__, function, line);
+}
+
+} // namespace
+
+FreshPlace::FreshPlace(const Place& target) : m_target(target), m_path(target.fresh()) {}
+
+FreshPlace::~FreshPlace()
+{
+    try {
+        removeTree(m_path);
+    } catch (const Error& error) {
+        // The next one to open or save the target removes it.
+        warn(error.what(), "~FreshPlace", __LINE__);
+    }
+}
+
+void FreshPlace::publish(const std::optional<struct stat>& existing)
+{
+    Disk& disk = Disk::instance();
+    if (!existing) {
+        disk.renameNew(m_path, m_target.path);
+        syncOr([&] { disk.renameNew(m_target.path, m_path); });
+        return;
+    }
+    try {
+        disk.exchange(m_path, m_target.path);
+    } catch (const IoError&) {
+        const auto built = statOf(m_path);
+        if (S_ISDIR(existing->st_mode) || !built || S_ISDIR(built->st_mode)) {
+            throw;
+        }
+        // A file system that can't exchange can still replace a file by a file.
+        disk.rename(m_path, m_target.path);
+        syncOr([] { throw IoError("what was there is gone"); });
+        return;
+    }
+    syncOr([&] { disk.exchange(m_path, m_target.path); });
+}
+
+// Waits until the new name is on the disk. Where that fails, `undo` takes it back; where that fails
+// too, the place holds the new project, and that it does is what counts.
+void FreshPlace::syncOr(const std::function<void()>& undo) const
+{
+    try {
+        syncDirectory(m_target.parent);
+    } catch (const IoError& error) {
+        try {
+            undo();
+        } catch (const Error& failure) {
+            warn(std::string(error.what()) + "; " + failure.what(), "syncOr", __LINE__);
+            return;
+        }
+        throw;
+    }
+}
+
+} // namespace pk::project

@@ -1,0 +1,502 @@
+#include "store.hpp"
+
+#include "archive_save.hpp"
+#include "directory_save.hpp"
+#include "export.hpp"
+#include "journal.hpp"
+#include "lock.hpp"
+#include "publish.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <limits>
+#include <unistd.h>
+
+namespace pk::project {
+
+namespace {
+
+// The access mode of an fopen() mode string.
+struct StreamMode
+{
+    explicit StreamMode(const std::string& mode)
+        : kind(mode.empty() ? '\0' : mode[0]),
+          updates(mode.find('+') != std::string::npos),
+          excludes(mode.find('x') != std::string::npos)
+    {
+    }
+    bool isValid() const { return kind == 'r' || kind == 'w' || kind == 'a'; }
+    bool onlyReads() const { return kind == 'r' && !updates; }
+
+    char kind;
+    bool updates;
+    bool excludes;
+};
+
+ProjectPath above(const ProjectPath& path)
+{
+    return {path.begin(), path.end() - 1};
+}
+
+ProjectPath below(ProjectPath directory, const ProjectPath& path)
+{
+    directory.insert(directory.end(), path.begin(), path.end());
+    return directory;
+}
+
+void requireName(const ProjectPath& path)
+{
+    if (path.empty()) {
+        throw InvalidPath("'': the top of a project is no file");
+    }
+}
+
+QString absolutePath(const QString& path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+bool holdsRepository(const std::string& directory)
+{
+    return statOf(directory + "/.git") || statOf(directory + "/.hg") || statOf(directory + "/.svn");
+}
+
+} // namespace
+
+struct Store::Item
+{
+    ProjectPath path; ///< below what is copied
+    Entry* entry;
+    bool isDirectory;
+    std::uint16_t mode;
+};
+
+struct Store::Target
+{
+    QString path;
+    Place place;
+    ArchiveFormat form;
+    bool isSource;
+    std::optional<struct stat> existing;
+
+    mode_t modeOr(mode_t mode) const { return existing ? existing->st_mode & 0777 : mode; }
+};
+
+Store::Store(const QString& path) : m_sourcePath(absolutePath(path))
+{
+    const std::string text = m_sourcePath.toStdString();
+    if (path.isEmpty() || path.contains(QChar(0)) || ::access(text.c_str(), F_OK) != 0) {
+        if (!path.isEmpty() && errno != ENOENT && errno != ENOTDIR) {
+            throwErrno(text);
+        }
+        throw PathNotFound("'" + path.toStdString() + "': no such file or directory");
+    }
+    const Place place = Place::of(text);
+    const auto lock = Lock::takeIfWritable(place);
+    if (lock) {
+        JournalDirectory::recover(place);
+        removeTree(place.fresh());
+    } else if (JournalDirectory::isPending(place)) {
+        throw IoError(text + ": a save of it was interrupted and can't be completed, because the "
+                             "directory above can't be written");
+    }
+    load(place);
+}
+
+void Store::load(const Place& place)
+{
+    Fd file(::open(place.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC), place.path);
+    if (!file) {
+        throwErrno(place.path);
+    }
+    const struct stat info = statOf(file);
+    if (S_ISDIR(info.st_mode)) {
+        m_contents.directory = std::make_unique<DirectorySource>(place, std::move(file));
+        m_contents.directory->load(*m_index);
+        m_metadata = m_contents.directory->loadMetadata();
+    } else if (S_ISREG(info.st_mode)) {
+        m_contents.archive = std::make_unique<ArchiveSource>(place, std::move(file));
+        m_contents.archive->load(*m_index);
+        m_metadata = m_contents.archive->loadMetadata();
+    } else {
+        throw FormatError(place.path + ": it is neither a directory nor a zip archive");
+    }
+    m_savedMetadata = m_metadata;
+}
+
+FILE* Store::open(const ProjectPath& path, const std::string& mode)
+{
+    const StreamMode parsed(mode);
+    if (!parsed.isValid() || path.empty()) {
+        return nullptr;
+    }
+    if (!parsed.onlyReads()) {
+        return openToWrite(path, mode);
+    }
+    Entry* const entry = m_index->find(path);
+    return entry != nullptr && !entry->isDirectory() ? openToRead(*entry, mode) : nullptr;
+}
+
+FILE* Store::openToRead(Entry& entry, const std::string& mode)
+{
+    Fd file = m_contents.open(entry);
+    FILE* const stream = ::fdopen(file.get(), mode.c_str());
+    if (stream != nullptr) {
+        file.release();
+    }
+    return stream;
+}
+
+FILE* Store::openToWrite(const ProjectPath& path, const std::string& mode)
+{
+    const StreamMode parsed(mode);
+    Entry* const directory = m_index->find(above(path));
+    if (isReserved(path) || directory == nullptr || !directory->isDirectory()) {
+        return nullptr;
+    }
+    Entry* const old = Index::child(*directory, path.back());
+    if ((old != nullptr && (old->isDirectory() || parsed.excludes)) ||
+        (old == nullptr && parsed.kind == 'r')) {
+        return nullptr;
+    }
+    const bool keepsBytes = old != nullptr && parsed.kind != 'w';
+    auto staged = keepsBytes ? m_contents.copy(*old) : m_contents.staging()->newFile(path.back());
+    FILE* const stream = std::fopen(staged->path().c_str(), (mode + "e").c_str());
+    if (stream != nullptr) {
+        staged->unseal();
+        m_index->putFile(*directory, path.back(), std::move(staged));
+    }
+    return stream;
+}
+
+QByteArray Store::read(const ProjectPath& path)
+{
+    Entry* const entry = m_index->find(path);
+    if (entry == nullptr || entry->isDirectory()) {
+        return {};
+    }
+    const std::string bytes = readAll(m_contents.open(*entry));
+    if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max() - 32)) {
+        throw IoError("'" + joinPath(path) + "': too large to be read at once");
+    }
+    return QByteArray::fromStdString(bytes);
+}
+
+void Store::write(const ProjectPath& path, const QByteArray& bytes)
+{
+    requireName(path);
+    if (const Entry* const directory = m_index->find(above(path))) {
+        if (directory->isDirectory()) {
+            Index::checkFilePlace(*directory, path.back());
+        }
+    }
+    auto staged = m_contents.staging()->write(path.back(), bytes.constData(),
+                                              static_cast<std::size_t>(bytes.size()));
+    m_index->putFile(directoryFor(path), path.back(), std::move(staged));
+}
+
+std::string Store::localPath(const ProjectPath& path)
+{
+    Entry& entry = m_index->get(path);
+    if (entry.isDirectory()) {
+        throw PathNotFound("'" + joinPath(path) + "': it is a directory");
+    }
+    return m_contents.localPath(entry);
+}
+
+void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)
+{
+    requireName(from);
+    requireName(to);
+    Entry& entry = m_index->get(from);
+    if (from == to) {
+        return;
+    }
+    if (to.size() > from.size() && std::equal(from.begin(), from.end(), to.begin())) {
+        throw InvalidPath("'" + joinPath(from) + "': it can't be moved into itself, to '" +
+                          joinPath(to) + "'");
+    }
+    if (from.size() > to.size() && std::equal(to.begin(), to.end(), from.begin())) {
+        throw InvalidPath("'" + joinPath(to) + "': it can't be replaced by what it holds");
+    }
+    Entry* const old = m_index->find(to);
+    if (old != nullptr && !overwrite) {
+        throw AlreadyExists("'" + joinPath(to) + "': it exists already");
+    }
+    Entry& directory = directoryFor(to);
+    if (old != nullptr) {
+        m_index->remove(*old);
+    }
+    m_index->move(entry, directory, to.back());
+}
+
+void Store::import(Store& source, const ProjectPath& from, const ProjectPath& to, bool recursive)
+{
+    Entry& first = source.m_index->get(from);
+    if (!first.isDirectory()) {
+        requireName(to);
+    }
+    if (&source == this && from == to) {
+        return;
+    }
+    std::vector<Item> items = itemsBelow(first, recursive);
+    if (to.empty()) {
+        items.erase(std::remove_if(items.begin(), items.end(),
+                                   [](const Item& item) { return isReserved(item.path); }),
+                    items.end());
+    }
+    checkImport(items, to);
+    // All that can fail comes first, and nothing below is read from entries that it may replace.
+    struct Bytes
+    {
+        std::shared_ptr<StagedFile> staged;
+        const Entry* original;
+    };
+    std::vector<Bytes> bytes;
+    bytes.reserve(items.size());
+    for (const Item& item : items) {
+        const Entry* const original =
+            &source == this && !item.isDirectory ? originalInSource(*item.entry) : nullptr;
+        const bool isShared = !item.isDirectory && original == nullptr;
+        bytes.push_back(
+            {isShared ? source.m_contents.share(*item.entry, *m_contents.staging()) : nullptr,
+             original});
+    }
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const ProjectPath path = below(to, items[i].path);
+        if (items[i].isDirectory) {
+            m_index->makeDirectories(path, items[i].mode);
+        } else if (bytes[i].original != nullptr) {
+            m_index->putCopy(directoryFor(path), path.back(), *bytes[i].original, items[i].mode);
+        } else {
+            m_index->putFile(directoryFor(path), path.back(), bytes[i].staged, items[i].mode);
+        }
+    }
+}
+
+void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool recursive)
+{
+    Exporter exporter(localPath);
+    for (const Item& item : itemsBelow(m_index->get(from), recursive)) {
+        if (isReserved(item.path)) {
+            continue;
+        }
+        if (item.isDirectory) {
+            exporter.makeDirectory(joinPath(item.path), item.mode);
+        } else {
+            exporter.writeFile(joinPath(item.path), m_contents.open(*item.entry), item.mode);
+        }
+    }
+    exporter.finish();
+}
+
+// What is to be copied, directories before what they hold, the first with an empty path.
+std::vector<Store::Item> Store::itemsBelow(Entry& from, bool recursive)
+{
+    std::vector<Item> items{{{}, &from, from.isDirectory(), from.mode}};
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const Item directory = items[i];
+        if (!directory.isDirectory || (i > 0 && !recursive)) {
+            continue;
+        }
+        for (const auto& child : directory.entry->folder->children) {
+            if (recursive || !child->isDirectory()) {
+                items.push_back({below(directory.path, {child->name}), child.get(),
+                                 child->isDirectory(), child->mode});
+            }
+        }
+    }
+    return items;
+}
+
+void Store::checkImport(const std::vector<Item>& items, const ProjectPath& to) const
+{
+    for (const Item& item : items) {
+        const ProjectPath path = below(to, item.path);
+        if (isReserved(path)) {
+            throw InvalidPath("'" + joinPath(path) + "': the name is reserved at a project's top");
+        }
+        const Entry* const old = m_index->find(path);
+        if (old != nullptr && old->isDirectory() != item.isDirectory) {
+            throw AlreadyExists("'" + joinPath(path) + "': a " +
+                                (old->isDirectory() ? "directory" : "file") + " is in the way");
+        }
+    }
+}
+
+// The directory that is to hold a path, made when it is missing.
+Entry& Store::directoryFor(const ProjectPath& path)
+{
+    if (isReserved(path)) {
+        throw InvalidPath("'" + joinPath(path) + "': the name is reserved at a project's top");
+    }
+    return m_index->makeDirectories(above(path));
+}
+
+void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
+{
+    Target target = resolveTarget(path, format);
+    checkTarget(target.place);
+    if (!overwrite && statOf(target.place.path)) {
+        throw AlreadyExists(target.place.path + ": it exists already");
+    }
+    try {
+        undoUnfinished();
+        const Lock lock = Lock::take(target.place);
+        JournalDirectory::recover(target.place);
+        removeTree(target.place.fresh());
+        target.existing = statOf(target.place.path);
+        if (!overwrite && target.existing) {
+            throw AlreadyExists(target.place.path + ": it exists already");
+        }
+        if (target.form == ArchiveFormat::Zip) {
+            saveArchive(target);
+        } else {
+            saveDirectory(target);
+        }
+    } catch (const IoError& error) {
+        throw IoError(target.place.path + ": it can't be saved: " + error.what());
+    }
+    m_sourcePath = target.path;
+    m_savedMetadata = m_metadata;
+}
+
+// Brings the source back to what the index knows when an earlier save could neither be done nor
+// undone.
+void Store::undoUnfinished()
+{
+    if (m_contents.directory && m_contents.directory->unfinished()) {
+        const Place& place = m_contents.directory->place();
+        const Lock lock = Lock::take(place);
+        JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
+        m_contents.directory->setUnfinished({});
+        m_contents.directory->remember();
+    }
+}
+
+Store::Target Store::resolveTarget(const QString& path, ArchiveFormat format) const
+{
+    Target target{};
+    target.path = path.isEmpty() ? m_sourcePath : absolutePath(path);
+    if (target.path.isEmpty()) {
+        throw Error("'': the project was never saved, so it needs a path to be saved to");
+    }
+    if (target.path.contains(QChar(0))) {
+        throw InvalidPath("'" + target.path.toStdString() + "': a path has no NUL character");
+    }
+    target.place = Place::of(target.path.toStdString());
+    target.form = format;
+    if (format == ArchiveFormat::Unspecified || format == ArchiveFormat::Source) {
+        target.form = m_contents.archive ? ArchiveFormat::Zip : ArchiveFormat::Directory;
+    } else if (format != ArchiveFormat::Directory && format != ArchiveFormat::Zip) {
+        throw Error(target.place.path + ": there is no archive format " +
+                    std::to_string(static_cast<int>(format)));
+    }
+    const Place* const source = m_contents.directory ? &m_contents.directory->place()
+                                : m_contents.archive ? &m_contents.archive->place()
+                                                     : nullptr;
+    target.isSource = source != nullptr && source->path == target.place.path;
+    return target;
+}
+
+void Store::checkTarget(const Place& place) const
+{
+    const Place* const source = m_contents.directory ? &m_contents.directory->place()
+                                : m_contents.archive ? &m_contents.archive->place()
+                                                     : nullptr;
+    if (source == nullptr || source->path == place.path) {
+        return;
+    }
+    if (source->contains(place)) {
+        throw InvalidPath(place.path + ": a project can't be saved inside itself");
+    }
+    if (place.contains(*source)) {
+        throw InvalidPath(place.path + ": it holds the project that is to be saved there");
+    }
+}
+
+void Store::saveDirectory(const Target& target)
+{
+    const bool overDirectory = target.existing && S_ISDIR(target.existing->st_mode);
+    if (target.isSource && m_contents.directory) {
+        saveInPlace(*m_index, m_contents, m_metadata != m_savedMetadata ? &m_metadata : nullptr);
+        return;
+    }
+    if (overDirectory && holdsRepository(target.place.path)) {
+        saveOverRepository(target);
+        return;
+    }
+    if (target.isSource) {
+        m_contents.archive->checkUnchanged();
+    }
+    FreshPlace fresh(target.place);
+    DirectorySave save(*m_index, m_contents, m_metadata);
+    save.write(fresh.path(), target.modeOr(umaskLeaves(0777)));
+    auto source = std::make_unique<DirectorySource>(target.place,
+                                                    openPath(fresh.path(), O_RDONLY | O_DIRECTORY));
+    source->setSize(save.size());
+    fresh.publish(target.existing);
+    save.adopt();
+    adopt(std::move(source), nullptr);
+}
+
+void Store::saveArchive(const Target& target)
+{
+    ArchiveSave save(*m_index, m_contents, m_metadata);
+    if (target.isSource && m_contents.archive) {
+        if (!m_index->isModified() && m_metadata == m_savedMetadata) {
+            return;
+        }
+        m_contents.archive->checkUnchanged();
+        save.keepForeign();
+    } else if (target.isSource) {
+        m_contents.directory->checkUnchanged(*m_index);
+    }
+    if (target.existing && S_ISDIR(target.existing->st_mode) &&
+        holdsRepository(target.place.path)) {
+        throw AlreadyExists(target.place.path +
+                            ": an archive can't take the place of a version-controlled directory");
+    }
+    FreshPlace fresh(target.place);
+    auto source = std::make_unique<ArchiveSource>(
+        target.place, save.write(fresh.path(), target.modeOr(umaskLeaves(0666)) & 0666));
+    fresh.publish(target.existing);
+    save.adopt(*source);
+    adopt(nullptr, std::move(source));
+}
+
+// A version-controlled directory stays where it is: what is in it becomes this project.
+void Store::saveOverRepository(const Target& target)
+{
+    Store other;
+    other.load(target.place);
+    other.m_index->remove(other.m_index->root());
+    other.import(*this, {}, {}, true);
+    saveInPlace(*other.m_index, other.m_contents,
+                m_metadata != other.m_savedMetadata ? &m_metadata : nullptr);
+    for (Entry* const entry : m_index->touched()) {
+        const auto staged = entry->staged();
+        if (staged && m_index->isAlive(*entry) && !staged->isSealed()) {
+            const ProjectPath path = parsePath(QString::fromStdString(Index::path(*entry)));
+            other.m_index->putFile(other.directoryFor(path), path.back(), staged);
+        }
+    }
+    std::swap(m_index, other.m_index);
+    std::swap(m_contents, other.m_contents);
+}
+
+void Store::adopt(std::unique_ptr<DirectorySource> directory,
+                  std::unique_ptr<ArchiveSource> archive)
+{
+    m_index->settle(true, archive != nullptr);
+    m_contents.directory = std::move(directory);
+    m_contents.archive = std::move(archive);
+}
+
+} // namespace pk::project

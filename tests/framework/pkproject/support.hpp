@@ -1,0 +1,155 @@
+#pragma once
+
+#include "disk.hpp"
+
+#include <pk/project/project_model.hpp>
+
+#include <QByteArray>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QString>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <sys/stat.h>
+
+namespace pk::project::test {
+
+inline QString q(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+/// A temporary directory that is gone after the test.
+class TemporaryDirectory
+{
+public:
+    TemporaryDirectory() : m_directory(base() + q("/kxproject-test-XXXXXX"))
+    {
+        EXPECT_TRUE(m_directory.isValid());
+    }
+    QString path(const char* name) const { return m_directory.filePath(q(name)); }
+    QString path() const { return m_directory.path(); }
+
+private:
+    // In memory where that can be, because the tests make and sync very many files.
+    static QString base()
+    {
+        const QFileInfo memory(q("/dev/shm"));
+        return memory.isDir() && memory.isWritable() ? memory.filePath() : QDir::tempPath();
+    }
+    QTemporaryDir m_directory;
+};
+
+/// Puts bytes into a local file, making its directory.
+inline void putLocal(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+inline QByteArray getLocal(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
+}
+
+/// What is below a local directory: "name/" for directories, "name" with mode and bytes for files,
+/// the target for symbolic links. The metadata file is among them.
+using Tree = std::map<std::string, std::string>;
+
+inline Tree treeOf(const QString& directory)
+{
+    Tree tree;
+    QDirIterator it(directory,
+                    QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const std::string name = QDir(directory).relativeFilePath(path).toStdString();
+        struct stat info = {};
+        EXPECT_EQ(::lstat(path.toStdString().c_str(), &info), 0);
+        const std::string mode = std::to_string(info.st_mode & 0777);
+        if (S_ISLNK(info.st_mode)) {
+            tree[name] = "-> " + QFile::symLinkTarget(path).toStdString();
+        } else if (S_ISDIR(info.st_mode)) {
+            tree[name + "/"] = mode;
+        } else {
+            tree[name] = mode + ":" + getLocal(path).toStdString();
+        }
+    }
+    return tree;
+}
+
+/// What a model says that it holds, as treeOf() says it of a directory, without modes.
+inline Tree treeOf(const ProjectModel& model)
+{
+    Tree tree;
+    for (const QString& name : model.getFileList(QString(), true, true, false)) {
+        if (model.hasFile(name)) {
+            tree[name.toStdString()] = model.readFile(name).toStdString();
+        } else {
+            tree[name.toStdString() + "/"] = "";
+        }
+    }
+    return tree;
+}
+
+/// The names in the directory above `path` that the store left there.
+inline QStringList leftBeside(const QString& path)
+{
+    QStringList names =
+        QDir(QFileInfo(path).path()).entryList({q(".*.kx*")}, QDir::AllEntries | QDir::Hidden);
+    return names;
+}
+
+/// Runs an action and gives the text of the E that it throws.
+template <class E>
+std::string messageOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const E& error) {
+        return error.what();
+    } catch (const std::exception& error) {
+        ADD_FAILURE() << "another exception: " << error.what();
+        return {};
+    }
+    ADD_FAILURE() << "no exception";
+    return {};
+}
+
+/// Whether a place holds a directory or an archive.
+enum class Form
+{
+    Directory,
+    Archive
+};
+
+inline ArchiveFormat formatOf(Form form)
+{
+    return form == Form::Directory ? ArchiveFormat::Directory : ArchiveFormat::Zip;
+}
+
+inline std::string nameOf(const testing::TestParamInfo<Form>& info)
+{
+    return info.param == Form::Directory ? "Directory" : "Archive";
+}
+
+/// Writes a text through a stream of the model.
+inline void putThroughStream(ProjectModel& model, const char* path, const std::string& text)
+{
+    FILE* const stream = model.fopen(q(path), q("wb"));
+    ASSERT_NE(stream, nullptr) << path;
+    EXPECT_EQ(std::fwrite(text.data(), 1, text.size(), stream), text.size());
+    EXPECT_EQ(std::fclose(stream), 0);
+}
+
+} // namespace pk::project::test
