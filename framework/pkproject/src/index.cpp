@@ -12,8 +12,9 @@ namespace pk::project {
 
 namespace {
 
-// How many entries of what was removed earlier one removal frees.
-constexpr std::size_t a_sweepPortion = 256;
+// How many entries of what was removed earlier one removal frees. Each may have a staged file to be
+// deleted, which takes some microseconds.
+constexpr std::size_t a_sweepPortion = 32;
 
 using Children = std::vector<std::unique_ptr<Entry>>;
 
