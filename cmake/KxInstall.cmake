@@ -16,6 +16,11 @@ get_property(libraries GLOBAL PROPERTY KX_LIBRARIES)
 list(REVERSE libraries)
 list(TRANSFORM libraries PREPEND "-l")
 list(JOIN libraries " " KX_PC_LIBRARIES)
+# Relative to the file itself, as the configuration files for CMake are: cmake --install --prefix and
+# DESTDIR may put the package anywhere.
+set(pc_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
+file(RELATIVE_PATH KX_PC_PREFIX "${pc_dir}" "${CMAKE_INSTALL_PREFIX}")
+file(RELATIVE_PATH KX_PC_INCLUDEDIR "${pc_dir}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/kxboxlibrary.pc.in"
   "${PROJECT_BINARY_DIR}/kxboxlibrary.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/kxboxlibrary.pc"

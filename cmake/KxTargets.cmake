@@ -56,7 +56,7 @@ function(kx_add_library name)
   target_compile_features(${name} PUBLIC cxx_std_17)
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
   set_target_properties(${name} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   set_property(GLOBAL APPEND PROPERTY KX_LIBRARIES ${name})
   install(TARGETS ${name} EXPORT kxboxlibraryTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(DIRECTORY include/ "${CMAKE_CURRENT_BINARY_DIR}/include/"

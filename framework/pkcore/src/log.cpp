@@ -12,7 +12,8 @@
 namespace pk::log {
 
 // The name is what the Qt category points to, so it is declared first and never moves.
-struct Category::Data {
+struct Category::Data
+{
     explicit Data(std::string n) : name(std::move(n)), qt(name.c_str(), QtInfoMsg) {}
 
     const std::string name;
@@ -24,7 +25,8 @@ namespace {
 using Handler = std::function<void(const Record&)>;
 using Handlers = std::vector<std::pair<std::uint64_t, std::shared_ptr<const Handler>>>;
 
-struct HandlerList {
+struct HandlerList
+{
     std::mutex mutex;
     Handlers handlers;
     std::uint64_t lastId = 0;
@@ -101,9 +103,12 @@ void log(LogLevel level, Category category, const std::string& message, const ch
     }
     const Handlers handlers = currentHandlers();
     if (!handlers.empty()) {
-        const Record record{level, category.name(), message, orEmpty(file), orEmpty(function), line};
+        const Record record{level,         category.name(),   message,
+                            orEmpty(file), orEmpty(function), line};
         for (const auto& handler : handlers) {
-            (*handler.second)(record);
+            if (*handler.second) {
+                (*handler.second)(record);
+            }
         }
     }
     const QtMsgType type = qtType(level);
@@ -123,10 +128,13 @@ std::uint64_t addHandler(std::function<void(const Record&)> handler)
 
 void removeHandler(std::uint64_t id)
 {
+    // Outlives the lock: what a handler holds may log when it is destroyed.
+    std::shared_ptr<const Handler> removed;
     auto& list = handlerList();
     const std::lock_guard<std::mutex> lock(list.mutex);
     for (auto it = list.handlers.begin(); it != list.handlers.end(); ++it) {
         if (it->first == id) {
+            removed = std::move(it->second);
             list.handlers.erase(it);
             return;
         }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <pkcore/export.hpp>
-
 #include <cstdint>
 #include <functional>
+#include <pkcore/export.hpp>
 #include <string>
 
 /// The framework's log. A record is handed to every handler and then to Qt's message logging, under
@@ -16,13 +15,23 @@ namespace pk::log {
 /// In Qt's message logging Fatal and Error are critical messages (Fatal does not end the program),
 /// Warning is a warning, Info an info, Verbose and Debug are debug messages, which Qt shows only
 /// when a filter rule switches them on.
-enum LogLevel { Silent = 0, Fatal = 1, Error = 2, Warning = 3, Info = 4, Verbose = 5, Debug = 6 };
+enum LogLevel
+{
+    Silent = 0,
+    Fatal = 1,
+    Error = 2,
+    Warning = 3,
+    Info = 4,
+    Verbose = 5,
+    Debug = 6
+};
 
 /// A name under which records are grouped and filtered.
 ///
 /// A cheap handle to an entry of a list that lives as long as the program: copies and categories of
 /// the same name are the same category.
-class PKCORE_EXPORT Category {
+class PKCORE_EXPORT Category
+{
 public:
     /// The category called `name`, registered when it is not yet; null counts as an empty name.
     Category(const char* name); // NOLINT(google-explicit-constructor): log("name", ...) is the use
@@ -44,7 +53,8 @@ private:
 PKCORE_EXPORT Category addCategory(const std::string& name);
 
 /// What a handler is given of one call of log().
-struct Record {
+struct Record
+{
     LogLevel level;
     std::string category;
     std::string message; ///< UTF-8
@@ -59,8 +69,8 @@ PKCORE_EXPORT void log(LogLevel level, Category category, const std::string& mes
                        const char* file, const char* function, int line);
 
 /// Adds a handler, called synchronously with every record, in the order of adding, until it is
-/// removed. It may log, and add and remove handlers, itself included. Gives the number by which
-/// removeHandler() knows it, never 0.
+/// removed. It may log, and add and remove handlers, itself included; an empty one is not called.
+/// Gives the number by which removeHandler() knows it, never 0.
 PKCORE_EXPORT std::uint64_t addHandler(std::function<void(const Record&)> handler);
 
 /// Removes a handler; an unknown number changes nothing. A call that another thread has already

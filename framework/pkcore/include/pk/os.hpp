@@ -1,8 +1,7 @@
 #pragma once
 
-#include <pkcore/export.hpp>
-
 #include <cstdio>
+#include <pkcore/export.hpp>
 
 /// What the operating system does, with paths in UTF-8.
 namespace pk::os {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <pkcore/export.hpp>
-
 #include <string>
 #include <vector>
 
@@ -16,8 +15,9 @@ namespace pk::path {
 ///
 /// `pattern` is relative and joined with "/". In each of its components "*" stands for any
 /// characters, "?" for one and "[...]" for one of a set; a file name's leading dot must be written
-/// out. A component that names an existing file as it stands, brackets and all, means that file. A
-/// pattern that is absolute, or has an empty component, "." or "..", matches nothing.
+/// out. Characters are those of UTF-8, in every locale. A component that names an existing file as
+/// it stands, brackets and all, means that file. A pattern that is absolute, holds a NUL, or has an
+/// empty component, "." or "..", matches nothing.
 ///
 /// With `includeShadowed` false a file hides those of the same relative path in later locations.
 PKCORE_EXPORT std::vector<std::string> listData(const std::string& application,
