@@ -1,0 +1,72 @@
+#include "stream.hpp"
+#include "xml_scanner.hpp"
+#include "xml_writer.hpp"
+
+#include <kx/xml_document.hpp>
+
+#include <boost/make_shared.hpp>
+
+#include <system_error>
+
+namespace KX {
+
+namespace {
+
+void report(std::string* message, const std::string& text)
+{
+    if (message != nullptr) {
+        *message = text;
+    }
+}
+
+} // namespace
+
+XmlDocument::XmlDocument() = default;
+
+boost::shared_ptr<XmlDocument> XmlDocument::loadFromXmlFile(FILE* stream, std::string* error,
+                                                            std::string* warning)
+{
+    report(error, std::string());
+    report(warning, std::string());
+    xml::Bytes bytes;
+    try {
+        bytes = xml::readStream(stream);
+        auto document = boost::make_shared<XmlDocument>();
+        document->m_file = xml::ParsedXml::parse(bytes);
+        document->m_root = boost::make_shared<XmlElement>(
+            XmlElement::FileView{document->m_file, document->m_file->root(), false});
+        return document;
+    } catch (const xml::Fault& fault) {
+        report(error,
+               xml::position({bytes.data.get(), bytes.size}, fault.offset()) + ": " + fault.what());
+    } catch (const std::system_error& failure) {
+        report(error, failure.what());
+    }
+    return nullptr;
+}
+
+void XmlDocument::setRoot(boost::shared_ptr<XmlElement> root)
+{
+    m_root = std::move(root);
+}
+
+bool XmlDocument::saveToXmlFile(FILE* stream, std::string* error, std::string* warning) const
+{
+    report(error, std::string());
+    report(warning, std::string());
+    if (!m_root) {
+        report(error, "no root element");
+        return false;
+    }
+    try {
+        xml::writeStream(stream, xml::Writer::write(*m_root, m_file.get()));
+        return true;
+    } catch (const xml::Unwritable& reason) {
+        report(error, reason.what());
+    } catch (const std::system_error& failure) {
+        report(error, failure.what());
+    }
+    return false;
+}
+
+} // namespace KX
