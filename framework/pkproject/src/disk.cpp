@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -285,27 +286,28 @@ Fd openBeneath(const Fd& directory, const std::string& path, int flags)
 
 std::vector<std::string> namesIn(const Fd& directory)
 {
-    const int copy = ::openat(directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    DIR* const stream = copy >= 0 ? ::fdopendir(copy) : nullptr;
-    if (stream == nullptr) {
-        throwErrno(directory.path());
-    }
+    alignas(struct dirent64) char buffer[a_bufferSize / 2];
     std::vector<std::string> names;
-    errno = 0;
-    while (const struct dirent* entry = ::readdir(stream)) {
-        std::string name = static_cast<const char*>(entry->d_name);
-        if (name != "." && name != "..") {
-            names.push_back(std::move(name));
-        }
-        errno = 0;
-    }
-    const int failure = errno;
-    ::closedir(stream);
-    if (failure != 0) {
-        errno = failure;
+    if (::lseek(directory.get(), 0, SEEK_SET) < 0) {
         throwErrno(directory.path());
     }
-    return names;
+    for (;;) {
+        const ssize_t got = ::getdents64(directory.get(), buffer, sizeof buffer);
+        if (got < 0) {
+            throwErrno(directory.path());
+        }
+        if (got == 0) {
+            return names;
+        }
+        for (ssize_t at = 0; at < got;) {
+            const auto* const entry = reinterpret_cast<const struct dirent64*>(buffer + at);
+            const char* const name = static_cast<const char*>(entry->d_name);
+            if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
+                names.emplace_back(name);
+            }
+            at += entry->d_reclen;
+        }
+    }
 }
 
 std::string readAll(const Fd& file)
