@@ -1,0 +1,1 @@
+<TS language="zh_CN"/>
