@@ -64,7 +64,7 @@ void hasFile(benchmark::State& state)
 {
     const ProjectModel model(Project::of(10'000).directory());
     const QString path = boxPath(7'777) + QStringLiteral("/box.bhx");
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(model.hasFile(path));
     }
 }
@@ -75,7 +75,7 @@ void moveAllBoxes(benchmark::State& state)
     ProjectModel model(Project::of(10'000).directory());
     const QString names[] = {QStringLiteral("All"), QStringLiteral("Every")};
     int at = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         model.move(names[at], names[1 - at], false);
         at = 1 - at;
     }
@@ -84,7 +84,7 @@ BENCHMARK(moveAllBoxes);
 
 void removeAllBoxes(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         auto model = std::make_unique<ProjectModel>(Project::of(10'000).directory());
         state.ResumeTiming();
@@ -99,7 +99,7 @@ BENCHMARK(removeAllBoxes)->Iterations(20);
 // Boxes that were never saved: their entries have to be freed at some time.
 void removeAllNewBoxes(benchmark::State& state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         ProjectModel model;
         model.importFile(ProjectModel(Project::of(10'000).archive()), QString(), QString(), true);
@@ -115,7 +115,7 @@ BENCHMARK(removeAllNewBoxes)->Iterations(3)->Unit(benchmark::kMicrosecond);
 void openDirectory(benchmark::State& state)
 {
     const QString path = Project::of(10'000).directory();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(ProjectModel(path));
     }
 }
@@ -124,7 +124,7 @@ BENCHMARK(openDirectory)->Unit(benchmark::kMillisecond);
 void openArchive(benchmark::State& state)
 {
     const QString path = Project::of(10'000).archive();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(ProjectModel(path));
     }
 }
@@ -134,7 +134,7 @@ void indexMemory(benchmark::State& state)
 {
     const QString path = Project::of(10'000).directory();
     double bytes = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const auto before = mallinfo2().uordblks;
         const ProjectModel model(path);
         bytes = static_cast<double>(mallinfo2().uordblks - before);
@@ -151,12 +151,12 @@ void replaceOneFile(benchmark::State& state)
     const QByteArray fresh = path + ".new";
     const std::string bytes(4096, 'x');
     const QByteArray directory = QFile::encodeName(QFileInfo(project.file()).path());
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const int file = ::open(fresh.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
         benchmark::DoNotOptimize(::write(file, bytes.data(), bytes.size()));
         ::fsync(file);
         ::close(file);
-        std::rename(fresh.constData(), path.constData());
+        benchmark::DoNotOptimize(std::rename(fresh.constData(), path.constData()));
         const int parent = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::fsync(parent);
         ::close(parent);
@@ -170,7 +170,7 @@ void saveOneEdit(benchmark::State& state)
     ProjectModel model(project.directory());
     const QString path = boxPath(77) + QStringLiteral("/box.bhx");
     QByteArray bytes = boxBytes();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         bytes[0] = bytes.at(0) == 'x' ? 'y' : 'x';
         model.writeFile(path, bytes);
         model.save(QString(), ArchiveFormat::Source, true);

@@ -6,6 +6,7 @@ namespace {
 constexpr const char* a_nameKey = "name";
 }
 
+// NOLINTNEXTLINE(modernize-pass-by-value): the signature callers are built against
 BehaviorProject::BehaviorProject(const Project& project) : m_project(project) {}
 
 std::string BehaviorProject::name() const

@@ -1,5 +1,7 @@
 #include "disk.hpp"
 
+#include "project_path.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <algorithm>
@@ -355,7 +357,7 @@ void removeTree(const std::string& path)
         Disk::instance().chmod(path, S_IRWXU);
     }
     for (const std::string& name : namesIn(openPath(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
-        removeTree(path + "/" + name);
+        removeTree(joinPath(path, name));
     }
     Disk::instance().rmdir(path);
 }

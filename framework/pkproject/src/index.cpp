@@ -44,10 +44,10 @@ void dismantle(std::vector<std::unique_ptr<Entry>>& entries)
     }
 }
 
-bool isInside(const Entry& entry, const Entry& directory)
+bool isAtOrBelow(const Entry& entry, const Entry& top)
 {
     for (const Entry* at = &entry; at != nullptr; at = at->parent) {
-        if (at == &directory) {
+        if (at == &top) {
             return true;
         }
     }
@@ -228,7 +228,7 @@ void Index::remove(Entry& entry)
 
 void Index::move(Entry& entry, Entry& directory, const std::string& name)
 {
-    if (isInside(directory, entry)) {
+    if (isAtOrBelow(directory, entry)) {
         throw InvalidPath("'" + path(entry) + "': it can't be moved into itself, to '" +
                           joinPath(path(directory), name) + "'");
     }

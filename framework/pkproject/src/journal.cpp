@@ -100,7 +100,7 @@ public:
         if (!value.isString()) {
             fail();
         }
-        const std::string text = value.toString().toStdString();
+        std::string text = value.toString().toStdString();
         try {
             if (text.empty() || joinPath(parsePath(value.toString())) != text) {
                 fail();
@@ -180,7 +180,7 @@ JournalDirectory::JournalDirectory(const Place& place)
     Disk::instance().mkdir(m_path, 0700);
 }
 
-JournalDirectory::JournalDirectory(const Place& place, Existing)
+JournalDirectory::JournalDirectory(const Place& place, Existing /*existing*/)
     : m_project(place.path), m_path(place.journal()), m_parent(place.parent), m_begun(true)
 {
 }
@@ -238,6 +238,7 @@ void JournalDirectory::recover(const Place& place)
         }
         const std::string bytes = readAll(openPath(path, O_RDONLY | O_NOFOLLOW));
         const Journal journal = Journal::fromBytes(QByteArray::fromStdString(bytes), path);
+        directory.refuseLinks(journal);
         if (phase == a_collect) {
             directory.collect(journal);
             directory.rename(a_collect, a_put);
@@ -258,6 +259,32 @@ bool JournalDirectory::isPending(const Place& place)
 std::string JournalDirectory::locate(const Journal::Location& location) const
 {
     return (location.item < 0 ? m_project : itemPath(location.item)) + "/" + location.path;
+}
+
+// A journal that no save left, but somebody made up, must not reach out of the project.
+void JournalDirectory::refuseLinks(const Journal& journal) const
+{
+    std::set<std::string> directories;
+    const auto addAbove = [&directories](const std::string& path) {
+        for (std::size_t at = path.find('/'); at != std::string::npos;
+             at = path.find('/', at + 1)) {
+            directories.insert(path.substr(0, at));
+        }
+    };
+    for (const Journal::Collect& step : journal.collects) {
+        if (step.from.item < 0) {
+            addAbove(step.from.path);
+        }
+    }
+    for (const Journal::Put& step : journal.puts) {
+        addAbove(step.path);
+    }
+    for (const std::string& directory : directories) {
+        const auto info = statOf(m_project + "/" + directory);
+        if (info && S_ISLNK(info->st_mode)) {
+            throw FormatError(m_path + ": damaged journal: '" + directory + "' is a symbolic link");
+        }
+    }
 }
 
 void JournalDirectory::write(const Journal& journal, bool syncItems)

@@ -105,9 +105,10 @@ private:
     struct Existing
     {
     };
-    JournalDirectory(const Place& place, Existing);
+    JournalDirectory(const Place& place, Existing existing);
 
     std::string locate(const Journal::Location& location) const;
+    void refuseLinks(const Journal& journal) const;
     void write(const Journal& journal, bool syncItems);
     void rename(const char* from, const char* to);
     void collect(const Journal& journal);

@@ -153,7 +153,7 @@ void ProjectModel::importFile(const ProjectModel& source, const QString& from, c
 void ProjectModel::exportFile(const QString& from, const QString& localPath, bool recursive) const
 {
     if (localPath.isEmpty() || localPath.contains(QChar(0))) {
-        throw InvalidPath("'" + std::string(localPath.toStdString().c_str()) +
+        throw InvalidPath("'" + localPath.section(QChar(0), 0, 0).toStdString() +
                           "': it is no path to export to");
     }
     const QString absolute = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath());

@@ -13,7 +13,7 @@ ProjectPath parsePath(const QString& path)
         throw InvalidPath("'" + text + "': a path in a project is relative");
     }
     if (path.contains(QChar(0))) {
-        throw InvalidPath("'" + std::string(text.c_str()) + "': a path has no NUL character");
+        throw InvalidPath("'" + text.substr(0, text.find('\0')) + "': a path has no NUL character");
     }
     ProjectPath parts;
     for (std::size_t begin = 0; begin < text.size();) {

@@ -369,7 +369,7 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
 
 // Brings the source back to what the index knows when an earlier save could neither be done nor
 // undone.
-void Store::undoUnfinished()
+void Store::undoUnfinished() const
 {
     if (m_contents.directory && m_contents.directory->unfinished()) {
         const Place& place = m_contents.directory->place();

@@ -359,7 +359,7 @@ TEST_P(ModelInBothForms, ReadsThroughStreamsBytesAndLocalFiles)
     char bytes[8] = {};
     EXPECT_EQ(std::fread(bytes, 1, sizeof bytes, stream), 4U);
     EXPECT_STREQ(bytes, "walk");
-    std::fclose(stream);
+    EXPECT_EQ(std::fclose(stream), 0);
     EXPECT_EQ(model.readFile(q("missing")), QByteArray());
     EXPECT_EQ(model.readFile(q("Motions")), QByteArray());
     EXPECT_THROW(model.getFileLocalPath(q("missing")), PathNotFound);
@@ -435,17 +435,17 @@ TEST_P(ModelInBothForms, TakesStreamsWrittenAfterASaveForTheNextOne)
     FILE* const reader = model.fopen(q("Motions/Walk/box.bhx"), q("rb"));
     ASSERT_NE(writer, nullptr);
     ASSERT_NE(reader, nullptr);
-    std::fputs("one", writer);
-    std::fflush(writer);
+    EXPECT_GE(std::fputs("one", writer), 0);
+    EXPECT_EQ(std::fflush(writer), 0);
     model.remove(q("Motions"));
     model.save(QString(), ArchiveFormat::Source, true);
     EXPECT_EQ(ProjectModel(path()).readFile(q("bxlinfo")), QByteArray("one"));
     char bytes[8] = {};
     EXPECT_EQ(std::fread(bytes, 1, sizeof bytes, reader), 4U);
     EXPECT_STREQ(bytes, "walk");
-    std::fputs(" two", writer);
-    std::fclose(writer);
-    std::fclose(reader);
+    EXPECT_GE(std::fputs(" two", writer), 0);
+    EXPECT_EQ(std::fclose(writer), 0);
+    EXPECT_EQ(std::fclose(reader), 0);
     EXPECT_EQ(model.readFile(q("bxlinfo")), QByteArray("one two"));
     EXPECT_EQ(ProjectModel(path()).readFile(q("bxlinfo")), QByteArray("one"));
     saveAndCheck(model);
@@ -807,7 +807,7 @@ TEST_P(ModelInBothForms, LeavesNothingBehind)
         ProjectModel moved(std::move(model));
         moved.save(QString(), ArchiveFormat::Source, true);
         moved.writeFile(q("b"), "never saved");
-        std::fclose(copy.fopen(q("a"), q("ab")));
+        EXPECT_EQ(std::fclose(copy.fopen(q("a"), q("ab"))), 0);
         EXPECT_FALSE(treeOf(temporary.path()).empty());
     }
     EXPECT_EQ(treeOf(temporary.path()), Tree());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <krmodel/export.hpp>
+
 #include <string>
 
 namespace KR {

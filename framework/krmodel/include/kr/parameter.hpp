@@ -1,8 +1,8 @@
 #pragma once
 
 #include <kr/io.hpp>
-
 #include <krmodel/export.hpp>
+
 #include <string>
 #include <vector>
 

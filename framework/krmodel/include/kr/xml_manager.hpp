@@ -3,11 +3,11 @@
 #include <kr/input.hpp>
 #include <kr/output.hpp>
 #include <kr/parameter.hpp>
+#include <krmodel/export.hpp>
 #include <kx/xml_element.hpp>
 
 #include <boost/shared_ptr.hpp>
 
-#include <krmodel/export.hpp>
 #include <map>
 
 namespace KR {

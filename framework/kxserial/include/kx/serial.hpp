@@ -1,8 +1,9 @@
 #pragma once
 
+#include <kxserial/export.hpp>
+
 #include <QString>
 
-#include <kxserial/export.hpp>
 #include <string>
 
 namespace KX {

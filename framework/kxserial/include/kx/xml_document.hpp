@@ -1,11 +1,11 @@
 #pragma once
 
 #include <kx/xml_element.hpp>
+#include <kxserial/export.hpp>
 
 #include <boost/shared_ptr.hpp>
 
 #include <cstdio>
-#include <kxserial/export.hpp>
 #include <string>
 
 namespace KX {

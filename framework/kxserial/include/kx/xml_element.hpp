@@ -1,11 +1,11 @@
 #pragma once
 
 #include <kx/serial.hpp>
+#include <kxserial/export.hpp>
 
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <kxserial/export.hpp>
 #include <list>
 #include <memory>
 #include <string>

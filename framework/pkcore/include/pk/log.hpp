@@ -1,8 +1,9 @@
 #pragma once
 
+#include <pkcore/export.hpp>
+
 #include <cstdint>
 #include <functional>
-#include <pkcore/export.hpp>
 #include <string>
 
 /// The framework's log. A record is handed to every handler and then to Qt's message logging, under

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstdio>
 #include <pkcore/export.hpp>
+
+#include <cstdio>
 
 /// What the operating system does, with paths in UTF-8.
 namespace pk::os {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <pkcore/export.hpp>
+
 #include <string>
 #include <vector>
 

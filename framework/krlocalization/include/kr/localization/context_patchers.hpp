@@ -1,11 +1,12 @@
 #pragma once
 
+#include <krlocalization/export.hpp>
+
 #include <QHash>
 #include <QMap>
 #include <QString>
 #include <QStringView>
 
-#include <krlocalization/export.hpp>
 #include <vector>
 
 /// What is done to the contexts of messages when boxes are inserted, renamed and removed.

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <krlocalization/export.hpp>
+
 #include <QMap>
 #include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-#include <krlocalization/export.hpp>
 
 namespace KR::Localization {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kr/localization/message.hpp>
+#include <krlocalization/export.hpp>
 
 #include <QList>
 #include <QSharedDataPointer>
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <krlocalization/export.hpp>
 
 namespace KR::Localization {
 

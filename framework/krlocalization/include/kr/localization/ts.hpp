@@ -1,10 +1,9 @@
 #pragma once
 
 #include <kr/localization/translator.hpp>
+#include <krlocalization/export.hpp>
 
 #include <QByteArray>
-
-#include <krlocalization/export.hpp>
 
 /// Files of Qt Linguist: TS 2.1, and the older versions that Linguist reads.
 ///

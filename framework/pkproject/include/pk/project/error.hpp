@@ -1,6 +1,7 @@
 #pragma once
 
 #include <pkproject/export.hpp>
+
 #include <stdexcept>
 
 namespace pk::project {
@@ -11,7 +12,9 @@ struct PKPROJECT_EXPORT Error : std::runtime_error
 {
     using std::runtime_error::runtime_error;
     Error(const Error&) = default;
+    Error(Error&&) = default;
     Error& operator=(const Error&) = default;
+    Error& operator=(Error&&) = default;
     ~Error() override;
 };
 

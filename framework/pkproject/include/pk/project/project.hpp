@@ -1,10 +1,10 @@
 #pragma once
 
 #include <pk/project/error.hpp>
+#include <pkproject/export.hpp>
 
 #include <QString>
 
-#include <pkproject/export.hpp>
 #include <string>
 
 namespace pk::project {

@@ -2,6 +2,7 @@
 
 #include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
+#include <pkproject/export.hpp>
 
 #include <QByteArray>
 #include <QString>
@@ -9,7 +10,6 @@
 
 #include <cstdio>
 #include <memory>
-#include <pkproject/export.hpp>
 
 namespace pk::project {
 
