@@ -22,9 +22,13 @@ constexpr std::size_t a_manyFiles = 32;
 
 void checkConflicts(const Index& index, const DirectorySource& source, const SavePlan& plan)
 {
-    if (source.mayHaveChanged() || source.size() <= a_comparedWhole ||
-        !plan.findConflicts().empty()) {
+    const std::vector<std::string> conflicts = plan.findConflicts();
+    if (source.mayHaveChanged() || source.size() <= a_comparedWhole || !conflicts.empty()) {
         source.checkUnchanged(index);
+    }
+    if (!conflicts.empty()) {
+        throw AlreadyExists(source.place().path +
+                            ": what is no part of the project is in the way: " + conflicts.front());
     }
 }
 

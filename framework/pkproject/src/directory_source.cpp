@@ -140,8 +140,10 @@ std::optional<struct stat> DirectorySource::stat(const std::string& path) const
         return statOf(file);
     }
     if (errno == ELOOP) {
-        // A link: something is there, though no part of the project.
-        return statOf(m_place.path + "/" + path);
+        // A link there or on the way: something is in the way, though no part of the project.
+        struct stat link = {};
+        link.st_mode = S_IFLNK;
+        return link;
     }
     if (errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);

@@ -38,6 +38,7 @@ public:
     std::string localPath(const Entry& entry) const;
 
     /// What is at a path below the directory now, no link followed; nothing when there is nothing.
+    /// Of a link, there or on the way, only that it is one.
     std::optional<struct stat> stat(const std::string& path) const;
 
     /// Takes note of how the directory itself and its metadata file are now. Called after a save.

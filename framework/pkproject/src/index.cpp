@@ -396,6 +396,14 @@ void Index::bury(std::unique_ptr<Entry> entry)
     }
     m_touched.erase(entry.get());
     if (entry->wasMoved()) {
+        // What it goes back to may lie in itself, moved there: that goes home first.
+        while (isAtOrBelow(*entry->detail->homeParent, *entry)) {
+            Entry* inner = entry->detail->homeParent;
+            while (!inner->wasMoved()) {
+                inner = inner->parent;
+            }
+            bury(detach(*inner));
+        }
         entry->parent = std::exchange(entry->detail->homeParent, nullptr);
         entry->name = std::move(entry->detail->homeName);
     }

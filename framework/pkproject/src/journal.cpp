@@ -299,6 +299,8 @@ void JournalDirectory::write(const Journal& journal, bool syncItems)
             Disk::instance().syncFileSystem(m_path);
         } else {
             Disk::instance().sync(file);
+            // The names of the items must be there when the journal is.
+            syncDirectory(m_path);
         }
     }
     // From the next line on the journal may be found by whoever comes after a crash.

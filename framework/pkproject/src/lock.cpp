@@ -8,7 +8,6 @@
 #include <QSysInfo>
 
 #include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <system_error>
@@ -19,8 +18,6 @@ namespace pk::project {
 
 namespace {
 
-// Saves take milliseconds to seconds, so it is worth to wait for one rather than to fail.
-constexpr std::chrono::seconds a_patience{5};
 constexpr std::chrono::milliseconds a_pause{10};
 
 std::string myself()
@@ -56,9 +53,9 @@ std::string ownerOf(const Fd& file)
 
 } // namespace
 
-Lock Lock::take(const Place& place)
+Lock Lock::take(const Place& place, std::chrono::milliseconds patience)
 {
-    const auto deadline = std::chrono::steady_clock::now() + a_patience;
+    const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         const std::string path = place.lockFile();
         Fd file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644), path);

@@ -2,6 +2,7 @@
 
 #include "disk.hpp"
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -15,9 +16,12 @@ struct Place;
 class Lock
 {
 public:
-    /// Takes the lock, waiting a few seconds for whoever has it. Throws LockError, which names the
-    /// owner, or IoError when the lock file can't be made.
-    static Lock take(const Place& place);
+    /// Saves take milliseconds to seconds, so it is worth to wait for one rather than to fail.
+    static constexpr std::chrono::milliseconds a_patience{5000};
+
+    /// Takes the lock, waiting for whoever has it. Throws LockError, which names the owner, or
+    /// IoError when the lock file can't be made.
+    static Lock take(const Place& place, std::chrono::milliseconds patience = a_patience);
 
     /// As take(), but gives nothing where the directory beside the place can't be written: from
     /// there nobody saves the place.

@@ -20,6 +20,9 @@ FreshPlace::FreshPlace(const Place& target) : m_target(target), m_path(target.fr
 
 FreshPlace::~FreshPlace()
 {
+    if (m_isUncertain) {
+        return;
+    }
     try {
         removeTree(m_path);
     } catch (const Error& error) {
@@ -52,17 +55,25 @@ void FreshPlace::publish(const std::optional<struct stat>& existing)
 }
 
 // Waits until the new name is on the disk. Where that fails, `undo` takes it back; where that fails
-// too, the place holds the new project, and that it does is what counts.
-void FreshPlace::syncOr(const std::function<void()>& undo) const
+// too, the place holds the new project, and that it does is what counts. As long as the disk may
+// hold either, neither is removed.
+void FreshPlace::syncOr(const std::function<void()>& undo)
 {
     try {
         syncDirectory(m_target.parent);
     } catch (const IoError& error) {
+        m_isUncertain = true;
         try {
             undo();
         } catch (const Error& failure) {
             warn(std::string(error.what()) + "; " + failure.what(), "syncOr", __LINE__);
             return;
+        }
+        try {
+            syncDirectory(m_target.parent);
+            m_isUncertain = false;
+        } catch (const IoError& failure) {
+            warn(failure.what(), "syncOr", __LINE__);
         }
         throw;
     }

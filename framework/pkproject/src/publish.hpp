@@ -15,7 +15,8 @@ class FreshPlace
 {
 public:
     explicit FreshPlace(const Place& target);
-    /// Removes what was not published, or what the published took the place of.
+    /// Removes what was not published, or what the published took the place of; unless the disk
+    /// refused to say which of them it holds, then the next one to open or save the target does.
     ~FreshPlace();
     FreshPlace(const FreshPlace&) = delete;
     FreshPlace& operator=(const FreshPlace&) = delete;
@@ -32,9 +33,10 @@ public:
     void publish(const std::optional<struct stat>& existing);
 
 private:
-    void syncOr(const std::function<void()>& undo) const;
+    void syncOr(const std::function<void()>& undo);
     Place m_target;
     std::string m_path;
+    bool m_isUncertain = false;
 };
 
 } // namespace pk::project

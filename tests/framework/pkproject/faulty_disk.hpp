@@ -96,6 +96,10 @@ public:
         Disk::rmdir(path);
     }
 
+protected:
+    /// What a failing operation does; errno is set.
+    virtual void fail(const std::string& path) { throwErrno(path); }
+
 private:
     void step(const std::string& what, const std::string& path)
     {
@@ -103,7 +107,7 @@ private:
         m_log.push_back(what);
         if (m_failing >= 0 && (number == m_failing || (m_onwards && number > m_failing))) {
             errno = m_error;
-            throwErrno(path);
+            fail(path);
         }
     }
 

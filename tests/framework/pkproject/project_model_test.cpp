@@ -206,17 +206,17 @@ INSTANTIATE_TEST_SUITE_P(
         ListCase{"NoneOfAFile", "Walk/box.bhx", true, true, false, {}}),
     [](const auto& c) { return std::string(c.param.name); });
 
-struct PathCase
+struct ModelPathCase
 {
     const char* name;
     QString path;
 };
 
-class RefusedPath : public testing::TestWithParam<PathCase>
+class RefusedModelPath : public testing::TestWithParam<ModelPathCase>
 {
 };
 
-TEST_P(RefusedPath, IsRefusedByEveryOperation)
+TEST_P(RefusedModelPath, IsRefusedByEveryOperation)
 {
     const QString path = GetParam().path;
     const TemporaryDirectory directory;
@@ -240,20 +240,21 @@ TEST_P(RefusedPath, IsRefusedByEveryOperation)
     EXPECT_EQ(treeOf(model), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RefusedPath,
-                         testing::Values(PathCase{"Absolute", q("/a")}, PathCase{"Top", q("/")},
-                                         PathCase{"Parent", q("..")},
-                                         PathCase{"ParentInside", q("b/../a")},
-                                         PathCase{"ParentAtTheEnd", q("a/..")},
-                                         PathCase{"Nul", QString(QChar(0))},
-                                         PathCase{"NulInside", q("a") + QChar(0) + q("b")}),
+INSTANTIATE_TEST_SUITE_P(All, RefusedModelPath,
+                         testing::Values(ModelPathCase{"Absolute", q("/a")},
+                                         ModelPathCase{"Top", q("/")},
+                                         ModelPathCase{"Parent", q("..")},
+                                         ModelPathCase{"ParentInside", q("b/../a")},
+                                         ModelPathCase{"ParentAtTheEnd", q("a/..")},
+                                         ModelPathCase{"Nul", QString(QChar(0))},
+                                         ModelPathCase{"NulInside", q("a") + QChar(0) + q("b")}),
                          [](const auto& c) { return std::string(c.param.name); });
 
-class NormalisedPath : public testing::TestWithParam<PathCase>
+class NormalisedModelPath : public testing::TestWithParam<ModelPathCase>
 {
 };
 
-TEST_P(NormalisedPath, IsTheSameFile)
+TEST_P(NormalisedModelPath, IsTheSameFile)
 {
     ProjectModel model;
     model.writeFile(q("a/b"), "1");
@@ -263,13 +264,12 @@ TEST_P(NormalisedPath, IsTheSameFile)
     EXPECT_EQ(model.getFileList(QString(), true, true, false), QStringList({q("a"), q("a/b")}));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, NormalisedPath,
-                         testing::Values(PathCase{"Plain", q("a/b")}, PathCase{"Dot", q("./a/b")},
-                                         PathCase{"Dots", q("././a/b")},
-                                         PathCase{"TrailingSlash", q("a/b/")},
-                                         PathCase{"Doubled", q("a//b")},
-                                         PathCase{"DotInside", q("a/./b")}),
-                         [](const auto& c) { return std::string(c.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    All, NormalisedModelPath,
+    testing::Values(ModelPathCase{"Plain", q("a/b")}, ModelPathCase{"Dot", q("./a/b")},
+                    ModelPathCase{"Dots", q("././a/b")}, ModelPathCase{"TrailingSlash", q("a/b/")},
+                    ModelPathCase{"Doubled", q("a//b")}, ModelPathCase{"DotInside", q("a/./b")}),
+    [](const auto& c) { return std::string(c.param.name); });
 
 class VersionControlName : public testing::TestWithParam<const char*>
 {

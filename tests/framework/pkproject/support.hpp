@@ -17,6 +17,7 @@
 #include <map>
 #include <string>
 #include <sys/stat.h>
+#include <utility>
 
 namespace pk::project::test {
 
@@ -141,6 +142,49 @@ inline ArchiveFormat formatOf(Form form)
 inline std::string nameOf(const testing::TestParamInfo<Form>& info)
 {
     return info.param == Form::Directory ? "Directory" : "Archive";
+}
+
+/// What tells whether a file was touched: its inode and its modification time.
+inline std::pair<ino_t, std::int64_t> stampOf(const QString& path)
+{
+    const auto info = statOf(path.toStdString());
+    EXPECT_TRUE(info) << path.toStdString();
+    return info ? std::make_pair(info->st_ino, modificationTime(*info))
+                : std::make_pair(ino_t{0}, std::int64_t{0});
+}
+
+/// While it lives, the system's place for temporary files is a directory of the test.
+class TemporaryFiles
+{
+public:
+    TemporaryFiles() { qputenv("TMPDIR", m_directory.path().toUtf8()); }
+    ~TemporaryFiles() { m_hadOne ? qputenv("TMPDIR", m_before) : qunsetenv("TMPDIR"); }
+    TemporaryFiles(const TemporaryFiles&) = delete;
+    TemporaryFiles& operator=(const TemporaryFiles&) = delete;
+    TemporaryFiles(TemporaryFiles&&) = delete;
+    TemporaryFiles& operator=(TemporaryFiles&&) = delete;
+
+    /// The files and directories there, with all that is below.
+    Tree tree() const { return treeOf(m_directory.path()); }
+    QString path() const { return m_directory.path(); }
+
+private:
+    TemporaryDirectory m_directory;
+    bool m_hadOne = qEnvironmentVariableIsSet("TMPDIR");
+    QByteArray m_before = qgetenv("TMPDIR");
+};
+
+/// Writes a text to a stream, down to the file.
+inline void put(FILE* stream, const char* text)
+{
+    EXPECT_GE(std::fputs(text, stream), 0);
+    EXPECT_EQ(std::fflush(stream), 0);
+}
+
+inline void close(FILE* stream)
+{
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(std::fclose(stream), 0);
 }
 
 /// Writes a text through a stream of the model.

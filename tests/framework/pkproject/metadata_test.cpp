@@ -1,0 +1,62 @@
+#include "metadata.hpp"
+#include "support.hpp"
+
+#include <pk/project/error.hpp>
+
+namespace pk::project::test {
+
+TEST(Metadata, RoundTrips)
+{
+    const Metadata metadata{{q("name"), q("Walk \"quickly\"\n\\")},
+                            {q(""), q("no key")},
+                            {q("gr\xc3\xbc\xc3\x9f"), q("\xf0\x9f\xa4\x96")}};
+    EXPECT_EQ(parseMetadata(formatMetadata(metadata), "x"), metadata);
+}
+
+TEST(Metadata, IsWrittenInTheOrderOfItsKeys)
+{
+    EXPECT_EQ(formatMetadata({{q("b"), q("2")}, {q("a"), q("1")}}),
+              QByteArray("{\n    \"a\": \"1\",\n    \"b\": \"2\"\n}\n"));
+}
+
+TEST(Metadata, WithoutValuesHasNoBytes)
+{
+    EXPECT_TRUE(formatMetadata({}).isEmpty());
+    EXPECT_TRUE(parseMetadata(QByteArray(), "x").isEmpty());
+    EXPECT_TRUE(parseMetadata("{}", "x").isEmpty());
+    EXPECT_TRUE(parseMetadata("{\"a\": \"\"}", "x").isEmpty());
+}
+
+TEST(Metadata, SaysWhetherSettingAValueChangedAnything)
+{
+    Metadata metadata;
+    EXPECT_TRUE(setMetadataValue(metadata, q("a"), q("1")));
+    EXPECT_FALSE(setMetadataValue(metadata, q("a"), q("1")));
+    EXPECT_TRUE(setMetadataValue(metadata, q("a"), q("")));
+    EXPECT_FALSE(setMetadataValue(metadata, q("a"), q("")));
+    EXPECT_TRUE(metadata.isEmpty());
+}
+
+class DamagedMetadata : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(DamagedMetadata, IsRefusedWithThePath)
+{
+    const std::string message =
+        messageOf<FormatError>([] { parseMetadata(GetParam(), "/p/.kxproject"); });
+    EXPECT_EQ(message.find("/p/.kxproject: damaged project metadata: "), 0U) << message;
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, DamagedMetadata,
+                         testing::Values("{", "[]", "null", "\"a\"", "{\"a\": 1}", "{\"a\": null}",
+                                         "{\"a\": {}}", "{\"a\": \"b\"} x", "{a: \"b\"}",
+                                         "\xff\xfe"));
+
+TEST(Metadata, NestedBeyondReasonIsRefused)
+{
+    const QByteArray deep = QByteArray("{\"a\":").repeated(100'000);
+    EXPECT_THROW(parseMetadata(deep, "x"), FormatError);
+}
+
+} // namespace pk::project::test
