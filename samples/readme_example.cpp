@@ -1,11 +1,7 @@
 #include <kx/xml_document.hpp>
-#include <kx/xml_element.hpp>
 #include <pk/project/project_model.hpp>
 
 #include <boost/make_shared.hpp>
-
-#include <cstdio>
-#include <iostream>
 
 int main()
 {
@@ -21,7 +17,5 @@ int main()
         return 1;
     }
     project.save(QStringLiteral("example.zip"), pk::project::ArchiveFormat::Zip, true);
-
-    const pk::project::ProjectModel saved(QStringLiteral("example.zip"));
-    std::cout << saved.readFile(QStringLiteral("Walk/box.xml")).constData();
+    return std::puts(project.readFile(QStringLiteral("Walk/box.xml")).constData()) < 0 ? 1 : 0;
 }

@@ -59,7 +59,12 @@ bool XmlDocument::saveToXmlFile(FILE* stream, std::string* error, std::string* w
         return false;
     }
     try {
-        xml::writeStream(stream, xml::Writer::write(*m_root, m_file.get()));
+        const std::string text = xml::Writer::write(*m_root, m_file.get());
+        if (text.size() > xml::a_maxSize) {
+            report(error, "longer than what is read again");
+            return false;
+        }
+        xml::writeStream(stream, text);
         return true;
     } catch (const xml::Unwritable& reason) {
         report(error, reason.what());

@@ -93,12 +93,14 @@ zip_t* ArchiveSource::handle()
 
 void ArchiveSource::load(Index& index)
 {
+    std::uint64_t made = 0;
     for (const Item& item : items()) {
         Entry* directory = &index.root();
         for (std::size_t i = 0; i + 1 < item.path.size(); ++i) {
             auto& children = directory->folder->children;
             if (children.empty() || children.back()->name != item.path[i]) {
                 Index::appendLoaded(*directory, item.path[i], true, 0755);
+                checkCount(++made);
             }
             directory = children.back().get();
             if (!directory->isDirectory()) {
@@ -118,11 +120,10 @@ void ArchiveSource::load(Index& index)
 
 Metadata ArchiveSource::loadMetadata()
 {
-    const zip_int64_t position = zip_name_locate(handle(), a_metadataFile, ZIP_FL_ENC_UTF_8);
-    if (position < 0) {
+    if (!m_metadata) {
         return {};
     }
-    const Item file = item(static_cast<std::uint64_t>(position));
+    const Item file = item(*m_metadata);
     const std::string bytes = read(file.position, file.bytes, a_metadataFile);
     return parseMetadata(QByteArray::fromStdString(bytes), m_place.path + "/" + a_metadataFile);
 }
@@ -150,7 +151,7 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
     if (zip_stat_index(handle(), position, 0, &info) != 0 || (info.valid & needed) != needed) {
         failDamaged(zip_strerror(handle()));
     }
-    const std::string name = info.name;
+    const std::string name = nameOf(position, info.name);
     if (info.encryption_method != ZIP_EM_NONE) {
         throw FormatError(m_place.path + ": encrypted archive: '" + name + "' can't be read");
     }
@@ -178,15 +179,20 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
     return item;
 }
 
+// The name as it stands in the archive if it is UTF-8, else as the archive library makes UTF-8 of
+// it.
+std::string ArchiveSource::nameOf(std::uint64_t position, const char* converted)
+{
+    const char* const raw = zip_get_name(handle(), position, ZIP_FL_ENC_RAW);
+    const bool isUtf8 = raw != nullptr && QString::fromUtf8(raw).toUtf8() == raw;
+    return isUtf8 ? raw : converted;
+}
+
 // Sorted by their paths, so that what belongs to one directory stands together.
 std::vector<ArchiveSource::Item> ArchiveSource::items()
 {
     const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle(), 0));
-    if (count > archive_limits::a_maxEntries) {
-        throw LimitError(m_place.path + ": it holds " + std::to_string(count) +
-                         " entries, more than the " + std::to_string(archive_limits::a_maxEntries) +
-                         " that are read");
-    }
+    checkCount(count);
     std::vector<Item> items;
     std::uint64_t bytes = 0;
     for (std::uint64_t position = 0; position < count; ++position) {
@@ -198,6 +204,8 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
         }
         if (!isReserved(next.path)) {
             items.push_back(std::move(next));
+        } else if (next.path.size() == 1 && next.path.front() == a_metadataFile) {
+            m_metadata = position;
         } else if (next.path.front() != a_metadataFile) {
             m_foreign.emplace_back(position, joinPath(next.path) + (next.isDirectory ? "/" : ""));
         }
@@ -205,6 +213,15 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
     std::sort(items.begin(), items.end(),
               [](const Item& a, const Item& b) { return a.path < b.path; });
     return items;
+}
+
+void ArchiveSource::checkCount(std::uint64_t count) const
+{
+    if (count > archive_limits::a_maxEntries) {
+        throw LimitError(m_place.path + ": it holds " + std::to_string(count) +
+                         " entries, more than the " + std::to_string(archive_limits::a_maxEntries) +
+                         " that are read");
+    }
 }
 
 void ArchiveSource::checkBounds(std::uint64_t bytes, std::uint64_t fileBytes,

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,7 +39,7 @@ public:
     /// bounds.
     void load(Index& index);
 
-    /// Reads the metadata file. Throws FormatError.
+    /// Reads the metadata file that load() found. Throws FormatError.
     Metadata loadMetadata();
 
     /// A staged file with the bytes of an entry of the source, whose checksum is verified. Throws
@@ -63,6 +64,8 @@ private:
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
+    std::string nameOf(std::uint64_t position, const char* converted);
+    void checkCount(std::uint64_t count) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
     std::string read(std::uint64_t position, std::uint64_t size, const std::string& name);
     [[noreturn]] void failDamaged(const std::string& reason) const;
@@ -71,6 +74,7 @@ private:
     Fd m_file;
     Stamp m_stamp;
     ZipHandle m_zip;
+    std::optional<std::uint64_t> m_metadata; ///< where load() found it
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign;
 };
 

@@ -2,6 +2,7 @@
 
 #include <pk/project/error.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,6 +17,15 @@ constexpr zip_uint16_t a_noDate = 0x0021;
 
 // The archive library writes no archive without entries; this is one.
 constexpr char a_emptyArchive[22] = {'P', 'K', 5, 6};
+
+// The archive library takes a name with control characters for no UTF-8, but stores it as it is
+// when it may guess.
+zip_flags_t encodingOf(const std::string& name)
+{
+    const bool controls = std::any_of(name.begin(), name.end(),
+                                      [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+    return controls ? ZIP_FL_ENC_GUESS : ZIP_FL_ENC_UTF_8;
+}
 
 } // namespace
 
@@ -37,7 +47,8 @@ zip_int64_t ArchiveSave::guard(const Action& action)
 class ArchiveSave::Input
 {
 public:
-    Input(ArchiveSave& save, std::size_t added) : m_save(save), m_added(added)
+    Input(ArchiveSave& save, std::size_t added, zip_uint64_t size)
+        : m_save(save), m_added(added), m_size(size)
     {
         zip_error_init(&m_error);
     }
@@ -67,7 +78,7 @@ private:
         case ZIP_SOURCE_STAT:
             return describe(*static_cast<zip_stat_t*>(data));
         case ZIP_SOURCE_OPEN:
-            open();
+            m_file = m_save.m_contents.open(*m_save.m_added[m_added].entry);
             return 0;
         case ZIP_SOURCE_READ:
             return read(data, size);
@@ -83,18 +94,10 @@ private:
         }
     }
 
-    void open()
+    zip_int64_t describe(zip_stat_t& info) const
     {
-        if (!m_file) {
-            m_file = m_save.m_contents.open(*m_save.m_added[m_added].entry);
-        }
-    }
-
-    zip_int64_t describe(zip_stat_t& info)
-    {
-        open();
         zip_stat_init(&info);
-        info.size = static_cast<zip_uint64_t>(statOf(m_file).st_size);
+        info.size = m_size;
         info.valid = ZIP_STAT_SIZE;
         return sizeof info;
     }
@@ -114,6 +117,7 @@ private:
 
     ArchiveSave& m_save;
     std::size_t m_added;
+    zip_uint64_t m_size;
     Fd m_file;
     zip_error_t m_error{};
 };
@@ -246,6 +250,9 @@ void ArchiveSave::adopt(ArchiveSource& source) const
     for (const Added& added : m_added) {
         added.entry->stamp = {added.position, 0, static_cast<std::int64_t>(added.bytes)};
     }
+    for (Entry* const entry : m_leftOut) {
+        m_index.remove(*entry);
+    }
     source.setForeign(m_foreign);
 }
 
@@ -267,7 +274,7 @@ void ArchiveSave::addDirectory(zip_t* zip, Entry& directory)
             continue;
         }
         const std::string name = Index::path(*child) + "/";
-        finishEntry(zip, zip_dir_add(zip, name.c_str(), ZIP_FL_ENC_UTF_8), name,
+        finishEntry(zip, zip_dir_add(zip, name.c_str(), encodingOf(name)), name,
                     S_IFDIR | child->mode);
         addDirectory(zip, *child);
     }
@@ -277,15 +284,22 @@ void ArchiveSave::addFile(zip_t* zip, Entry& entry)
 {
     const std::string name = Index::path(entry);
     const mode_t mode = S_IFREG | entry.mode;
-    const Entry* const original = m_contents.archive ? originalInSource(entry) : nullptr;
     const auto position = static_cast<std::uint64_t>(zip_get_num_entries(zip, 0));
-    m_added.push_back({&entry, position, 0});
-    if (original != nullptr) {
-        m_added.back().bytes = static_cast<std::uint64_t>(original->stamp.bytes);
+    if (const Entry* const original = m_contents.archive ? originalInSource(entry) : nullptr) {
+        m_added.push_back({&entry, position, static_cast<std::uint64_t>(original->stamp.bytes)});
         addOriginal(zip, name, original->stamp.id, mode);
         return;
     }
-    m_inputs.push_back(std::make_unique<Input>(*this, m_added.size() - 1));
+    // Opened once for its size and again when its turn comes: the archive library wants to know
+    // all sizes first, and there may be more files than can be open at a time.
+    const Fd file = m_contents.openUnlessGone(entry);
+    if (!file) {
+        m_leftOut.push_back(&entry);
+        return;
+    }
+    m_added.push_back({&entry, position, 0});
+    m_inputs.push_back(std::make_unique<Input>(*this, m_added.size() - 1,
+                                               static_cast<zip_uint64_t>(statOf(file).st_size)));
     addSource(zip, name, zip_source_function(zip, Input::callback, m_inputs.back().get()), mode);
 }
 
@@ -303,7 +317,7 @@ void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t
         fail(name, zip_strerror(from));
     }
     if (name.back() == '/') {
-        finishEntry(zip, zip_dir_add(zip, name.c_str(), ZIP_FL_ENC_UTF_8), name, attributes >> 16);
+        finishEntry(zip, zip_dir_add(zip, name.c_str(), encodingOf(name)), name, attributes >> 16);
         return;
     }
     const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
@@ -318,7 +332,7 @@ void ArchiveSave::addSource(zip_t* zip, const std::string& name, zip_source_t* s
     if (source == nullptr) {
         fail(name, zip_strerror(zip));
     }
-    const zip_int64_t position = zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    const zip_int64_t position = zip_file_add(zip, name.c_str(), source, encodingOf(name));
     if (position < 0) {
         zip_source_free(source);
     }

@@ -29,11 +29,12 @@ public:
     void keepForeign();
 
     /// Writes the archive to a new file and waits until it is on the disk. The file stays open for
-    /// reading. Throws IoError, and what Contents::open() throws.
+    /// reading. A file that openUnlessGone() does not find is left out. Throws IoError, and what
+    /// Contents::open() throws.
     Fd write(const std::string& path, mode_t mode);
 
     /// Tells the index's entries, and the source that the new archive becomes, where things are in
-    /// it. Called when the new archive has taken its place.
+    /// it, and removes those that were left out. Called when the new archive has taken its place.
     void adopt(ArchiveSource& source) const;
 
 private:
@@ -62,6 +63,7 @@ private:
     std::vector<std::unique_ptr<Input>> m_inputs;
     std::vector<Added> m_added;
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign; ///< in the new archive
+    std::vector<Entry*> m_leftOut;
     std::string m_path;
     std::exception_ptr m_failure; ///< what a callback threw below the archive library
 };

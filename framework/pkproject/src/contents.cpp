@@ -1,5 +1,6 @@
 #include "contents.hpp"
 
+#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 namespace pk::project {
@@ -13,10 +14,25 @@ Fd Contents::open(Entry& entry)
     return directory->open(*originalInSource(entry));
 }
 
+Fd Contents::openUnlessGone(Entry& entry)
+{
+    try {
+        return open(entry);
+    } catch (const PathNotFound& error) {
+        pk::log::log(pk::log::Warning, "pkproject",
+                     std::string(error.what()) + "; it is left out of the saved project", __FILE__,
+                     "openUnlessGone", __LINE__);
+        return {};
+    }
+}
+
 std::string Contents::localPath(Entry& entry)
 {
     unpack(entry);
     const auto staged = entry.staged();
+    if (staged) {
+        staged->keepPath();
+    }
     return staged ? staged->path() : directory->localPath(*originalInSource(entry));
 }
 

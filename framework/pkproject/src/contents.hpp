@@ -18,6 +18,11 @@ public:
     /// Opens an entry's bytes for reading. Throws IoError, or FormatError for a damaged archive.
     Fd open(Entry& entry);
 
+    /// As open(), but gives nothing, with a warning in the log, for a file of the source that
+    /// someone removed since it was opened: whoever did decided so, and what was edited here is
+    /// worth more than a refusal to save it elsewhere.
+    Fd openUnlessGone(Entry& entry);
+
     /// A local path at which the entry's bytes can be read; throws as open().
     std::string localPath(Entry& entry);
 

@@ -3,7 +3,6 @@
 #include "journal.hpp"
 #include "save_plan.hpp"
 
-#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 #include <optional>
@@ -32,9 +31,9 @@ void checkConflicts(const Index& index, const DirectorySource& source, const Sav
     }
 }
 
-void writeBytes(const QByteArray& bytes, const std::string& path, bool sync)
+void writeBytes(const QByteArray& bytes, const std::string& path, mode_t mode, bool sync)
 {
-    const Fd file = Disk::instance().create(path, umaskLeaves(0666));
+    const Fd file = Disk::instance().create(path, mode);
     Disk::instance().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (sync) {
         Disk::instance().sync(file);
@@ -63,6 +62,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata)
         planMetadata(journal, source.hasMetadataFile(), !newMetadata.isEmpty(), metadataItem);
     }
     if (journal.isEmpty()) {
+        checkConflicts(index, source, plan);
         index.settle(false, false);
         return;
     }
@@ -78,7 +78,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata)
         stamps.emplace_back(file.entry, Stamp::of(statOf(fd)));
     }
     if (!newMetadata.isEmpty()) {
-        writeBytes(newMetadata, directory.itemPath(metadataItem), !many);
+        writeBytes(newMetadata, directory.itemPath(metadataItem), source.metadataMode(), !many);
     }
     checkConflicts(index, source, plan);
     try {
@@ -104,7 +104,7 @@ void DirectorySave::write(const std::string& path, mode_t mode)
     Disk::instance().mkdir(path, mode | 0700);
     const QByteArray metadata = formatMetadata(m_metadata);
     if (!metadata.isEmpty()) {
-        writeBytes(metadata, path + "/" + a_metadataFile, false);
+        writeBytes(metadata, path + "/" + a_metadataFile, umaskLeaves(0666), false);
     }
     writeDirectory(m_index.root(), path);
     if ((mode & 0700) != 0700) {
@@ -142,14 +142,8 @@ void DirectorySave::writeDirectory(Entry& directory, const std::string& path)
 
 void DirectorySave::writeFile(Entry& entry, const std::string& path)
 {
-    Fd bytes;
-    try {
-        bytes = m_contents.open(entry);
-    } catch (const PathNotFound& error) {
-        // Whoever removed it decided so; what was edited here is worth more than a refusal.
-        pk::log::log(pk::log::Warning, "pkproject",
-                     std::string(error.what()) + "; it is left out of the saved project", __FILE__,
-                     "writeFile", __LINE__);
+    const Fd bytes = m_contents.openUnlessGone(entry);
+    if (!bytes) {
         m_leftOut.push_back(&entry);
         return;
     }

@@ -250,6 +250,12 @@ void DirectorySource::compare(const Fd& fd, const Entry& directory, const std::s
     }
 }
 
+mode_t DirectorySource::metadataMode() const
+{
+    const auto info = stat(a_metadataFile);
+    return info ? info->st_mode & 0777 : umaskLeaves(0666);
+}
+
 std::optional<Stamp> DirectorySource::metadataStamp() const
 {
     const auto info = stat(a_metadataFile);

@@ -64,6 +64,9 @@ public:
         m_unfinished = std::move(u);
     }
 
+    /// The mode of the metadata file, or the one for a new one.
+    mode_t metadataMode() const;
+
     /// Files and directories, when last loaded or saved whole.
     std::size_t size() const { return m_size; }
     void setSize(std::size_t size) { m_size = size; }

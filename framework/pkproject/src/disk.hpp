@@ -64,7 +64,8 @@ public:
     virtual void syncFileSystem(const std::string& path);
     virtual void mkdir(const std::string& path, mode_t mode);
     virtual void chmod(const std::string& path, mode_t mode);
-    /// Sets the modification time of a directory, in nanoseconds since the epoch.
+    /// Sets the modification time of a directory, in nanoseconds since the epoch; to the current
+    /// time where only that is permitted.
     virtual void setTime(const std::string& path, std::int64_t time);
     /// Renames, replacing a file that is in the way.
     virtual void rename(const std::string& from, const std::string& to);

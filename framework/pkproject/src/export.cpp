@@ -6,6 +6,19 @@
 
 namespace pk::project {
 
+namespace {
+
+std::string unusedName(const std::string& base)
+{
+    std::string name = base;
+    for (int number = 1; statOf(name); ++number) {
+        name = base + std::to_string(number);
+    }
+    return name;
+}
+
+} // namespace
+
 Exporter::Exporter(std::string localPath) : m_root(std::move(localPath)) {}
 
 void Exporter::makeDirectory(const std::string& path, mode_t mode)
@@ -28,8 +41,7 @@ void Exporter::makeDirectory(const std::string& path, mode_t mode)
 void Exporter::writeFile(const std::string& path, const Fd& from, mode_t mode)
 {
     const std::string local = localPath(path);
-    const std::string fresh = local.substr(0, local.rfind('/') + 1) + ".kxexport";
-    removeTree(fresh);
+    const std::string fresh = unusedName(local.substr(0, local.rfind('/') + 1) + ".kxexport");
     try {
         copyToNewFile(from, fresh, mode);
         Disk::instance().rename(fresh, local);

@@ -445,7 +445,7 @@ void Index::settle(Entry& entry, bool wholeTree, bool keepStaged,
         std::shared_ptr<StagedFile> staged = std::move(entry.detail->staged);
         entry.detail.reset();
         entry.rewritten = staged && !staged->isSealed();
-        if (entry.rewritten || (staged && keepStaged)) {
+        if (entry.rewritten || (staged && (keepStaged || staged->isPathKept()))) {
             entry.needDetail().staged = std::move(staged);
         }
         if (entry.rewritten) {

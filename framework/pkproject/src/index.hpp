@@ -169,7 +169,8 @@ public:
     /// Declares the tree to be what the source holds: ghosts are dropped and nothing is new, moved
     /// or rewritten, except files whose staged bytes can still change, which stay rewritten. The
     /// stamps of files are the caller's to set. Looks at what was touched, or at the whole tree
-    /// when the source is another one than before. With `keepStaged` the staged bytes stay at hand.
+    /// when the source is another one than before. With `keepStaged`
+    /// all staged bytes stay at hand, else only those whose paths somebody was told.
     void settle(bool wholeTree, bool keepStaged);
 
 private:

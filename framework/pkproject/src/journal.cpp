@@ -1,5 +1,6 @@
 #include "journal.hpp"
 
+#include "metadata.hpp"
 #include "place.hpp"
 #include "project_path.hpp"
 
@@ -15,6 +16,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <set>
+#include <unistd.h>
 
 namespace pk::project {
 
@@ -95,14 +97,16 @@ public:
 
     [[noreturn]] void fail() const { throw FormatError(m_path + ": damaged journal"); }
 
-    std::string path(const QJsonValue& value) const
+    std::string path(const QJsonValue& value, bool inProject) const
     {
         if (!value.isString()) {
             fail();
         }
         std::string text = value.toString().toStdString();
         try {
-            if (text.empty() || joinPath(parsePath(value.toString())) != text) {
+            const ProjectPath parsed = parsePath(value.toString());
+            if (text.empty() || joinPath(parsed) != text ||
+                (inProject && isReserved(parsed) && text != a_metadataFile)) {
                 fail();
             }
         } catch (const InvalidPath&) {
@@ -158,14 +162,15 @@ Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
     const QJsonArray collectArray = object.value(QStringLiteral("collect")).toArray();
     for (const auto& value : collectArray) {
         const QJsonObject entry = value.toObject();
-        journal.collects.push_back({{reader.number(entry.value(QStringLiteral("in")), -1),
-                                     reader.path(entry.value(QStringLiteral("from")))},
-                                    reader.number(entry.value(QStringLiteral("item")), 0)});
+        const int item = reader.number(entry.value(QStringLiteral("in")), -1);
+        journal.collects.push_back(
+            {{item, reader.path(entry.value(QStringLiteral("from")), item < 0)},
+             reader.number(entry.value(QStringLiteral("item")), 0)});
     }
     const QJsonArray putArray = object.value(QStringLiteral("put")).toArray();
     for (const auto& value : putArray) {
         const QJsonObject entry = value.toObject();
-        journal.puts.push_back({reader.path(entry.value(QStringLiteral("to"))),
+        journal.puts.push_back({reader.path(entry.value(QStringLiteral("to")), true),
                                 reader.number(entry.value(QStringLiteral("item")), -1),
                                 static_cast<std::uint16_t>(
                                     reader.number(entry.value(QStringLiteral("mode")), 0) & 0777),
@@ -230,6 +235,7 @@ void JournalDirectory::recover(const Place& place)
     if (!exists(place.journal())) {
         return;
     }
+    refuseStranger(place);
     JournalDirectory directory(place, Existing());
     for (const char* const phase : {a_collect, a_put}) {
         const std::string path = directory.m_path + "/" + phase;
@@ -262,28 +268,34 @@ std::string JournalDirectory::locate(const Journal::Location& location) const
 }
 
 // A journal that no save left, but somebody made up, must not reach out of the project.
+void JournalDirectory::refuseStranger(const Place& place)
+{
+    const auto info = statOf(place.journal());
+    if (!S_ISDIR(info->st_mode) || (info->st_uid != ::geteuid() && ::geteuid() != 0)) {
+        throw FormatError(place.journal() + ": it is in the way of the store's own journal");
+    }
+}
+
 void JournalDirectory::refuseLinks(const Journal& journal) const
 {
-    std::set<std::string> directories;
-    const auto addAbove = [&directories](const std::string& path) {
-        for (std::size_t at = path.find('/'); at != std::string::npos;
-             at = path.find('/', at + 1)) {
-            directories.insert(path.substr(0, at));
+    std::set<std::string> checked;
+    const auto checkAbove = [&](const std::string& path, std::size_t at) {
+        for (; at != std::string::npos; at = path.find('/', at + 1)) {
+            const std::string above = path.substr(0, at);
+            if (!checked.insert(above).second) {
+                continue;
+            }
+            const auto info = statOf(above);
+            if (info && S_ISLNK(info->st_mode)) {
+                throw FormatError(m_path + ": damaged journal: '" + above + "' is a symbolic link");
+            }
         }
     };
     for (const Journal::Collect& step : journal.collects) {
-        if (step.from.item < 0) {
-            addAbove(step.from.path);
-        }
+        checkAbove(locate(step.from), (step.from.item < 0 ? m_project : m_path).size() + 1);
     }
     for (const Journal::Put& step : journal.puts) {
-        addAbove(step.path);
-    }
-    for (const std::string& directory : directories) {
-        const auto info = statOf(m_project + "/" + directory);
-        if (info && S_ISLNK(info->st_mode)) {
-            throw FormatError(m_path + ": damaged journal: '" + directory + "' is a symbolic link");
-        }
+        checkAbove(m_project + "/" + step.path, m_project.size() + 1);
     }
 }
 

@@ -60,7 +60,8 @@ struct Journal
 /// any point; the phases are kept apart by syncing what the first one changed before the journal
 /// gets its second name. In the end the journal is deleted before the rest of the directory.
 ///
-/// This relies on the file system to rename in one step, and on nothing about the order in which
+/// This relies on the file system to rename in one step, and not to lose what was renamed into a
+/// new directory together with that directory; otherwise on nothing about the order in which
 /// unsynced changes reach the disk.
 class JournalDirectory
 {
@@ -108,6 +109,7 @@ private:
     JournalDirectory(const Place& place, Existing existing);
 
     std::string locate(const Journal::Location& location) const;
+    static void refuseStranger(const Place& place);
     void refuseLinks(const Journal& journal) const;
     void write(const Journal& journal, bool syncItems);
     void rename(const char* from, const char* to);

@@ -59,6 +59,10 @@ Lock Lock::take(const Place& place, std::chrono::milliseconds patience)
     for (;;) {
         const std::string path = place.lockFile();
         Fd file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644), path);
+        if (!file && errno == EACCES) {
+            // Another user's, perhaps of a program that died: reading is enough to lock it.
+            file = Fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW), path);
+        }
         if (!file) {
             throwErrno(path);
         }
@@ -86,7 +90,12 @@ std::optional<Lock> Lock::takeIfWritable(const Place& place)
     if (::faccessat(AT_FDCWD, place.parent.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
         return std::nullopt;
     }
-    return take(place);
+    try {
+        return take(place);
+    } catch (const IoError&) {
+        // A full disk, or a lock file that is somebody else's alone: no reason not to read.
+        return std::nullopt;
+    }
 }
 
 Lock::~Lock()

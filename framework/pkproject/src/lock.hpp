@@ -23,8 +23,8 @@ public:
     /// IoError when the lock file can't be made.
     static Lock take(const Place& place, std::chrono::milliseconds patience = a_patience);
 
-    /// As take(), but gives nothing where the directory beside the place can't be written: from
-    /// there nobody saves the place.
+    /// As take(), but gives nothing where no lock file can be made: from there nobody saves the
+    /// place.
     static std::optional<Lock> takeIfWritable(const Place& place);
 
     ~Lock();

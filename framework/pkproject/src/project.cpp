@@ -96,6 +96,11 @@ void Project::setMetadata(const std::string& key, const std::string& value)
 
 void remove(const QString& localPath)
 {
+    const QString name = QFileInfo(localPath).fileName();
+    if (localPath.contains(QChar(0)) || name == QLatin1String("..") || name == QLatin1String(".")) {
+        throw InvalidPath("'" + localPath.section(QChar(0), 0, 0).toStdString() +
+                          "': it is no path to be deleted");
+    }
     const std::string path = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath()).toStdString();
     if (localPath.isEmpty() || !statOf(path)) {
         throw PathNotFound("'" + localPath.toStdString() + "': no such file or directory");

@@ -6,6 +6,14 @@
 
 namespace pk::project {
 
+namespace {
+
+// What Linux takes as a path; it also bounds how deep directories nest.
+constexpr std::size_t a_longestPath = 4096;
+constexpr std::size_t a_deepest = 256;
+
+} // namespace
+
 ProjectPath parsePath(const QString& path)
 {
     const std::string text = path.toStdString();
@@ -14,6 +22,11 @@ ProjectPath parsePath(const QString& path)
     }
     if (path.contains(QChar(0))) {
         throw InvalidPath("'" + text.substr(0, text.find('\0')) + "': a path has no NUL character");
+    }
+    if (text.size() > a_longestPath || QString::fromStdString(text) != path) {
+        throw InvalidPath("'" + text.substr(0, a_longestPath) + "': " +
+                          (text.size() > a_longestPath ? "the path is too long"
+                                                       : "the path is no valid Unicode"));
     }
     ProjectPath parts;
     for (std::size_t begin = 0; begin < text.size();) {
@@ -26,6 +39,10 @@ ProjectPath parsePath(const QString& path)
             parts.push_back(std::move(part));
         }
         begin = end + 1;
+    }
+    if (parts.size() > a_deepest) {
+        throw InvalidPath("'" + text + "': the path has more than " + std::to_string(a_deepest) +
+                          " components");
     }
     return parts;
 }

@@ -33,6 +33,10 @@ public:
     /// Says that the file has been handed out as a stream that writes to it.
     void unseal() { m_sealed = false; }
 
+    /// Says that somebody was told the path and may come back to it.
+    void keepPath() { m_pathIsKept = true; }
+    bool isPathKept() const { return m_pathIsKept; }
+
     /// Whether the bytes can't change any more. For a file handed out as a stream the kernel is
     /// asked whether the stream is still open; where it can't tell, the answer is no.
     bool isSealed();
@@ -41,6 +45,7 @@ private:
     std::shared_ptr<Staging> m_staging;
     std::string m_path;
     bool m_sealed = false;
+    bool m_pathIsKept = false;
 };
 
 /// A private directory below the system's place for temporary files, made when the first file is

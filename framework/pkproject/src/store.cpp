@@ -7,6 +7,7 @@
 #include "lock.hpp"
 #include "publish.hpp"
 
+#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 #include <QDir>
@@ -247,9 +248,7 @@ void Store::import(Store& source, const ProjectPath& from, const ProjectPath& to
     }
     std::vector<Item> items = itemsBelow(first, recursive);
     if (to.empty()) {
-        items.erase(std::remove_if(items.begin(), items.end(),
-                                   [](const Item& item) { return isReserved(item.path); }),
-                    items.end());
+        items.erase(std::remove_if(items.begin(), items.end(), leaveOut), items.end());
     }
     checkImport(items, to);
     // All that can fail comes first, and nothing below is read from entries that it may replace.
@@ -284,7 +283,7 @@ void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool
 {
     Exporter exporter(localPath);
     for (const Item& item : itemsBelow(m_index->get(from), recursive)) {
-        if (isReserved(item.path)) {
+        if (leaveOut(item)) {
             continue;
         }
         if (item.isDirectory) {
@@ -294,6 +293,18 @@ void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool
         }
     }
     exporter.finish();
+}
+
+// Whether something would get a name at a project's top that is reserved there.
+bool Store::leaveOut(const Item& item)
+{
+    if (item.path.size() == 1 && isReserved(item.path)) {
+        pk::log::log(pk::log::Warning, "pkproject",
+                     "'" + Index::path(*item.entry) +
+                         "' is not copied: the name is reserved at a project's top",
+                     __FILE__, "leaveOut", __LINE__);
+    }
+    return isReserved(item.path);
 }
 
 // What is to be copied, directories before what they hold, the first with an empty path.
@@ -450,10 +461,10 @@ void Store::saveArchive(const Target& target)
 {
     ArchiveSave save(*m_index, m_contents, m_metadata);
     if (target.isSource && m_contents.archive) {
+        m_contents.archive->checkUnchanged();
         if (!m_index->isModified() && m_metadata == m_savedMetadata) {
             return;
         }
-        m_contents.archive->checkUnchanged();
         save.keepForeign();
     } else if (target.isSource) {
         m_contents.directory->checkUnchanged(*m_index);
@@ -474,18 +485,21 @@ void Store::saveArchive(const Target& target)
 // A version-controlled directory stays where it is: what is in it becomes this project.
 void Store::saveOverRepository(const Target& target)
 {
+    std::vector<std::pair<ProjectPath, std::shared_ptr<StagedFile>>> stillWritten;
+    for (const Item& item : itemsBelow(m_index->root(), true)) {
+        const auto staged = item.entry->staged();
+        if (staged && !staged->isSealed()) {
+            stillWritten.emplace_back(item.path, staged);
+        }
+    }
     Store other;
     other.load(target.place);
     other.m_index->remove(other.m_index->root());
     other.import(*this, {}, {}, true);
     saveInPlace(*other.m_index, other.m_contents,
                 m_metadata != other.m_savedMetadata ? &m_metadata : nullptr);
-    for (Entry* const entry : m_index->touched()) {
-        const auto staged = entry->staged();
-        if (staged && m_index->isAlive(*entry) && !staged->isSealed()) {
-            const ProjectPath path = parsePath(QString::fromStdString(Index::path(*entry)));
-            other.m_index->putFile(other.directoryFor(path), path.back(), staged);
-        }
+    for (auto& file : stillWritten) {
+        other.m_index->putFile(other.directoryFor(file.first), file.first.back(), file.second);
     }
     std::swap(m_index, other.m_index);
     std::swap(m_contents, other.m_contents);

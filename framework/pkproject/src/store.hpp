@@ -40,6 +40,7 @@ public:
 private:
     struct Item;
     struct Target;
+    static bool leaveOut(const Item& item);
     static std::vector<Item> itemsBelow(Entry& from, bool recursive);
     void checkImport(const std::vector<Item>& items, const ProjectPath& to) const;
     Entry& directoryFor(const ProjectPath& path);

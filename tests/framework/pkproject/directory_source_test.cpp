@@ -143,11 +143,11 @@ TEST_F(ADirectorySource, ListsNoMoreChangesThanCanBeRead)
 
 TEST_F(ADirectorySource, NoticesChangedMetadata)
 {
-    putLocal(local(".kxproject"), "{\"a\": \"1\"}");
+    putLocal(local(".kxproject"), R"({"a": "1"})");
     load();
     EXPECT_TRUE(m_source->hasMetadataFile());
     EXPECT_EQ(m_source->loadMetadata(), (Metadata{{q("a"), q("1")}}));
-    putLocal(local(".kxproject"), "{\"a\": \"other\"}");
+    putLocal(local(".kxproject"), R"({"a": "other"})");
     EXPECT_TRUE(m_source->mayHaveChanged());
     EXPECT_NE(conflict().find("the project's metadata"), std::string::npos);
 }

@@ -26,7 +26,7 @@ public:
         EXPECT_EQ(::pipe(ready), 0);
         m_process = ::fork();
         if (m_process == 0) {
-            const Lock lock = Lock::take(place);
+            static const Lock lock = Lock::take(place);
             const ssize_t written = ::write(ready[1], "r", 1);
             ::pause();
             ::_exit(written == 1 ? 0 : 1);

@@ -24,7 +24,7 @@ TEST(Metadata, WithoutValuesHasNoBytes)
     EXPECT_TRUE(formatMetadata({}).isEmpty());
     EXPECT_TRUE(parseMetadata(QByteArray(), "x").isEmpty());
     EXPECT_TRUE(parseMetadata("{}", "x").isEmpty());
-    EXPECT_TRUE(parseMetadata("{\"a\": \"\"}", "x").isEmpty());
+    EXPECT_TRUE(parseMetadata(R"({"a": ""})", "x").isEmpty());
 }
 
 TEST(Metadata, SaysWhetherSettingAValueChangedAnything)
@@ -49,13 +49,13 @@ TEST_P(DamagedMetadata, IsRefusedWithThePath)
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, DamagedMetadata,
-                         testing::Values("{", "[]", "null", "\"a\"", "{\"a\": 1}", "{\"a\": null}",
-                                         "{\"a\": {}}", "{\"a\": \"b\"} x", "{a: \"b\"}",
-                                         "\xff\xfe"));
+                         testing::Values("{", "[]", "null", R"("a")", R"({"a": 1})",
+                                         R"({"a": null})", R"({"a": {}})", R"({"a": "b"} x)",
+                                         R"({a: "b"})", "\xff\xfe"));
 
 TEST(Metadata, NestedBeyondReasonIsRefused)
 {
-    const QByteArray deep = QByteArray("{\"a\":").repeated(100'000);
+    const QByteArray deep = QByteArray(R"({"a":)").repeated(100'000);
     EXPECT_THROW(parseMetadata(deep, "x"), FormatError);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "disk.hpp"
+#include "project_path.hpp"
 #include "support.hpp"
 
 #include <algorithm>
@@ -245,7 +246,7 @@ private:
             const Id child = m_nodes.size();
             m_nodes.emplace_back();
             m_nodes[id].entries[name] = child;
-            load(child, path + "/" + name);
+            load(child, joinPath(path, name));
         }
     }
 

@@ -60,10 +60,13 @@ TEST(ProjectPath, WithNulIsInvalid)
     EXPECT_THROW(parsePath(path), InvalidPath);
 }
 
-TEST(ProjectPath, OfVeryManyNamesIsParsed)
+TEST(ProjectPath, HasAtMost256NamesAnd4096Bytes)
 {
-    const int depth = 100'000;
-    EXPECT_EQ(parsePath(QStringLiteral("a/").repeated(depth)).size(), std::size_t{depth});
+    const QString name = q("a/");
+    EXPECT_EQ(parsePath(name.repeated(256)).size(), 256U);
+    EXPECT_THROW(parsePath(name.repeated(257)), InvalidPath);
+    EXPECT_EQ(parsePath(q("n").repeated(4096)).size(), 1U);
+    EXPECT_THROW(parsePath(q("n").repeated(4097)), InvalidPath);
 }
 
 TEST(ProjectPath, IsJoinedWithSlashes)

@@ -126,7 +126,7 @@ TEST_F(AProject, CompletesAnInterruptedSave)
 
 TEST_F(AProject, DoesNotFollowALinkInTheMetadatasPlace)
 {
-    putLocal(m_directory.path("victim"), "{\"a\": \"secret\"}");
+    putLocal(m_directory.path("victim"), R"({"a": "secret"})");
     ASSERT_EQ(::symlink("../victim", (path() + q("/.kxproject")).toStdString().c_str()), 0);
     EXPECT_THROW(project().getMetadata("a"), IoError);
 }

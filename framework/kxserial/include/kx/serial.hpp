@@ -10,7 +10,8 @@ namespace KX {
 
 /// The text forms of simple values in XML attributes.
 ///
-/// Every `save` gives a text that the `load` of the same type reads back as the same value. `load`
+/// Every `save` of a value that is well-formed gives a text that the `load` of the same type reads
+/// back as the same value. `load`
 /// takes the whole text or nothing: on a text that is not exactly a value of the type it returns
 /// false and leaves the value as it was. White space around a value is part of the text, so it
 /// makes a number or a boolean bad.
@@ -33,6 +34,8 @@ public:
     static std::string save(const bool& value);
     /// UTF-8. A surrogate without its partner is no character and becomes U+FFFD.
     static std::string save(const QString& value);
+    /// A text literal would be taken for a boolean.
+    static std::string save(const char* value) = delete;
 };
 
 } // namespace KX

@@ -41,8 +41,9 @@ public:
     void setRoot(boost::shared_ptr<XmlElement> root);
 
     /// Writes to `stream` and flushes it; the stream stays open. False, with the reason in `error`
-    /// when that is not null, when the document has no root or is nested deeper than 256 levels
-    /// (nothing is written then), or when the stream takes not all of it. `warning` as above.
+    /// when that is not null, when the document has no root, is nested deeper than 256 levels or is
+    /// longer than 64 MiB (nothing is written then), or when the stream takes not all of it.
+    /// `warning` as above.
     bool saveToXmlFile(FILE* stream, std::string* error, std::string* warning) const;
 
 private:

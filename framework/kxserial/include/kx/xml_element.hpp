@@ -28,9 +28,9 @@ class Writer;
 ///
 /// Everything is UTF-8. What XML cannot hold (bytes that are not UTF-8, control characters other
 /// than tab, line feed and carriage return, U+FFFE, U+FFFF, a name that is no XML name) is refused
-/// with `std::invalid_argument` by the call that would put it in, and changes nothing: a document
-/// that fails to be written fails before the file of it is opened. Names with a colon are names
-/// like any other; namespaces are the caller's business.
+/// with `std::invalid_argument` by the call that would put it in, and changes nothing; what is left
+/// to fail when a document is written is the depth of its nesting and its size. Names with a colon
+/// are names like any other; namespaces are the caller's business.
 ///
 /// White space: a text of spaces, tabs and line feeds among child elements, in an element that has
 /// no other text, is the indentation of a file and is dropped on reading. Everywhere else (the only

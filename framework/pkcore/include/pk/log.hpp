@@ -11,7 +11,8 @@
 /// handler apply to it. All functions may be called from any thread.
 namespace pk::log {
 
-/// How much a record matters, the most important first. A record of level Silent goes nowhere.
+/// How much a record matters, the most important first. A record of level Silent goes nowhere;
+/// a number that is no level counts as Debug.
 ///
 /// In Qt's message logging Fatal and Error are critical messages (Fatal does not end the program),
 /// Warning is a warning, Info an info, Verbose and Debug are debug messages, which Qt shows only

@@ -27,8 +27,8 @@ KRLOCALIZATION_EXPORT Translator translatorFrom(const QByteArray& bytes);
 /// As lconvert does it, messages are grouped by context in the order of first appearance; of
 /// messages with the same id, or the same context, source and comment, the first is written, with
 /// the translation of a later one if it has none; vanished and obsolete messages without a
-/// translation are left out; a plural message gets as many forms as the language has, and any
-/// message's lone surrogates become "?".
+/// translation are left out; texts end at their first NUL; a plural message gets as many forms as
+/// the language has, and any message's lone surrogates become "?".
 ///
 /// Where lconvert writes files that it can't read again, or that lose what they say, this function
 /// keeps the meaning instead: special characters in attributes and user data, carriage returns in

@@ -7,7 +7,7 @@
 /// to more than it declares is damaged.
 namespace pk::project::archive_limits {
 
-/// Files and directories in one archive.
+/// Entries in one archive; and again, directories that have none but are there for what they hold.
 constexpr std::uint64_t a_maxEntries = 250'000;
 
 /// Unpacked bytes of one file.

@@ -33,8 +33,9 @@ private:
 };
 
 /// Deletes a local file, or a directory with its contents. A symbolic link is deleted itself.
-/// Throws PathNotFound when nothing is there, IoError when it can't be deleted; part of a directory
-/// may be gone then.
+/// Throws PathNotFound when nothing is there, InvalidPath for a path that holds a NUL or ends in
+/// "." or
+/// "..", IoError when it can't be deleted; part of a directory may be gone then.
 PKPROJECT_EXPORT void remove(const QString& localPath);
 
 } // namespace pk::project

@@ -35,7 +35,8 @@ enum class ArchiveFormat : int
 ///
 /// Paths are relative to the project's top and use "/". A leading "./", a trailing "/", doubled "/"
 /// and "." components are normalised away; the empty path is the top itself. An absolute path, a
-/// component "..", and a NUL are refused: fopen() gives null, hasFile() false, every other
+/// component "..", a NUL, what is no valid Unicode, and more than 4,096 bytes or 256 components are
+/// refused: fopen() gives null, hasFile() false, every other
 /// operation throws InvalidPath. File names are UTF-8 and compared byte by byte.
 ///
 /// No part of the project are, at its top level, the version-control entries ".git", ".hg" and
@@ -48,9 +49,10 @@ enum class ArchiveFormat : int
 /// and mkdir() without `recursive`. New files and directories get the modes that the process's
 /// umask leaves; a file that is rewritten keeps its mode.
 ///
-/// Used from one thread at a time. Models are independent of each other, also when they were opened
-/// on the same place: the first save wins, the other model's save throws ConflictError and its
-/// edits can still be saved elsewhere.
+/// A model that was moved from may only be assigned to or destroyed. Used from one thread at a
+/// time. Models are independent of each other, also when they were opened on the same place: the
+/// first save wins, the other model's save throws ConflictError and its edits can still be saved
+/// elsewhere.
 class PKPROJECT_EXPORT ProjectModel
 {
 public:
@@ -101,9 +103,10 @@ public:
     /// Creates or replaces a file. Throws AlreadyExists when a directory is there.
     void writeFile(const QString& path, const QByteArray& bytes);
 
-    /// An absolute local path at which the file's bytes can be read until the project is next
-    /// changed or saved; an archive's file is unpacked for it. Never to be written to. Throws
-    /// PathNotFound when there is no such file.
+    /// An absolute local path at which the file's bytes can be read until the model is destroyed or
+    /// the file is next changed, moved or removed (a file that was moved since the last save, until
+    /// the next); an archive's file is unpacked for it. Never to be written to. Throws PathNotFound
+    /// when there is no such file.
     QString getFileLocalPath(const QString& path) const;
 
     /// Makes a directory; an existing one is no error. Without `recursive` the directory above it
@@ -124,27 +127,32 @@ public:
     /// it and, with `recursive`, all that is below. `source` may be this model, and `to` may lie
     /// inside `from`: what is copied is what was there before. A directory that exists at `to` is
     /// merged with, its files of the same name replaced. Names that may not stand at a project's
-    /// top level are left out when they would get there. Modes are kept. Throws PathNotFound, and
-    /// AlreadyExists where a file would replace a directory or a directory a file.
+    /// top level are left out, with a warning in the log, when they would get there. Modes are
+    /// kept. Throws PathNotFound, and AlreadyExists where a file would replace a directory or a
+    /// directory a file.
     void importFile(const ProjectModel& source, const QString& from, const QString& to,
                     bool recursive);
 
     /// Copies `from`, as importFile() does, to a local path, merging with a directory that exists
-    /// there. Nothing outside `localPath` is written: a symbolic link below it is never followed,
-    /// one in the way of a directory is an IoError, one in the way of a file is replaced. The
-    /// directories above `localPath` must exist. Throws PathNotFound and IoError; what was copied
-    /// before a failure stays.
+    /// there (which may be reached through a link). Nothing outside `localPath` is written: a
+    /// symbolic link below it is never followed, one in the way of a directory is an IoError, one
+    /// in the way of a file is replaced. The directories above `localPath` must exist. Throws
+    /// PathNotFound and IoError; what was copied before a failure stays.
     void exportFile(const QString& from, const QString& localPath, bool recursive) const;
 
     /// Saves the project, all or nothing, and makes the saved place its source.
     ///
-    /// An empty `path` is the current source. `overwrite` false refuses an existing target
-    /// (AlreadyExists). A target inside the project itself, or one that holds it, is refused
-    /// (InvalidPath). When the target is the source and someone else changed it since it was
-    /// opened, ConflictError lists what changed. Throws LockError when another program is saving
-    /// the target, IoError with path and reason for everything the operating system refuses. After
-    /// an error the target and the model are as before, and a later save, there or elsewhere,
-    /// works.
+    /// An empty `path` is the current source. `overwrite` false refuses an existing target, the
+    /// source included (AlreadyExists). With `overwrite` the project takes the place of whatever is
+    /// at the target: of a directory with all it holds, a project or not, except version-control
+    /// entries at its top; of a file. What is no part of the project does not come along to another
+    /// place or form, and where it is in the way of a save in place (a symbolic link of a new
+    /// file's name) that throws AlreadyExists. The top directory's own mode is the target's. A
+    /// target inside the project itself, or one that holds it, is refused (InvalidPath). When the
+    /// target is the source and someone else changed it since it was opened, ConflictError lists
+    /// what changed. Throws LockError when another program is saving the target, IoError with path
+    /// and reason for everything the operating system refuses. After an error the target and the
+    /// model are as before, and a later save, there or elsewhere, works.
     ///
     /// Saving to the source directory costs in proportion to what was changed since the last save;
     /// files whose bytes are as before are not touched. Saving to the source archive copies

@@ -1,0 +1,304 @@
+#include "support.hpp"
+
+#include <pk/project/project.hpp>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// What must not happen, whatever is on the disk: projects lost, others' files touched.
+namespace pk::project::test {
+
+namespace {
+
+class SafetyInBothForms : public testing::TestWithParam<Form>
+{
+protected:
+    QString path() const { return m_directory.path("Library"); }
+    QString other() const { return m_directory.path("Other"); }
+    void make() const
+    {
+        ProjectModel model;
+        model.writeFile(q("a/b"), "1");
+        model.writeFile(q("c"), "2");
+        model.setMetadata(q("title"), q("t"));
+        model.save(path(), formatOf(GetParam()), false);
+    }
+
+private:
+    const TemporaryDirectory m_directory;
+};
+
+/// Lets the process have few open files while it lives.
+class FewOpenFiles
+{
+public:
+    FewOpenFiles()
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_before), 0);
+        struct rlimit few = m_before;
+        few.rlim_cur = 64;
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    }
+    ~FewOpenFiles() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &m_before), 0); }
+    FewOpenFiles(const FewOpenFiles&) = delete;
+    FewOpenFiles& operator=(const FewOpenFiles&) = delete;
+    FewOpenFiles(FewOpenFiles&&) = delete;
+    FewOpenFiles& operator=(FewOpenFiles&&) = delete;
+
+private:
+    struct rlimit m_before = {};
+};
+
+/// Another user than root while it lives; without root there is none to become, and the test shows
+/// what it shows.
+class AnotherUser
+{
+public:
+    AnotherUser() { EXPECT_TRUE(::geteuid() != 0 || ::seteuid(65534) == 0); }
+    ~AnotherUser() { EXPECT_TRUE(::getuid() != 0 || ::seteuid(0) == 0); }
+    AnotherUser(const AnotherUser&) = delete;
+    AnotherUser& operator=(const AnotherUser&) = delete;
+    AnotherUser(AnotherUser&&) = delete;
+    AnotherUser& operator=(AnotherUser&&) = delete;
+};
+
+void permitAll(const QString& path)
+{
+    EXPECT_EQ(::chmod(path.toStdString().c_str(), 0777), 0);
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Both, SafetyInBothForms, testing::Values(Form::Directory, Form::Archive),
+                         nameOf);
+
+TEST_P(SafetyInBothForms, MoreFilesThanCanBeOpenAreSaved)
+{
+    const FewOpenFiles few;
+    ProjectModel model;
+    for (int i = 0; i < 300; ++i) {
+        model.writeFile(q("f") + QString::number(i), "x");
+    }
+    model.save(other(), ArchiveFormat::Directory, false);
+    model.save(path(), formatOf(GetParam()), false);
+    EXPECT_EQ(ProjectModel(path()).getFileList(QString(), false, false, false).size(), 300);
+}
+
+TEST_P(SafetyInBothForms, SavingToASourceThatIsGoneIsAConflictAlsoWithoutEdits)
+{
+    make();
+    ProjectModel model(path());
+    pk::project::remove(path());
+    EXPECT_THROW(model.save(QString(), ArchiveFormat::Source, true), ConflictError);
+    EXPECT_FALSE(QFileInfo::exists(path()));
+}
+
+TEST_P(SafetyInBothForms, SavingToAChangedSourceIsAConflictAlsoWithoutEdits)
+{
+    make();
+    ProjectModel model(path());
+    ProjectModel theirs(path());
+    theirs.remove(q("c"));
+    theirs.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_THROW(model.save(QString(), ArchiveFormat::Source, true), ConflictError);
+}
+
+TEST_P(SafetyInBothForms, LocalPathsOutliveASave)
+{
+    make();
+    ProjectModel model(path());
+    model.writeFile(q("new"), "new");
+    const QString fresh = model.getFileLocalPath(q("new"));
+    const QString old = model.getFileLocalPath(q("c"));
+    model.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_EQ(getLocal(fresh), QByteArray("new"));
+    EXPECT_EQ(getLocal(old), QByteArray("2"));
+    EXPECT_EQ(getLocal(model.getFileLocalPath(q("new"))), QByteArray("new"));
+    model.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_EQ(getLocal(fresh), QByteArray("new"));
+}
+
+TEST_P(SafetyInBothForms, StreamsInNewDirectoriesStayValidWhenSavedOverARepository)
+{
+    putLocal(other() + q("/.git/HEAD"), "ref");
+    ProjectModel model;
+    model.mkdir(q("d/e"), true);
+    FILE* const stream = model.fopen(q("d/e/x"), q("wb"));
+    ASSERT_NE(stream, nullptr);
+    EXPECT_GE(std::fputs("one", stream), 0);
+    EXPECT_EQ(std::fflush(stream), 0);
+    model.save(other(), ArchiveFormat::Directory, true);
+    EXPECT_GE(std::fputs(" two", stream), 0);
+    EXPECT_EQ(std::fclose(stream), 0);
+    EXPECT_EQ(ProjectModel(other()).readFile(q("d/e/x")), QByteArray("one"));
+    model.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_EQ(ProjectModel(other()).readFile(q("d/e/x")), QByteArray("one two"));
+}
+
+TEST_P(SafetyInBothForms, FilesThatSomebodyRemovedAreLeftOutOfASaveElsewhere)
+{
+    ProjectModel source;
+    source.writeFile(q("a/b"), "1");
+    source.writeFile(q("c"), "2");
+    source.save(path(), ArchiveFormat::Directory, false);
+    ProjectModel model(path());
+    model.writeFile(q("mine"), "3");
+    ASSERT_TRUE(QFile::remove(path() + q("/c")));
+    EXPECT_THROW(model.save(QString(), ArchiveFormat::Source, true), ConflictError);
+    model.save(other(), formatOf(GetParam()), false);
+    EXPECT_EQ(treeOf(ProjectModel(other())), Tree({{"a/", ""}, {"a/b", "1"}, {"mine", "3"}}));
+    EXPECT_EQ(treeOf(model), treeOf(ProjectModel(other())));
+}
+
+TEST_P(SafetyInBothForms, NamesWithControlCharactersAreKept)
+{
+    ProjectModel model;
+    model.writeFile(q("a\x01\x1f\n\xc3\xa9/b\x02"), "1");
+    model.save(path(), formatOf(GetParam()), false);
+    EXPECT_EQ(treeOf(ProjectModel(path())), treeOf(model));
+}
+
+TEST_P(SafetyInBothForms, ADirectoryOfAnotherUserCanBeSavedByWhoMayWriteIt)
+{
+    make();
+    const QString above = QFileInfo(path()).path();
+    permitAll(above);
+    if (GetParam() == Form::Directory) {
+        permitAll(path());
+        permitAll(path() + q("/a"));
+    }
+    {
+        const AnotherUser user;
+        ProjectModel model(path());
+        model.writeFile(q("a/b"), "changed");
+        model.save(QString(), ArchiveFormat::Source, true);
+    }
+    EXPECT_EQ(ProjectModel(path()).readFile(q("a/b")), QByteArray("changed"));
+}
+
+TEST_P(SafetyInBothForms, ALockFileThatAnotherUsersProgramLeftIsNotInTheWay)
+{
+    make();
+    const QString lock = QFileInfo(path()).path() + q("/.Library.kxlock");
+    putLocal(lock, "process 1\n");
+    permitAll(QFileInfo(path()).path());
+    {
+        const AnotherUser user;
+        EXPECT_EQ(ProjectModel(path()).readFile(q("c")), QByteArray("2"));
+    }
+    putLocal(lock, "process 1\n");
+    EXPECT_EQ(::chmod(lock.toStdString().c_str(), 0600), 0);
+    const AnotherUser user;
+    EXPECT_EQ(ProjectModel(path()).readFile(q("c")), QByteArray("2"));
+}
+
+TEST(Safety, ExportKeepsFilesThatAreCalledLikeItsOwn)
+{
+    const TemporaryDirectory directory;
+    ProjectModel model;
+    model.writeFile(q("d/.kxexport"), "1");
+    model.writeFile(q("d/a"), "2");
+    putLocal(directory.path("x/.kxexport/f"), "precious");
+    model.exportFile(q("d/a"), directory.path("x/a"), true);
+    EXPECT_EQ(getLocal(directory.path("x/.kxexport/f")), QByteArray("precious"));
+    model.exportFile(q("d"), directory.path("y"), true);
+    EXPECT_EQ(getLocal(directory.path("y/.kxexport")), QByteArray("1"));
+    EXPECT_EQ(getLocal(directory.path("y/a")), QByteArray("2"));
+    EXPECT_EQ(treeOf(directory.path("y")).size(), 2U);
+}
+
+TEST(Safety, DeletingRefusesPathsThatMeanSomethingElse)
+{
+    const TemporaryDirectory directory;
+    putLocal(directory.path("d/f"), "1");
+    const QString path = directory.path("d");
+    EXPECT_THROW(pk::project::remove(path + q("/..")), InvalidPath);
+    EXPECT_THROW(pk::project::remove(path + q("/.")), InvalidPath);
+    EXPECT_THROW(pk::project::remove(path + QChar(0) + q("x")), InvalidPath);
+    EXPECT_EQ(getLocal(directory.path("d/f")), QByteArray("1"));
+}
+
+TEST(Safety, PathsWithoutBoundsAreRefused)
+{
+    ProjectModel model;
+    const QString deep = q("a/").repeated(256);
+    model.mkdir(deep, true);
+    EXPECT_THROW(model.mkdir(deep + q("b"), true), InvalidPath);
+    EXPECT_THROW(model.writeFile(q("n").repeated(4097), "1"), InvalidPath);
+    EXPECT_THROW(model.writeFile(QString(QChar(0xd800)), "1"), InvalidPath);
+}
+
+TEST(Safety, TheMetadataFileKeepsItsMode)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p");
+    ProjectModel model;
+    model.setMetadata(q("a"), q("1"));
+    model.save(path, ArchiveFormat::Directory, false);
+    const std::string file = (path + q("/.kxproject")).toStdString();
+    ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+    ProjectModel again(path);
+    again.setMetadata(q("a"), q("2"));
+    again.save(QString(), ArchiveFormat::Source, true);
+    struct stat info = {};
+    ASSERT_EQ(::stat(file.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600U);
+}
+
+struct CraftedJournal
+{
+    const char* name;
+    const char* phase;
+    const char* json;
+};
+
+class MadeUpJournal : public testing::TestWithParam<CraftedJournal>
+{
+};
+
+TEST_P(MadeUpJournal, DoesNotReachOutOfTheProject)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p");
+    const QString journal = directory.path(".p.kxjournal");
+    putLocal(path + q("/.git/config"), "mine");
+    putLocal(directory.path("outside/f"), "precious");
+    putLocal(journal + q("/") + q(GetParam().phase), GetParam().json);
+    putLocal(journal + q("/0"), "evil");
+    ASSERT_TRUE(QFile::link(directory.path(), journal + q("/5")));
+    ASSERT_TRUE(QFile::link(directory.path("outside"), path + q("/link")));
+    EXPECT_THROW(ProjectModel{path}, FormatError);
+    EXPECT_EQ(getLocal(directory.path("outside/f")), QByteArray("precious"));
+    EXPECT_EQ(getLocal(path + q("/.git/config")), QByteArray("mine"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, MadeUpJournal,
+    testing::Values(
+        CraftedJournal{"ThroughAnItem", "collect",
+                       R"({"version":1,"collect":[{"in":5,"from":"outside/f","item":6}]})"},
+        CraftedJournal{"ThroughALink", "collect",
+                       R"({"version":1,"collect":[{"in":-1,"from":"link/f","item":6}]})"},
+        CraftedJournal{"PutThroughALink", "put",
+                       R"({"version":1,"put":[{"to":"link/g","item":0,"mode":0}]})"},
+        CraftedJournal{
+            "IntoARepository", "put",
+            R"({"version":1,"put":[{"to":".git/config","item":0,"mode":0,"replace":true}]})"},
+        CraftedJournal{"Upwards", "put",
+                       R"({"version":1,"put":[{"to":"../outside/f","item":0,"mode":0}]})"}),
+    [](const auto& c) { return std::string(c.param.name); });
+
+TEST(Safety, AFileInTheJournalsPlaceIsNamed)
+{
+    const TemporaryDirectory directory;
+    putLocal(directory.path("p/a"), "1");
+    putLocal(directory.path(".p.kxjournal"), "mine");
+    EXPECT_NE(
+        messageOf<FormatError>([&] { ProjectModel(directory.path("p")); }).find(".p.kxjournal"),
+        std::string::npos);
+    EXPECT_EQ(getLocal(directory.path(".p.kxjournal")), QByteArray("mine"));
+}
+
+} // namespace pk::project::test
