@@ -44,10 +44,10 @@ void dismantle(std::vector<std::unique_ptr<Entry>>& entries)
     }
 }
 
-bool isAtOrBelow(const Entry& entry, const Entry& top)
+bool contains(const Entry& outer, const Entry& inner)
 {
-    for (const Entry* at = &entry; at != nullptr; at = at->parent) {
-        if (at == &top) {
+    for (const Entry* at = &inner; at != nullptr; at = at->parent) {
+        if (at == &outer) {
             return true;
         }
     }
@@ -228,7 +228,7 @@ void Index::remove(Entry& entry)
 
 void Index::move(Entry& entry, Entry& directory, const std::string& name)
 {
-    if (isAtOrBelow(directory, entry)) {
+    if (contains(entry, directory)) {
         throw InvalidPath("'" + path(entry) + "': it can't be moved into itself, to '" +
                           joinPath(path(directory), name) + "'");
     }
@@ -397,7 +397,7 @@ void Index::bury(std::unique_ptr<Entry> entry)
     m_touched.erase(entry.get());
     if (entry->wasMoved()) {
         // What it goes back to may lie in itself, moved there: that goes home first.
-        while (isAtOrBelow(*entry->detail->homeParent, *entry)) {
+        while (contains(*entry, *entry->detail->homeParent)) {
             Entry* inner = entry->detail->homeParent;
             while (!inner->wasMoved()) {
                 inner = inner->parent;
