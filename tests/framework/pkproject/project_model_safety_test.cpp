@@ -194,6 +194,26 @@ TEST_P(SafetyInBothForms, ALockFileThatAnotherUsersProgramLeftIsNotInTheWay)
     EXPECT_EQ(ProjectModel(path()).readFile(q("c")), QByteArray("2"));
 }
 
+TEST(AModel, GoesFromDirectoryToArchiveToDirectoryUnchanged)
+{
+    const TemporaryDirectory directory;
+    const QString first = directory.path("first");
+    putLocal(first + q("/a/run.sh"), "#!/bin/sh\n");
+    putLocal(first + q("/a/secret"), QByteArray("\0\xff binary", 9));
+    putLocal(first + q("/\xc3\xa9 \\ % \n/x"), "");
+    QDir().mkpath(first + q("/empty/deep"));
+    ASSERT_EQ(::chmod((first + q("/a/run.sh")).toStdString().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((first + q("/a/secret")).toStdString().c_str(), 0400), 0);
+    ASSERT_EQ(::chmod((first + q("/empty")).toStdString().c_str(), 0700), 0);
+    const Tree tree = treeOf(first);
+    ProjectModel(first).save(directory.path("second"), ArchiveFormat::Zip, false);
+    ProjectModel(directory.path("second"))
+        .save(directory.path("third"), ArchiveFormat::Directory, false);
+    EXPECT_EQ(treeOf(directory.path("third")), tree);
+    ProjectModel(directory.path("third")).save(directory.path("fourth"), ArchiveFormat::Zip, false);
+    EXPECT_EQ(getLocal(directory.path("fourth")), getLocal(directory.path("second")));
+}
+
 TEST(Safety, ExportKeepsFilesThatAreCalledLikeItsOwn)
 {
     const TemporaryDirectory directory;
