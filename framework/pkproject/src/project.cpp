@@ -71,8 +71,7 @@ Project::Project(const std::string& directory)
         throw PathNotFound("'" + directory + "': no such directory");
     }
     const Place place = Place::of(m_directory);
-    if (JournalDirectory::isPending(place)) {
-        const Lock lock = Lock::take(place);
+    if (const auto lock = Lock::takeIfWritable(place)) {
         JournalDirectory::recover(place);
     }
 }
