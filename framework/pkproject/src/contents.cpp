@@ -1,6 +1,7 @@
 #include "contents.hpp"
 
-#include <pk/log.hpp>
+#include "warn.hpp"
+
 #include <pk/project/error.hpp>
 
 namespace pk::project {
@@ -14,14 +15,21 @@ Fd Contents::open(Entry& entry)
     return directory->open(*originalInSource(entry));
 }
 
+const Place* Contents::place() const
+{
+    if (directory) {
+        return &directory->place();
+    }
+    return archive ? &archive->place() : nullptr;
+}
+
 Fd Contents::openUnlessGone(Entry& entry)
 {
     try {
         return open(entry);
     } catch (const PathNotFound& error) {
-        pk::log::log(pk::log::Warning, "pkproject",
-                     std::string(error.what()) + "; it is left out of the saved project", __FILE__,
-                     "openUnlessGone", __LINE__);
+        warn(std::string(error.what()) + "; it is left out of the saved project", __FILE__,
+             "openUnlessGone", __LINE__);
         return {};
     }
 }

@@ -18,6 +18,9 @@ public:
     /// Opens an entry's bytes for reading. Throws IoError, or FormatError for a damaged archive.
     Fd open(Entry& entry);
 
+    /// Where the source is; null when there is none.
+    const Place* place() const;
+
     /// As open(), but gives nothing, with a warning in the log, for a file of the source that
     /// someone removed since it was opened: whoever did decided so, and what was edited here is
     /// worth more than a refusal to save it elsewhere.

@@ -3,8 +3,8 @@
 #include "metadata.hpp"
 #include "place.hpp"
 #include "project_path.hpp"
+#include "warn.hpp"
 
-#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 #include <QJsonArray>
@@ -33,11 +33,6 @@ constexpr std::size_t a_manyDirectories = 32;
 bool exists(const std::string& path)
 {
     return statOf(path).has_value();
-}
-
-void warn(const std::string& message, const char* function, int line)
-{
-    pk::log::log(pk::log::Warning, "pkproject", message, __FILE__, function, line);
 }
 
 // What undo() puts back for a file that an item replaced.
@@ -199,7 +194,7 @@ JournalDirectory::~JournalDirectory()
         removeTree(m_path);
     } catch (const Error& error) {
         // The next one to open or save the project removes it.
-        warn(error.what(), "~JournalDirectory", __LINE__);
+        warn(error.what(), __FILE__, "~JournalDirectory", __LINE__);
     }
 }
 
@@ -226,7 +221,7 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
         finish();
     } catch (const Error& error) {
         // All of the save is on the disk; what is left of the journal asks for nothing more.
-        warn(error.what(), "run", __LINE__);
+        warn(error.what(), __FILE__, "run", __LINE__);
     }
 }
 
@@ -412,7 +407,7 @@ void JournalDirectory::tryUndo(const Journal& journal)
                  ": a save that failed could not be undone, which is tried again with the "
                  "next save; whoever opens the project first completes it: " +
                  error.what(),
-             "tryUndo", __LINE__);
+             __FILE__, "tryUndo", __LINE__);
     }
 }
 

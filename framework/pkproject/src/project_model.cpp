@@ -1,7 +1,7 @@
 #include "project_path.hpp"
 #include "store.hpp"
+#include "warn.hpp"
 
-#include <pk/log.hpp>
 #include <pk/project/project_model.hpp>
 
 #include <QDir>
@@ -13,11 +13,6 @@
 namespace pk::project {
 
 namespace {
-
-void warn(const Error& error, const char* function, int line)
-{
-    pk::log::log(pk::log::Warning, "pkproject", error.what(), __FILE__, function, line);
-}
 
 struct ListOptions
 {
@@ -98,7 +93,7 @@ FILE* ProjectModel::fopen(const QString& path, const QString& mode)
     try {
         return m_store->open(parsePath(path), mode.toStdString());
     } catch (const Error& error) {
-        warn(error, "fopen", __LINE__);
+        warn(error.what(), __FILE__, "fopen", __LINE__);
         return nullptr;
     }
 }
@@ -109,7 +104,7 @@ QByteArray ProjectModel::readFile(const QString& path) const
     try {
         return m_store->read(parsed);
     } catch (const Error& error) {
-        warn(error, "readFile", __LINE__);
+        warn(error.what(), __FILE__, "readFile", __LINE__);
         return {};
     }
 }

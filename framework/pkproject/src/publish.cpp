@@ -1,20 +1,11 @@
 #include "publish.hpp"
 
 #include "disk.hpp"
+#include "warn.hpp"
 
-#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 namespace pk::project {
-
-namespace {
-
-void warn(const std::string& message, const char* function, int line)
-{
-    pk::log::log(pk::log::Warning, "pkproject", message, __FILE__, function, line);
-}
-
-} // namespace
 
 FreshPlace::FreshPlace(const Place& target) : m_target(target), m_path(target.fresh()) {}
 
@@ -27,7 +18,7 @@ FreshPlace::~FreshPlace()
         removeTree(m_path);
     } catch (const Error& error) {
         // The next one to open or save the target removes it.
-        warn(error.what(), "~FreshPlace", __LINE__);
+        warn(error.what(), __FILE__, "~FreshPlace", __LINE__);
     }
 }
 
@@ -66,14 +57,14 @@ void FreshPlace::syncOr(const std::function<void()>& undo)
         try {
             undo();
         } catch (const Error& failure) {
-            warn(std::string(error.what()) + "; " + failure.what(), "syncOr", __LINE__);
+            warn(std::string(error.what()) + "; " + failure.what(), __FILE__, "syncOr", __LINE__);
             return;
         }
         try {
             syncDirectory(m_target.parent);
             m_isUncertain = false;
         } catch (const IoError& failure) {
-            warn(failure.what(), "syncOr", __LINE__);
+            warn(failure.what(), __FILE__, "syncOr", __LINE__);
         }
         throw;
     }

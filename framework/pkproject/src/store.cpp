@@ -6,8 +6,8 @@
 #include "journal.hpp"
 #include "lock.hpp"
 #include "publish.hpp"
+#include "warn.hpp"
 
-#include <pk/log.hpp>
 #include <pk/project/error.hpp>
 
 #include <QDir>
@@ -299,10 +299,9 @@ void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool
 bool Store::leaveOut(const Item& item)
 {
     if (item.path.size() == 1 && isReserved(item.path)) {
-        pk::log::log(pk::log::Warning, "pkproject",
-                     "'" + Index::path(*item.entry) +
-                         "' is not copied: the name is reserved at a project's top",
-                     __FILE__, "leaveOut", __LINE__);
+        warn("'" + Index::path(*item.entry) +
+                 "' is not copied: the name is reserved at a project's top",
+             __FILE__, "leaveOut", __LINE__);
     }
     return isReserved(item.path);
 }
@@ -409,18 +408,14 @@ Store::Target Store::resolveTarget(const QString& path, ArchiveFormat format) co
         throw Error(target.place.path + ": there is no archive format " +
                     std::to_string(static_cast<int>(format)));
     }
-    const Place* const source = m_contents.directory ? &m_contents.directory->place()
-                                : m_contents.archive ? &m_contents.archive->place()
-                                                     : nullptr;
+    const Place* const source = m_contents.place();
     target.isSource = source != nullptr && source->path == target.place.path;
     return target;
 }
 
 void Store::checkTarget(const Place& place) const
 {
-    const Place* const source = m_contents.directory ? &m_contents.directory->place()
-                                : m_contents.archive ? &m_contents.archive->place()
-                                                     : nullptr;
+    const Place* const source = m_contents.place();
     if (source == nullptr || source->path == place.path) {
         return;
     }
