@@ -1,0 +1,153 @@
+#include "behavior_export.hpp"
+
+#include "project_xml.hpp"
+
+#include <kx/serial.hpp>
+#include <kxboxlibrary/box_constants.hpp>
+#include <pk/os.hpp>
+#include <pk/project/behavior_project.hpp>
+
+#include <QFileInfo>
+#include <QStringList>
+#include <boost/make_shared.hpp>
+
+#include <stdexcept>
+
+namespace KX {
+
+namespace {
+
+/// Not the version of the box files in libraries.
+const int a_behaviorBhxVersion = 2;
+
+bool exists(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink(); // a dangling link is there, too
+}
+
+/// Makes the directory at `path` below `destination` with those above it. A symbolic link among
+/// them is refused: it may lead anywhere.
+void makeDirectory(const QDir& destination, const QString& path)
+{
+    bool made = true;
+    for (int end = 0; made && end < path.size(); ++end) {
+        end = path.indexOf(QLatin1Char('/'), end);
+        end = end < 0 ? path.size() : end;
+        const QFileInfo info(destination.filePath(path.left(end)));
+        made = !info.isSymLink() && (info.isDir() || destination.mkdir(path.left(end)));
+    }
+    if (!made) {
+        throw std::runtime_error("Could not create behavior directory at destination.");
+    }
+}
+
+/// The directories on the way to `path` that are not there yet, the deepest first.
+QStringList missingDirectories(const QDir& destination, const QString& path)
+{
+    QStringList missing;
+    for (QString part = path; !part.isEmpty() && !exists(destination.filePath(part));
+         part.truncate(qMax(0, part.lastIndexOf(QLatin1Char('/'))))) {
+        missing.append(destination.filePath(part));
+    }
+    return missing;
+}
+
+/// A symbolic link is not followed.
+project_xml::Stream open(const QString& path, const char* mode)
+{
+    if (QFileInfo(path).isSymLink()) {
+        return {nullptr, &std::fclose};
+    }
+    return {pk::os::fopen(path.toUtf8().constData(), mode), &std::fclose};
+}
+
+boost::shared_ptr<XmlElement> readBox(const QString& directory)
+{
+    project_xml::Stream stream = open(directory + QStringLiteral("/box.bhx"), "rb");
+    if (!stream) {
+        stream = open(directory + QStringLiteral("/behavior.bhx"), "rb");
+    }
+    if (!stream) {
+        throw std::runtime_error("Could not open box behavior.bhx for writing.");
+    }
+    const auto document = project_xml::readDocument(stream);
+    if (!document) {
+        throw std::runtime_error("Could not parse box BHX file.");
+    }
+    const auto root = document->root();
+    const auto box =
+        root ? root->firstChild(BoxConstants::a_boxBeacon) : boost::shared_ptr<XmlElement>();
+    if (!box) {
+        throw std::runtime_error("BHX file does not contain a root box.");
+    }
+    return box;
+}
+
+void writeBox(const boost::shared_ptr<XmlElement>& box, const QString& path)
+{
+    const auto root = boost::make_shared<XmlElement>(BoxConstants::a_projectTag);
+    root->setAttribute("xmlns", BoxConstants::a_projectXsd, false);
+    root->setAttribute("bhx_version", Serial::save(a_behaviorBhxVersion), false);
+    root->addChild(box->clone());
+    const QByteArray bytes = project_xml::toBytes(root);
+
+    if (QFileInfo(path).isSymLink()) {
+        pk::project::remove(path);
+    }
+    auto stream = open(path, "wb");
+    if (!stream) {
+        throw std::runtime_error("Could not open box behavior.bhx for writing.");
+    }
+    project_xml::write(std::move(stream), bytes, path);
+}
+
+void removeIfThere(const QString& path)
+{
+    try {
+        pk::project::remove(path);
+    } catch (const std::exception&) {
+        // A box file that stays does no harm, and what a failed export leaves is not reported.
+    }
+}
+
+} // namespace
+
+void writeBehavior(const pk::project::ProjectModel& model, const QString& path,
+                   const QDir& destination)
+{
+    makeDirectory(destination, path);
+    const QString directory = destination.filePath(path);
+    model.exportFile(path, directory, true);
+
+    pk::project::Project project(directory.toStdString());
+    project.setMetadata("Type", BoxConstants::a_behaviorProjectType);
+    project.setMetadata("Version", BoxConstants::a_behaviorProjectVersion);
+
+    const auto box = readBox(directory);
+    const auto name = box->attribute("name", std::string());
+    box->setAttribute("name", "root", false);
+    removeIfThere(directory + QStringLiteral("/box.bhx"));
+    writeBox(box, directory + QStringLiteral("/behavior.bhx"));
+    pk::project::BehaviorProject(project).setName(name);
+}
+
+bool exportBehavior(const pk::project::ProjectModel& model, const QString& path,
+                    const QDir& destination)
+{
+    const QStringList missing = missingDirectories(destination, path);
+    try {
+        writeBehavior(model, path, destination);
+        return true;
+    } catch (const std::exception&) {
+        if (!missing.isEmpty()) {
+            removeIfThere(missing.first());
+        }
+        for (const QString& parent : missing.mid(1)) {
+            destination.rmdir(parent); // fails, as it should, when something is in it
+        }
+        return false;
+    }
+}
+
+} // namespace KX

@@ -1,0 +1,202 @@
+#include <kr/xml_beacons.hpp>
+#include <kr/xml_manager.hpp>
+#include <kx/serial.hpp>
+#include <kxboxlibrary/box_constants.hpp>
+#include <kxboxlibrary/box_data.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+
+#include <boost/make_shared.hpp>
+
+#include <initializer_list>
+#include <list>
+#include <set>
+#include <stdexcept>
+#include <utility>
+
+namespace KX {
+
+namespace {
+
+const char* const a_tooltip = "tooltip";
+const char* const a_bitmaps = "Bitmaps";
+const char* const a_bitmap = "bitmap";
+const char* const a_bitmapExpanded = "bitmap_expanded";
+
+/// For the argument of bitmapsChanged() in queued connections.
+const int a_bitmapsType = qRegisterMetaType<QList<QString>>("QList<QString>");
+
+/// UTF-8 up to the first NUL.
+std::string toText(const QString& string)
+{
+    return string.toUtf8().constData();
+}
+
+template <class Io>
+QList<boost::shared_ptr<Io>> readIos(
+    const XmlElement& box, const char* beacon, KR::XmlManager::IoById& ioById,
+    boost::shared_ptr<Io> (*create)(boost::shared_ptr<const XmlElement>, KR::XmlManager::IoById&))
+{
+    QList<boost::shared_ptr<Io>> ios;
+    for (const auto& element : box.children(beacon, std::string())) {
+        if (const auto io = create(element, ioById)) {
+            ios.append(io);
+        }
+    }
+    return ios;
+}
+
+/// A tag and attributes as one text, by which an input or output is recognised.
+std::string signature(const XmlElement& element, std::initializer_list<const char*> attributes)
+{
+    std::string text = element.beacon();
+    for (const char* const attribute : attributes) {
+        text += "/" + element.attribute<std::string>(attribute, std::string());
+    }
+    return text;
+}
+
+} // namespace
+
+BoxData::BoxData(BoxLibraryNode* node) : m_node(node) {}
+
+BoxData::BoxData(BoxLibraryNode* node, boost::shared_ptr<const XmlElement> xml)
+    : QObject(node), m_node(node)
+{
+    if (!xml) {
+        throw std::invalid_argument("box data need a box element");
+    }
+    xml->getAttribute(a_tooltip, m_tooltip);
+    for (const auto& bitmap : xml->children(a_bitmap, a_bitmaps)) {
+        if (const auto text = bitmap->text()) {
+            m_bitmaps.append(QString::fromUtf8(text->c_str()));
+        }
+    }
+    KR::XmlManager::IoById ioById;
+    m_inputs = readIos(*xml, KR::XmlBeacons::a_inputBeacon, ioById, &KR::XmlManager::createInput);
+    m_outputs =
+        readIos(*xml, KR::XmlBeacons::a_outputBeacon, ioById, &KR::XmlManager::createOutput);
+    m_parameters =
+        readIos(*xml, KR::XmlBeacons::a_parameterBeacon, ioById, &KR::XmlManager::createParameter);
+    m_bitmapExpanded = xml->attribute(a_bitmapExpanded, true);
+    m_behavior = isBehavior(xml);
+}
+
+BoxData::~BoxData() = default;
+
+void BoxData::updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
+                         bool bitmapExpanded)
+{
+    if (m_node) {
+        m_node->setName(toText(name));
+    }
+    setTooltip(tooltip);
+    setBitmaps(bitmaps);
+    setBitmapExpanded(bitmapExpanded);
+}
+
+template <class Value, class Signal>
+void BoxData::change(Value& current, const Value& value, Signal changed,
+                     const std::function<void(XmlElement&)>& write)
+{
+    if (value == current) {
+        return;
+    }
+    current = value;
+    try {
+        edit(write);
+    } catch (...) {
+        Q_EMIT(this->*changed)(current);
+        throw;
+    }
+    Q_EMIT(this->*changed)(current);
+}
+
+void BoxData::edit(const std::function<void(XmlElement&)>& write)
+{
+    if (const auto box = load()) {
+        write(*box);
+        save(box);
+    }
+}
+
+void BoxData::setTooltip(const QString& value)
+{
+    change(m_tooltip, value, &BoxData::tooltipChanged, [this](XmlElement& box) {
+        box.setAttribute(a_tooltip, Serial::save(m_tooltip), false);
+    });
+}
+
+void BoxData::setBitmaps(const QList<QString>& value)
+{
+    change(m_bitmaps, value, &BoxData::bitmapsChanged, [this](XmlElement& box) {
+        std::list<boost::shared_ptr<XmlElement>> bitmaps;
+        for (const QString& bitmap : std::as_const(m_bitmaps)) {
+            bitmaps.push_back(boost::make_shared<XmlElement>(a_bitmap));
+            bitmaps.back()->setText(toText(bitmap), false);
+        }
+        box.removeChildren(a_bitmap, a_bitmaps);
+        box.addChildren(bitmaps, a_bitmaps);
+    });
+}
+
+void BoxData::setBitmapExpanded(bool value)
+{
+    change(m_bitmapExpanded, value, &BoxData::bitmapExpandedChanged, [this](XmlElement& box) {
+        box.setAttribute(a_bitmapExpanded, Serial::save(m_bitmapExpanded), false);
+    });
+}
+
+void BoxData::saveName(const std::string& name)
+{
+    edit([&name](XmlElement& box) { box.setAttribute("name", name, false); });
+}
+
+void BoxData::save(boost::shared_ptr<XmlElement> xml)
+{
+    if (m_node) {
+        m_node->saveBox(std::move(xml), m_behavior);
+    }
+}
+
+boost::shared_ptr<XmlElement> BoxData::load() const
+{
+    return m_node ? m_node->loadBox() : nullptr;
+}
+
+QByteArray BoxData::xmlData() const
+{
+    return m_node ? m_node->loadBoxData() : QByteArray();
+}
+
+boost::shared_ptr<BoxData> BoxData::clone(BoxLibraryNode* node) const
+{
+    // The constructor is private, which make_shared cannot call.
+    const boost::shared_ptr<BoxData> copy(new BoxData(node));
+    copy->m_tooltip = m_tooltip;
+    copy->m_bitmaps = m_bitmaps;
+    copy->m_bitmapExpanded = m_bitmapExpanded;
+    copy->m_behavior = m_behavior;
+    return copy;
+}
+
+bool BoxData::isBehavior(boost::shared_ptr<const XmlElement> box)
+{
+    if (!box) {
+        throw std::invalid_argument("only a box element can be a behaviour");
+    }
+    static const std::set<std::string> expected{"Input/onLoad/1/1/0", "Input/onStart/1/1/2",
+                                                "Input/onStop/1/1/3"};
+    std::set<std::string> inputs;
+    bool hasOutput = false;
+    for (const auto& child : box->mixedChildren()) {
+        if (child->beacon() == BoxConstants::a_inputBeacon) {
+            inputs.insert(signature(*child, {"name", "type", "type_size", "nature"}));
+        } else if (child->beacon() == BoxConstants::a_outputBeacon) {
+            hasOutput =
+                hasOutput || signature(*child, {"type", "type_size", "nature"}) == "Output/1/1/1";
+        }
+    }
+    return inputs == expected && hasOutput && box->firstChild(BoxConstants::a_timelineBeacon);
+}
+
+} // namespace KX

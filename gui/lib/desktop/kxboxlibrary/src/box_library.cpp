@@ -1,0 +1,338 @@
+#include "behavior_export.hpp"
+#include "file_names.hpp"
+
+#include <kr/localization/context_patchers.hpp>
+#include <kr/localization/translators.hpp>
+#include <kr/localization/ts.hpp>
+#include <kxboxlibrary/box_constants.hpp>
+#include <kxboxlibrary/box_data.hpp>
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+#include <kxboxlibrary/tree_deleter.hpp>
+#include <pk/log.hpp>
+#include <pk/path.hpp>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace KX {
+
+using pk::project::ArchiveFormat;
+using pk::project::ProjectModel;
+
+namespace {
+
+const pk::log::Category a_category = pk::log::addCategory("BoxLibrary");
+
+QString translationsDirectory()
+{
+    return QString::fromLatin1(BoxConstants::a_boxLibraryTranslations);
+}
+
+QString translationFile(const QString& language)
+{
+    const std::string name = file_names::escape(language.toStdString());
+    return QStringLiteral("%1/translation_%2.ts")
+        .arg(translationsDirectory(), QString::fromStdString(name));
+}
+
+QString escapedName(const QString& name)
+{
+    return QString::fromStdString(file_names::escape(name.toStdString()));
+}
+
+} // namespace
+
+ArchiveFormat libraryFormatToProjectFormat(BoxLibrary::LibraryFormat format)
+{
+    switch (format) {
+    case BoxLibrary::Directory:
+        return ArchiveFormat::Directory;
+    case BoxLibrary::Archive:
+        return ArchiveFormat::Zip;
+    }
+    return ArchiveFormat::Unspecified;
+}
+
+BoxLibrary::BoxLibrary(ProjectModel model, bool readOnly, QObject* parent)
+    : QObject(parent), m_model(std::move(model))
+{
+    std::unique_ptr<BoxLibraryNode, TreeDeleter> root(new BoxLibraryNode(this));
+    m_readOnly = readOnly;
+    m_dirty = false; // loading made it true
+    connect(root.get(), &BoxLibraryNode::dataChanged, this, &BoxLibrary::dataChanged);
+    connect(this, &BoxLibrary::readOnlyChanged, this, &BoxLibrary::updateTranslationFilesList,
+            Qt::DirectConnection);
+    connect(this, &BoxLibrary::translationFilesListChanged, this, &BoxLibrary::updateTranslators,
+            Qt::DirectConnection);
+    updateTranslationFilesList();
+    m_root = root.release();
+}
+
+BoxLibrary::BoxLibrary(const QString& title, bool readOnly, QObject* parent)
+    : BoxLibrary(ProjectModel(), readOnly, parent)
+{
+    m_model.setMetadata(QStringLiteral("Type"),
+                        QString::fromLatin1(BoxConstants::a_boxLibraryProjectType));
+    m_model.setMetadata(QStringLiteral("Version"),
+                        QString::fromLatin1(BoxConstants::a_boxLibraryProjectVersion));
+    m_model.setMetadata(QStringLiteral("title"), title);
+}
+
+BoxLibrary::~BoxLibrary()
+{
+    delete m_root;
+}
+
+QString BoxLibrary::title() const
+{
+    const QString title = m_model.getMetadata(QStringLiteral("title"));
+    return title.isEmpty() ? makeTitleFromPath(path()) : title;
+}
+
+void BoxLibrary::setTitle(const QString& title)
+{
+    if (title != this->title()) {
+        m_model.setMetadata(QStringLiteral("title"), title);
+        Q_EMIT titleChanged(title);
+        setDirty(true);
+    }
+}
+
+QString BoxLibrary::makeTitleFromPath(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const bool hasSuffix = name.endsWith(QLatin1String(".bxl"), Qt::CaseInsensitive) ||
+                           name.endsWith(QLatin1String(".kbl"), Qt::CaseInsensitive);
+    return hasSuffix ? name.chopped(4) : name;
+}
+
+QString BoxLibrary::path() const
+{
+    return m_model.getSourcePath();
+}
+
+void BoxLibrary::setDirty(bool value)
+{
+    if (value != m_dirty) {
+        m_dirty = value;
+        Q_EMIT dirtyChanged(value);
+    }
+}
+
+void BoxLibrary::setReadOnly(bool value)
+{
+    if (value != m_readOnly) {
+        m_readOnly = value;
+        Q_EMIT readOnlyChanged(value);
+    }
+}
+
+BoxLibraryNode* BoxLibrary::node(const QList<int>& indices) const
+{
+    BoxLibraryNode* node = m_root;
+    for (const int index : indices) {
+        node = node != nullptr ? node->child(index) : nullptr;
+    }
+    return node;
+}
+
+void BoxLibrary::save()
+{
+    m_model.save(QString(), ArchiveFormat::Source, true);
+    setDirty(false);
+}
+
+void BoxLibrary::saveTo(const QString& path, LibraryFormat format)
+{
+    setTitle(makeTitleFromPath(path));
+    m_model.save(path, libraryFormatToProjectFormat(format), true);
+    setReadOnly(false);
+    setDirty(false);
+    updateTranslationFilesList();
+}
+
+// Translations
+
+void BoxLibrary::updateTranslationFilesList()
+{
+    QStringList files;
+    if (m_readOnly) {
+        const std::string name = QFileInfo(path()).fileName().toStdString();
+        const std::string pattern = "libraries/box/" + name + "/translations/*.ts";
+        for (const std::string& file : pk::path::listData("kinestra", pattern, false)) {
+            files.append(QString::fromStdString(file));
+        }
+    } else {
+        const QString directory = translationsDirectory();
+        for (const QString& name : m_model.getFileList(directory, false, false, false)) {
+            files.append(m_model.getFileLocalPath(directory + QLatin1Char('/') + name));
+        }
+    }
+    if (files != m_translationFiles) {
+        m_translationFiles = files;
+        Q_EMIT translationFilesListChanged();
+    }
+}
+
+void BoxLibrary::updateTranslators()
+{
+    const auto warn = [this](const std::string& message, int line) {
+        pk::log::log(pk::log::Warning, a_category, title().toStdString() + message,
+                     "gui/lib/desktop/kxboxlibrary/src/box_library", "updateTranslators", line);
+    };
+    Translators translators;
+    for (const QString& path : std::as_const(m_translationFiles)) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            warn("- could not open translation file: " + path.toStdString(), __LINE__);
+            continue;
+        }
+        const auto translator = KR::Localization::TS::translatorFrom(file.readAll());
+        const QString language = translator.languageCode();
+        if (language.isEmpty()) {
+            warn("- No language code found in " + path.toStdString() + " translation file",
+                 __LINE__);
+        } else if (!translators.contains(language)) {
+            translators.insert(language, translator);
+        }
+    }
+    m_translators = translators;
+}
+
+void BoxLibrary::setTranslations(const Translators& translators)
+{
+    const Translators before = m_translators;
+    try {
+        replaceTranslationFiles(translators);
+    } catch (...) {
+        if (!m_readOnly) { // else `before` came from elsewhere
+            try {
+                replaceTranslationFiles(before);
+            } catch (const pk::project::Error&) {
+                // The first failure is the one to report.
+            }
+        }
+        throw;
+    }
+}
+
+void BoxLibrary::replaceTranslationFiles(const Translators& translators)
+{
+    try {
+        m_model.remove(translationsDirectory());
+    } catch (const pk::project::PathNotFound&) {
+        // There are no translations yet.
+    }
+    updateTranslationFilesList();
+    QMap<QString, QByteArray> files;
+    KR::Localization::translatorsTo(translators, files);
+    for (auto it = files.cbegin(); it != files.cend(); ++it) {
+        m_model.writeFile(translationFile(it.key()), it.value());
+    }
+    updateTranslationFilesList();
+}
+
+QString BoxLibrary::translationContext() const
+{
+    return QString::fromLatin1(BoxConstants::a_boxLibraryContext) + QLatin1Char(':');
+}
+
+QString BoxLibrary::subtreeContext(const QString& path) const
+{
+    return translationContext() + (path.isEmpty() ? path : QLatin1Char('/') + path);
+}
+
+void BoxLibrary::insertMessages(const QString& path, const Translators& translators,
+                                const QMap<QString, QString>& names)
+{
+    QMap<QString, QString> fileNames;
+    for (auto it = names.cbegin(); it != names.cend(); ++it) {
+        fileNames.insert(escapedName(it.key()), escapedName(it.value()));
+    }
+    const KR::Localization::ContextBoxNamePatcher patcher(subtreeContext(path), fileNames);
+    Translators merged = m_translators;
+    KR::Localization::insertMessages(merged, translators, patcher);
+    setTranslations(merged);
+}
+
+void BoxLibrary::removeTranslations(const QString& context)
+{
+    Translators remaining = m_translators;
+    KR::Localization::removeMessages(remaining, KR::Localization::ContextRecursiveFinder(context));
+    setTranslations(remaining);
+}
+
+void BoxLibrary::changeContextes(const QMap<QString, QString>& contexts)
+{
+    Translators rewritten = m_translators;
+    const KR::Localization::ContextMatchPatcher patcher(contexts);
+    KR::Localization::rewriteContexts(rewritten, patcher);
+    setTranslations(rewritten);
+}
+
+// Editing and export
+
+void BoxLibrary::insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibraryNode*> nodes,
+                                const Translators& translators)
+{
+    if (parent == nullptr || nodes.isEmpty()) {
+        return;
+    }
+    QMap<QString, QString> names;
+    std::exception_ptr failure;
+    int position = qBound(0, index, parent->children().size());
+    try {
+        for (BoxLibraryNode* const node : std::as_const(nodes)) {
+            const QString name = node != nullptr ? QString::fromStdString(node->name()) : QString();
+            if (parent->insertChild(position, node) != nullptr) {
+                names.insert(name, QString::fromStdString(node->name()));
+                ++position;
+            }
+        }
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (!names.isEmpty()) {
+        insertMessages(parent->path(), translators, names);
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void BoxLibrary::exportBehaviors(const QString& destination)
+{
+    const QDir directory(destination);
+    if (!directory.exists()) {
+        throw pk::project::PathNotFound(directory.canonicalPath().toStdString());
+    }
+    QStringList paths;
+    xFindBehaviors(m_root, paths);
+    for (const QString& path : std::as_const(paths)) {
+        exportBehavior(m_model, path, directory);
+    }
+}
+
+void BoxLibrary::xFindBehaviors(BoxLibraryNode* node, QStringList& paths)
+{
+    if (node == nullptr) {
+        return;
+    }
+    if (const auto data = node->boxData()) {
+        if (data->m_behavior) {
+            paths.append(node->path());
+        }
+        return;
+    }
+    for (BoxLibraryNode* const child : node->children()) {
+        xFindBehaviors(child, paths);
+    }
+}
+
+} // namespace KX

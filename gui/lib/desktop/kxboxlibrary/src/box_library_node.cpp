@@ -1,0 +1,346 @@
+#include "box_file.hpp"
+#include "file_names.hpp"
+#include "node_log.hpp"
+#include "order_file.hpp"
+#include "sibling_names.hpp"
+
+#include <kxboxlibrary/box_constants.hpp>
+#include <kxboxlibrary/box_data.hpp>
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+#include <kxboxlibrary/tree_deleter.hpp>
+
+#include <QFileInfo>
+#include <QMetaType>
+#include <QStringList>
+#include <boost/make_shared.hpp>
+
+#include <exception>
+#include <utility>
+
+namespace KX {
+
+namespace {
+
+const int a_nodeType = qRegisterMetaType<BoxLibraryNode*>("KX::BoxLibraryNode *");
+
+} // namespace
+
+BoxLibraryNode::BoxLibraryNode() = default;
+
+BoxLibraryNode::BoxLibraryNode(BoxLibrary* library) : QObject(library), m_library(library)
+{
+    try {
+        initFromProject();
+    } catch (...) {
+        for (BoxLibraryNode* const child : std::as_const(m_children)) {
+            TreeDeleter()(child);
+        }
+        throw;
+    }
+}
+
+BoxLibraryNode::~BoxLibraryNode()
+{
+    // Others may hold the data, so they must not die with their QObject parent.
+    if (m_boxData && m_boxData->parent() == this) {
+        m_boxData->setParent(nullptr);
+    }
+}
+
+BoxLibrary* BoxLibraryNode::library() const
+{
+    const BoxLibraryNode* node = this;
+    while (node->m_library == nullptr && node->m_parent != nullptr) {
+        node = node->m_parent;
+    }
+    return node->m_library;
+}
+
+pk::project::ProjectModel* BoxLibraryNode::project() const
+{
+    for (const BoxLibraryNode* node = this; node != nullptr; node = node->m_parent) {
+        if (node->m_detachedProject) {
+            return node->m_detachedProject.get();
+        }
+        if (node->m_library != nullptr) {
+            return &node->m_library->projectModel();
+        }
+    }
+    return nullptr;
+}
+
+QString BoxLibraryNode::path() const
+{
+    QStringList names;
+    for (const BoxLibraryNode* node = this; node->m_parent != nullptr; node = node->m_parent) {
+        names.prepend(QString::fromStdString(node->m_fileName));
+    }
+    return names.join(QLatin1Char('/'));
+}
+
+QString BoxLibraryNode::prefix() const
+{
+    const QString path = this->path();
+    return path.isEmpty() ? path : path + QLatin1Char('/');
+}
+
+int BoxLibraryNode::index() const
+{
+    return m_parent != nullptr ? m_parent->m_children.indexOf(const_cast<BoxLibraryNode*>(this))
+                               : 0;
+}
+
+BoxLibraryNode* BoxLibraryNode::child(int i) const
+{
+    return m_children.value(i, nullptr);
+}
+
+BoxLibraryNode* BoxLibraryNode::child(const std::string& name) const
+{
+    for (BoxLibraryNode* const child : m_children) {
+        if (child->m_name == name) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+void BoxLibraryNode::setDirty(bool value)
+{
+    if (BoxLibrary* const library = this->library()) {
+        library->setDirty(value);
+    }
+}
+
+void BoxLibraryNode::setBoxDataInternal(boost::shared_ptr<BoxData> data)
+{
+    m_boxData = std::move(data);
+    if (m_boxData) {
+        connect(m_boxData.get(), &BoxData::tooltipChanged, this, &BoxLibraryNode::onBoxDataChanged);
+        connect(m_boxData.get(), &BoxData::bitmapsChanged, this, &BoxLibraryNode::onBoxDataChanged);
+        connect(m_boxData.get(), &BoxData::bitmapExpandedChanged, this,
+                &BoxLibraryNode::onBoxDataChanged);
+    }
+}
+
+void BoxLibraryNode::onBoxDataChanged()
+{
+    setDirty(true);
+    Q_EMIT dataChanged(this);
+}
+
+// Names
+
+std::string BoxLibraryNode::escapeFileName(const std::string& name)
+{
+    return file_names::escape(name);
+}
+
+std::string BoxLibraryNode::unEscapeFileName(const std::string& fileName)
+{
+    return file_names::unEscape(fileName);
+}
+
+std::string BoxLibraryNode::numberName(const std::string& name, int number)
+{
+    return file_names::number(name, number);
+}
+
+std::string BoxLibraryNode::unNumberName(const std::string& name)
+{
+    return file_names::unNumber(name);
+}
+
+/// Everything that gives a child a name goes through here, so that its parent knows the names.
+void BoxLibraryNode::setNames(std::string name, std::string fileName)
+{
+    if (m_parent != nullptr && m_parent->m_childNames) {
+        m_parent->m_childNames->remove(m_name);
+        m_parent->m_childNames->add(name);
+    }
+    m_name = std::move(name);
+    m_fileName = std::move(fileName);
+}
+
+SiblingNames& BoxLibraryNode::childNames()
+{
+    if (!m_childNames) {
+        m_childNames = std::make_unique<SiblingNames>();
+        for (const BoxLibraryNode* const child : std::as_const(m_children)) {
+            m_childNames->add(child->m_name);
+        }
+    }
+    return *m_childNames;
+}
+
+void BoxLibraryNode::initName(const std::string& name)
+{
+    std::string free = file_names::unNumber(name);
+    if (m_parent != nullptr) {
+        SiblingNames& names = m_parent->childNames();
+        names.remove(m_name); // a node is not in its own way
+        free = names.firstFree(free);
+        names.add(m_name);
+    }
+    std::string fileName = file_names::escape(free);
+    setNames(std::move(free), std::move(fileName));
+}
+
+void BoxLibraryNode::setName(const std::string& name)
+{
+    if (m_parent == nullptr) {
+        m_name = name;
+        return;
+    }
+    if (name == m_name) {
+        return;
+    }
+    const std::string oldFileName = m_fileName;
+    const QString oldContext = translationContext();
+    setNames(std::string(), m_fileName);
+    initName(name);
+    if (m_fileName != oldFileName) {
+        moveFiles(oldFileName);
+    }
+    std::exception_ptr failure;
+    try {
+        changeContext(oldContext, translationContext());
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    setDirty(true);
+    Q_EMIT dataChanged(this);
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void BoxLibraryNode::moveFiles(const std::string& oldFileName)
+{
+    pk::project::ProjectModel* const model = project();
+    if (model == nullptr) {
+        return;
+    }
+    const QString to = path();
+    const QString from =
+        QFileInfo(to).path() + QLatin1Char('/') + QString::fromStdString(oldFileName);
+    try {
+        clearPlace(*model);
+        model->move(from, to, false);
+    } catch (const pk::project::Error& error) {
+        logNode(pk::log::Warning,
+                "Could not move '" + from.toStdString() + "' to '" + to.toStdString() +
+                    "', reason: " + error.what(),
+                "setName", __LINE__);
+    }
+}
+
+// Saving
+
+void BoxLibraryNode::saveFolder()
+{
+    if (pk::project::ProjectModel* const model = project()) {
+        std::vector<std::string> names;
+        names.reserve(static_cast<std::size_t>(m_children.size()));
+        for (const BoxLibraryNode* const child : std::as_const(m_children)) {
+            names.push_back(child->m_name);
+        }
+        order_file::write(*model, prefix(), names);
+    }
+}
+
+void BoxLibraryNode::saveOwnFile()
+{
+    if (const auto data = m_boxData) { // held, whoever reacts to the write
+        saveBox(loadBox(), false);
+    } else {
+        saveFolder();
+    }
+}
+
+bool BoxLibraryNode::saves(const char* function, int line, const std::function<void()>& write) const
+{
+    try {
+        write();
+        return true;
+    } catch (const std::exception& error) {
+        logNode(pk::log::Error,
+                "Could not save node " + path().toStdString() + ", reason: " + error.what(),
+                function, line);
+        return false;
+    }
+}
+
+bool BoxLibraryNode::save()
+{
+    return saves("save", 616, [this] { saveOwnFile(); });
+}
+
+bool BoxLibraryNode::saveAll()
+{
+    return saves("saveAll", 643, [this] {
+        saveOwnFile();
+        const QList<BoxLibraryNode*> children = m_boxData ? QList<BoxLibraryNode*>() : m_children;
+        for (BoxLibraryNode* const child : children) {
+            child->saveAll();
+        }
+    });
+}
+
+// Box files
+
+boost::shared_ptr<XmlElement> BoxLibraryNode::loadBox() const
+{
+    pk::project::ProjectModel* const model = project();
+    return model != nullptr ? box_file::load(*model, prefix()) : nullptr;
+}
+
+QByteArray BoxLibraryNode::loadBoxData() const
+{
+    const pk::project::ProjectModel* const model = project();
+    return model != nullptr ? box_file::loadBytes(*model, prefix()) : QByteArray();
+}
+
+void BoxLibraryNode::saveBox(boost::shared_ptr<XmlElement> box, bool /*behavior*/)
+{
+    if (pk::project::ProjectModel* const model = project()) {
+        box_file::save(*model, prefix(), box);
+    }
+}
+
+boost::shared_ptr<BoxResourceList> BoxLibraryNode::resources() const
+{
+    pk::project::ProjectModel* const model = project();
+    if (model == nullptr) {
+        return nullptr;
+    }
+    QStringList files = model->getFileList(path(), false, true, false);
+    files.erase(std::remove_if(files.begin(), files.end(), box_file::isOwn), files.end());
+    return boost::make_shared<BoxResourceList>(model, path(), files);
+}
+
+// Messages
+
+QString BoxLibraryNode::translationContext() const
+{
+    const BoxLibrary* const library = this->library();
+    return (library != nullptr ? library->translationContext() : QString()) + QLatin1Char('/') +
+           path();
+}
+
+void BoxLibraryNode::changeContext(const QString& from, const QString& to)
+{
+    if (BoxLibrary* const library = this->library()) {
+        library->changeContextes({{from, to}});
+    }
+}
+
+void BoxLibraryNode::removeTranslations()
+{
+    if (BoxLibrary* const library = this->library()) {
+        library->removeTranslations(library->subtreeContext(path()));
+    }
+}
+
+} // namespace KX

@@ -1,0 +1,220 @@
+// How the tree is changed: inserting, making, removing, taking and moving nodes.
+#include "node_log.hpp"
+#include "sibling_names.hpp"
+
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace KX {
+
+using pk::project::ProjectModel;
+
+void BoxLibraryNode::attach(int index, BoxLibraryNode* child)
+{
+    m_children.insert(qBound(0, index, m_children.size()), child);
+    child->m_parent = this;
+    if (m_childNames) {
+        m_childNames->add(child->m_name);
+    }
+}
+
+void BoxLibraryNode::detach(BoxLibraryNode* child)
+{
+    m_children.removeAll(child);
+    child->m_parent = nullptr;
+    if (m_childNames) {
+        m_childNames->remove(child->m_name);
+    }
+}
+
+void BoxLibraryNode::forward(BoxLibraryNode* child)
+{
+    connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
+}
+
+void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::function<void()>& fill)
+{
+    attach(index, child);
+    bool filled = false;
+    try {
+        fill();
+        filled = true;
+        saveFolder();
+    } catch (...) {
+        if (ProjectModel* const model = filled ? child->project() : nullptr) {
+            child->removeFiles(*model);
+        }
+        detach(child);
+        throw;
+    }
+    forward(child);
+    setDirty(true);
+}
+
+void BoxLibraryNode::removeFiles(ProjectModel& model)
+{
+    try {
+        model.remove(path());
+    } catch (const pk::project::PathNotFound&) {
+        // There is nothing to remove, which is what was wanted.
+    } catch (const pk::project::Error& error) {
+        logNode(pk::log::Warning,
+                "Could not remove '" + path().toStdString() + "', reason: " + error.what(),
+                __func__, __LINE__);
+    }
+}
+
+bool BoxLibraryNode::isBelow(const BoxLibraryNode* node) const
+{
+    const BoxLibraryNode* ancestor = this;
+    while (ancestor != nullptr && ancestor != node) {
+        ancestor = ancestor->m_parent;
+    }
+    return ancestor != nullptr;
+}
+
+BoxLibraryNode* BoxLibraryNode::insertChild(int index, BoxLibraryNode* node)
+{
+    if (node == nullptr || node->m_parent != nullptr || node->m_library != nullptr ||
+        isBelow(node)) {
+        return nullptr;
+    }
+    const std::string name = node->m_name;
+    const std::string fileName = node->m_fileName;
+    std::unique_ptr<ProjectModel> own;
+    node->setParent(this);
+    try {
+        adopt(index, node, [this, node, &name, &own] {
+            node->initName(name);
+            node->fillPlace(project(), [node](ProjectModel& model) {
+                if (node->m_detachedProject) {
+                    model.importFile(*node->m_detachedProject, QString(), node->path(), true);
+                } else {
+                    model.mkdir(node->path(), false);
+                }
+            });
+            own = std::move(node->m_detachedProject);
+        });
+    } catch (...) {
+        if (own) {
+            node->m_detachedProject = std::move(own);
+        }
+        node->setParent(nullptr);
+        node->setNames(name, fileName);
+        throw;
+    }
+    return node;
+}
+
+BoxLibraryNode* BoxLibraryNode::appendChild(BoxLibraryNode* node)
+{
+    return insertChild(m_children.size(), node);
+}
+
+void BoxLibraryNode::insertChildren(int index, QList<BoxLibraryNode*> nodes,
+                                    const Translators& translators)
+{
+    if (BoxLibrary* const library = this->library()) {
+        library->insertChildren(this, index, std::move(nodes), translators);
+    }
+}
+
+BoxLibraryNode* BoxLibraryNode::createChild(int index,
+                                            const std::function<void(BoxLibraryNode&)>& init)
+{
+    auto child = std::make_unique<BoxLibraryNode>();
+    adopt(index, child.get(), [&child, &init] { init(*child); });
+    return child.release();
+}
+
+BoxLibraryNode* BoxLibraryNode::insertChild(int index, const RootBoxDescription& description)
+{
+    if (!description.box) {
+        return nullptr;
+    }
+    return createChild(index, [&description](BoxLibraryNode& child) { child.init(description); });
+}
+
+BoxLibraryNode* BoxLibraryNode::appendChild(const RootBoxDescription& description)
+{
+    return insertChild(m_children.size(), description);
+}
+
+BoxLibraryNode* BoxLibraryNode::insertChild(int index, const std::string& name)
+{
+    if (name.empty()) {
+        return nullptr;
+    }
+    return createChild(index, [&name](BoxLibraryNode& child) { child.init(name); });
+}
+
+BoxLibraryNode* BoxLibraryNode::appendChild(const std::string& name)
+{
+    return insertChild(m_children.size(), name);
+}
+
+void BoxLibraryNode::removeChild(int index)
+{
+    BoxLibraryNode* const child = this->child(index);
+    if (child == nullptr) {
+        return;
+    }
+    disconnect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
+    try {
+        child->removeTranslations();
+    } catch (...) {
+        forward(child);
+        throw;
+    }
+    if (ProjectModel* const model = child->project()) {
+        child->removeFiles(*model);
+    }
+    std::unique_ptr<BoxLibraryNode> removed(child);
+    detach(child);
+    saveFolder();
+    removed.reset();
+    setDirty(true);
+}
+
+void BoxLibraryNode::unInit()
+{
+    if (ProjectModel* const model = project()) {
+        model->remove(path());
+    }
+}
+
+BoxLibraryNode* BoxLibraryNode::take()
+{
+    BoxLibraryNode* const folder = m_parent;
+    if (folder == nullptr) {
+        return nullptr;
+    }
+    auto own = copyFiles();
+    folder->detach(this);
+    folder->m_leftFiles.insert(QString::fromStdString(m_fileName));
+    m_library = nullptr;
+    setParent(nullptr);
+    m_detachedProject = std::move(own);
+    return this;
+}
+
+void BoxLibraryNode::moveChildren(int first, int last, int destination)
+{
+    const int count = m_children.size();
+    const bool isRun = first >= 0 && first <= last && last < count;
+    const bool isPlace = destination >= 0 && destination <= count;
+    if (!isRun || !isPlace) {
+        return;
+    }
+    const auto begin = m_children.begin();
+    if (destination <= first) {
+        std::rotate(begin + destination, begin + first, begin + last + 1);
+    } else if (destination > last) {
+        std::rotate(begin + first, begin + last + 1, begin + destination);
+    }
+}
+
+} // namespace KX

@@ -1,0 +1,180 @@
+// How nodes are filled from the files of a project, and how new ones and copies are made.
+#include "file_names.hpp"
+#include "order_file.hpp"
+
+#include <kxboxlibrary/box_constants.hpp>
+#include <kxboxlibrary/box_data.hpp>
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+#include <kxboxlibrary/tree_deleter.hpp>
+
+#include <boost/make_shared.hpp>
+
+#include <unordered_map>
+#include <utility>
+
+namespace KX {
+
+using pk::project::ProjectModel;
+
+void BoxLibraryNode::initFromProject()
+{
+    ProjectModel* const model = project();
+    if (model == nullptr) {
+        return;
+    }
+    const auto box = loadBox();
+    setNames(file_names::unEscape(m_fileName), m_fileName);
+    if (box) {
+        setBoxDataInternal(boost::make_shared<BoxData>(this, box));
+    } else {
+        loadFolder(*model);
+    }
+}
+
+void BoxLibraryNode::loadFolder(ProjectModel& model)
+{
+    const QString prefix = this->prefix();
+    std::vector<std::string> directories;
+    for (const QString& entry : model.getFileList(prefix, true, false, true)) {
+        if (!entry.contains(QLatin1Char('/')) && !model.hasFile(prefix + entry)) {
+            directories.push_back(entry.toStdString());
+        }
+    }
+    std::unordered_map<std::string, bool> unlisted;
+    for (const std::string& directory : directories) {
+        unlisted.emplace(directory, true);
+    }
+    for (const std::string& name : order_file::read(model, prefix)) {
+        const auto found = unlisted.find(file_names::escape(name));
+        if (found != unlisted.end() && std::exchange(found->second, false)) {
+            appendChildFromProject(found->first);
+        }
+    }
+    for (const std::string& directory : directories) {
+        if (unlisted[directory] && directory != BoxConstants::a_boxLibraryTranslations) {
+            appendChildFromProject(directory);
+        }
+    }
+    saveFolder();
+}
+
+BoxLibraryNode* BoxLibraryNode::appendChildFromProject(const std::string& fileName)
+{
+    if (fileName.empty()) {
+        return nullptr;
+    }
+    std::unique_ptr<BoxLibraryNode, TreeDeleter> child(new BoxLibraryNode);
+    child->m_fileName = fileName;
+    m_leftFiles.remove(QString::fromStdString(fileName));
+    attach(m_children.size(), child.get());
+    try {
+        child->initFromProject();
+    } catch (...) {
+        detach(child.get());
+        throw;
+    }
+    forward(child.get());
+    setDirty(true);
+    return child.release();
+}
+
+void BoxLibraryNode::init(const std::string& name)
+{
+    initName(name);
+    fillPlace(project(), [this](ProjectModel& model) {
+        model.mkdir(path(), false);
+        saveFolder();
+    });
+}
+
+void BoxLibraryNode::init(const RootBoxDescription& description)
+{
+    setBoxDataInternal(boost::make_shared<BoxData>(this, description.box));
+    initName(description.name);
+    fillPlace(project(), [this, &description](ProjectModel& model) {
+        saveBox(description.box->clone(), false);
+        if (description.resources && description.resources->projectModel != nullptr) {
+            importResources(model, *description.resources);
+        }
+    });
+}
+
+void BoxLibraryNode::importResources(ProjectModel& model, const BoxResourceList& resources)
+{
+    const QString from = resources.path.isEmpty() ? QString() : resources.path + QLatin1Char('/');
+    const QString to = prefix();
+    for (const QString& file : resources.files) {
+        if (!file.isEmpty()) {
+            const QString name = file.startsWith(QLatin1Char('/')) ? file.mid(1) : file;
+            model.importFile(*resources.projectModel, from + name, to + name, false);
+        }
+    }
+}
+
+BoxLibraryNode* BoxLibraryNode::fromDescription(const RootBoxDescription& description)
+{
+    if (!description.box) {
+        return nullptr;
+    }
+    auto node = std::make_unique<BoxLibraryNode>();
+    node->m_detachedProject = std::make_unique<ProjectModel>();
+    node->init(description);
+    return node.release();
+}
+
+BoxLibraryNode* BoxLibraryNode::clone() const
+{
+    std::unique_ptr<BoxLibraryNode, TreeDeleter> copy(new BoxLibraryNode);
+    const bool isRoot = m_parent == nullptr && m_library != nullptr;
+    copy->initName(isRoot ? m_library->title().toStdString() : m_name);
+    copy->m_detachedProject = copyFiles();
+    if (m_boxData) {
+        copy->m_boxData = m_boxData->clone(copy.get());
+    }
+    for (const BoxLibraryNode* const child : m_children) {
+        copy->appendChildFromProject(child->m_fileName);
+    }
+    return copy.release();
+}
+
+std::unique_ptr<ProjectModel> BoxLibraryNode::copyFiles() const
+{
+    auto copy = std::make_unique<ProjectModel>();
+    if (const ProjectModel* const model = project()) {
+        try {
+            copy->importFile(*model, path(), QString(), true);
+        } catch (const pk::project::PathNotFound&) {
+            // A node whose directory is gone has no files.
+        }
+    }
+    return copy;
+}
+
+void BoxLibraryNode::fillPlace(ProjectModel* model, const std::function<void(ProjectModel&)>& write)
+{
+    if (model == nullptr) {
+        return;
+    }
+    clearPlace(*model);
+    const QString place = path();
+    const bool isFree = !place.isEmpty() && !model->hasFile(place) &&
+                        model->getFileList(place, true, false, false).isEmpty();
+    try {
+        write(*model);
+    } catch (...) {
+        if (isFree) {
+            removeFiles(*model);
+        }
+        throw;
+    }
+}
+
+void BoxLibraryNode::clearPlace(ProjectModel& model)
+{
+    if (m_parent != nullptr && m_parent->m_leftFiles.remove(QString::fromStdString(m_fileName))) {
+        removeFiles(model);
+    }
+}
+
+} // namespace KX

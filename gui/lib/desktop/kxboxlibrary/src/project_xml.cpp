@@ -1,0 +1,63 @@
+#include "project_xml.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace KX::project_xml {
+
+Stream open(pk::project::ProjectModel& model, const QString& path, const char* mode)
+{
+    return {model.fopen(path, QString::fromLatin1(mode)), &std::fclose};
+}
+
+boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)
+{
+    return stream ? XmlDocument::loadFromXmlFile(stream.get(), nullptr, nullptr) : nullptr;
+}
+
+boost::shared_ptr<XmlElement> read(const Stream& stream)
+{
+    const auto document = readDocument(stream);
+    return document ? document->root() : nullptr;
+}
+
+QByteArray toBytes(const boost::shared_ptr<XmlElement>& root)
+{
+    XmlDocument document;
+    document.setRoot(root);
+    char* bytes = nullptr;
+    std::size_t size = 0;
+    FILE* const stream = ::open_memstream(&bytes, &size);
+    if (stream == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::string error;
+    const bool written = document.saveToXmlFile(stream, &error, nullptr);
+    const bool closed = std::fclose(stream) == 0;
+    const std::unique_ptr<char, void (*)(void*)> freeing(bytes, &std::free);
+    if (!written || !closed) {
+        throw std::runtime_error(error);
+    }
+    return {bytes, static_cast<int>(size)};
+}
+
+void write(Stream stream, const QByteArray& bytes, const QString& path)
+{
+    if (!stream) {
+        return;
+    }
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const bool written = std::fwrite(bytes.constData(), 1, size, stream.get()) == size;
+    const bool closed = std::fclose(stream.release()) == 0;
+    if (!written || !closed) {
+        throw std::runtime_error("could not write '" + path.toStdString() +
+                                 "': " + std::generic_category().message(errno));
+    }
+}
+
+} // namespace KX::project_xml

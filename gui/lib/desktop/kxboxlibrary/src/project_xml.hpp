@@ -1,0 +1,35 @@
+#pragma once
+
+#include <kx/xml_document.hpp>
+#include <pk/project/project_model.hpp>
+
+#include <QByteArray>
+#include <QString>
+#include <boost/shared_ptr.hpp>
+
+#include <cstdio>
+#include <memory>
+
+/// XML documents in files.
+namespace KX::project_xml {
+
+/// A stream that closes itself.
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+/// A file of a project (ProjectModel::fopen()); null when it can't be opened.
+Stream open(pk::project::ProjectModel& model, const QString& path, const char* mode);
+
+/// The document in a stream; null when `stream` is null or holds none.
+boost::shared_ptr<XmlDocument> readDocument(const Stream& stream);
+
+/// The root element of that document; null where there is none.
+boost::shared_ptr<XmlElement> read(const Stream& stream);
+
+/// The bytes of a document with this root. Throws std::runtime_error when it cannot be written.
+QByteArray toBytes(const boost::shared_ptr<XmlElement>& root);
+
+/// Writes all bytes to `stream` and closes it; nothing when it is null. Throws std::runtime_error,
+/// which names `path`, when not all could be written.
+void write(Stream stream, const QByteArray& bytes, const QString& path);
+
+} // namespace KX::project_xml
