@@ -1,21 +1,30 @@
-#include <kx/xml_document.hpp>
-#include <pk/project/project_model.hpp>
+#include <kxboxlibrary/box_data.hpp>
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+#include <kxboxlibrary/tree_deleter.hpp>
 
+#include <QLoggingCategory>
 #include <boost/make_shared.hpp>
+
+#include <iostream>
+#include <memory>
 
 int main()
 {
-    const auto box = boost::make_shared<KX::XmlElement>("Box");
-    box->setAttribute("name", std::string("Walk"), false);
-    KX::XmlDocument document;
-    document.setRoot(box);
+    // Each box that is written logs that there was no file ".metadata" of old versions to remove.
+    QLoggingCategory::setFilterRules(QStringLiteral("kxboxlibrary.critical=false"));
 
-    pk::project::ProjectModel project; // nothing is at its place on disk before save()
-    project.mkdir(QStringLiteral("Walk"), false);
-    FILE* file = project.fopen(QStringLiteral("Walk/box.xml"), QStringLiteral("wb"));
-    if (file == nullptr || !document.saveToXmlFile(file, nullptr, nullptr) || fclose(file) != 0) {
-        return 1;
+    const std::unique_ptr<KX::BoxLibrary, KX::TreeDeleter> library(
+        new KX::BoxLibrary(QStringLiteral("Example")));
+    KX::BoxLibraryNode* const motions = library->boxRoot()->appendChild("Motions");
+    const KX::RootBoxDescription walk("Walk", boost::make_shared<KX::XmlElement>("Box"));
+    KX::BoxLibraryNode* const first = motions->appendChild(walk);
+    motions->appendChild(walk); // becomes "Walk (2)"
+    first->boxData()->setTooltip(QStringLiteral("Goes somewhere, slowly or fast"));
+    first->setName("Walk / run"); // its directory follows
+    library->saveTo(QStringLiteral("Example.bxl"), KX::BoxLibrary::Archive);
+
+    for (const QString& file : library->projectModel().getFileList(QString(), false, true, false)) {
+        std::cout << file.toStdString() << '\n';
     }
-    project.save(QStringLiteral("example.zip"), pk::project::ArchiveFormat::Zip, true);
-    return std::puts(project.readFile(QStringLiteral("Walk/box.xml")).constData()) < 0 ? 1 : 0;
 }

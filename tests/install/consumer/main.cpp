@@ -1,6 +1,9 @@
 #include <kr/localization/translator.hpp>
 #include <kr/xml_beacons.hpp>
 #include <kx/xml_element.hpp>
+#include <kxboxlibrary/box_library.hpp>
+#include <kxboxlibrary/box_library_node.hpp>
+#include <kxboxlibrary/tree_deleter.hpp>
 #include <pk/log.hpp>
 #include <pk/project/project_model.hpp>
 
@@ -9,6 +12,7 @@
 
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <string>
 
 namespace {
@@ -65,6 +69,19 @@ bool translates()
     return translator.languageCode() == QStringLiteral("fr_FR");
 }
 
+bool editsALibrary()
+{
+    const std::unique_ptr<KX::BoxLibrary, KX::TreeDeleter> library(
+        new KX::BoxLibrary(QStringLiteral("Foreign")));
+    const KX::BoxLibraryNode* signalled = nullptr;
+    QObject::connect(library.get(), &KX::BoxLibrary::dataChanged,
+                     [&signalled](const KX::BoxLibraryNode* node) { signalled = node; });
+    KX::BoxLibraryNode* const folder = library->boxRoot()->appendChild("Motions");
+    folder->setName("Moves");
+    return signalled == folder && library->isDirty() &&
+           library->projectModel().hasFile(QStringLiteral("Moves/bxlinfo"));
+}
+
 } // namespace
 
 // The argument is a path at which nothing is yet.
@@ -76,7 +93,7 @@ try {
     const bool all = check(logs(), "log") &&
                      check(savesAProject(QString::fromLocal8Bit(argv[1])), "project") &&
                      check(catchesErrors(), "error") && check(holdsXml(), "xml") &&
-                     check(translates(), "translator");
+                     check(translates(), "translator") && check(editsALibrary(), "library");
     return all ? 0 : 1;
 } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';

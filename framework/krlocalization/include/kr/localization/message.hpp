@@ -22,8 +22,8 @@ inline bool operator==(const Location& a, const Location& b)
     return a.line == b.line && a.fileName == b.fileName;
 }
 
-/// One text of a program with its translation: everything that a <message> of a Qt Linguist file
-/// holds, and the name of the <context> around it.
+/// One text of a program with its translation: everything that a `<message>` of a Qt Linguist file
+/// holds, and the name of the `<context>` around it.
 ///
 /// A value type whose copies share their data until one of them is changed, so lists of messages
 /// are cheap to copy. A message that was moved from may only be assigned to or destroyed.

@@ -17,7 +17,7 @@ namespace KR::Localization::TS {
 /// code and one warning, with the line and the reason, in the log's category "krlocalization".
 ///
 /// Messages with the same key are all read. What Linguist drops is dropped: comments of XML,
-/// <defaultcodec>, attributes of an unknown name.
+/// `<defaultcodec>`, attributes of an unknown name.
 KRLOCALIZATION_EXPORT Translator translatorFrom(const QByteArray& bytes);
 
 /// Writes a file: the bytes that Linguist's lconvert would write of the same messages, so that

@@ -206,6 +206,7 @@ void BoxLibraryNode::setName(const std::string& name)
     std::exception_ptr failure;
     try {
         changeContext(oldContext, translationContext());
+        m_parent->saveFolder(); // else the node would lose its place when it is loaded
     } catch (...) {
         failure = std::current_exception();
     }

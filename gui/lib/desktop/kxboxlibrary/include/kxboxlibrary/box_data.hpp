@@ -98,6 +98,7 @@ public:
     static bool isBehavior(boost::shared_ptr<const XmlElement> box);
 
 Q_SIGNALS:
+    // Each comes when the value is in place and, where it could be, written.
     void tooltipChanged(const QString& newValue);
     void bitmapsChanged(const QList<QString>& newValue);
     void bitmapExpandedChanged(bool newValue);

@@ -178,11 +178,16 @@ public:
     void xFindBehaviors(BoxLibraryNode* node, QStringList& paths);
 
 Q_SIGNALS:
+    /// The title changed; comes before the library becomes dirty by it.
     void titleChanged(const QString& title);
     /// The name or the data of a node of the tree changed.
     void dataChanged(KX::BoxLibraryNode* node);
+    /// isDirty() changed to `value`.
     void dirtyChanged(bool value);
+    /// isReadOnly() changed to `value`, and the translations are those of the new place.
     void readOnlyChanged(bool value);
+    /// translationsFiles() changed, and translations() with them. It comes twice when the
+    /// translations are replaced: when the old files are gone and when the new ones are there.
     void translationFilesListChanged();
 
 private:

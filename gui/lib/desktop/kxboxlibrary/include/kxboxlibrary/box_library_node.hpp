@@ -122,13 +122,14 @@ public:
     void initName(const std::string& name);
 
     /// Renames the node: finds a free name (initName()), moves the node's directory and its
-    /// messages, marks the library dirty and emits dataChanged(). Nothing when that is its name
-    /// already; of a node without a parent the name alone is set, as it is.
+    /// messages, writes its new name into its parent's order file, marks the library dirty and
+    /// emits dataChanged(). Nothing when that is its name already; of a node without a parent the
+    /// name alone is set, as it is.
     ///
     /// A directory that can't be moved (something the tree does not know is in the way) is left
     /// where it is, with a warning in the log: the node then is at its new path without its files.
-    /// When the project model refuses the new translation files, that exception comes last, after
-    /// everything else was done.
+    /// When the translation files or the order file can't be written, that exception comes last,
+    /// when the node has its name and place and was signalled.
     void setName(const std::string& name);
 
     // Loading and making

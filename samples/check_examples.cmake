@@ -1,0 +1,23 @@
+# cmake -DDOCUMENT=FILE -DEXAMPLE=FILE -P check_examples.cmake
+#
+# Fails unless DOCUMENT has C++ blocks and every one stands in EXAMPLE, byte for byte.
+file(READ "${DOCUMENT}" rest)
+file(READ "${EXAMPLE}" example)
+set(opening "```cpp\n")
+set(blocks 0)
+string(FIND "${rest}" "${opening}" start)
+while(NOT start EQUAL -1)
+  math(EXPR start "${start} + 7")
+  string(SUBSTRING "${rest}" ${start} -1 rest)
+  string(FIND "${rest}" "```\n" end)
+  string(SUBSTRING "${rest}" 0 ${end} block)
+  string(FIND "${example}" "${block}" found)
+  if(found EQUAL -1)
+    message(FATAL_ERROR "${DOCUMENT} shows what is not in ${EXAMPLE}:\n${block}")
+  endif()
+  math(EXPR blocks "${blocks} + 1")
+  string(FIND "${rest}" "${opening}" start)
+endwhile()
+if(blocks EQUAL 0)
+  message(FATAL_ERROR "${DOCUMENT} shows no example")
+endif()
