@@ -1,9 +1,9 @@
 #include "behavior_export.hpp"
 #include "file_names.hpp"
+#include "translation_memo.hpp"
 
 #include <kr/localization/context_patchers.hpp>
 #include <kr/localization/translators.hpp>
-#include <kr/localization/ts.hpp>
 #include <kxboxlibrary/box_constants.hpp>
 #include <kxboxlibrary/box_data.hpp>
 #include <kxboxlibrary/box_library.hpp>
@@ -60,7 +60,7 @@ ArchiveFormat libraryFormatToProjectFormat(BoxLibrary::LibraryFormat format)
 }
 
 BoxLibrary::BoxLibrary(ProjectModel model, bool readOnly, QObject* parent)
-    : QObject(parent), m_model(std::move(model))
+    : QObject(parent), m_model(std::move(model)), m_memo(std::make_unique<TranslationMemo>())
 {
     std::unique_ptr<BoxLibraryNode, TreeDeleter> root(new BoxLibraryNode(this));
     m_readOnly = readOnly;
@@ -193,7 +193,7 @@ void BoxLibrary::updateTranslators()
             warn("- could not open translation file: " + path.toStdString(), __LINE__);
             continue;
         }
-        const auto translator = KR::Localization::TS::translatorFrom(file.readAll());
+        const auto translator = m_memo->read(file.readAll());
         const QString language = translator.languageCode();
         if (language.isEmpty()) {
             warn("- No language code found in " + path.toStdString() + " translation file",
@@ -230,8 +230,7 @@ void BoxLibrary::replaceTranslationFiles(const Translators& translators)
         // There are no translations yet.
     }
     updateTranslationFilesList();
-    QMap<QString, QByteArray> files;
-    KR::Localization::translatorsTo(translators, files);
+    const QMap<QString, QByteArray> files = m_memo->write(translators);
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
         m_model.writeFile(translationFile(it.key()), it.value());
     }

@@ -21,12 +21,12 @@ std::vector<QPointer<BoxLibraryNode>> treeOf(BoxLibraryNode* node)
     return nodes;
 }
 
-/// Deletes those that are left of nodes given parents first. Children go before their parents,
-/// which may be their QObject parents.
+/// Deletes those of nodes, given parents first, that are left. Those that are QObject children go
+/// with their parents, which takes constant time for each; to delete them first would not.
 void deleteAll(const std::vector<QPointer<BoxLibraryNode>>& nodes)
 {
-    for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
-        delete node->data();
+    for (const auto& node : nodes) {
+        delete node.data();
     }
 }
 
@@ -34,10 +34,9 @@ void deleteAll(const std::vector<QPointer<BoxLibraryNode>>& nodes)
 
 void TreeDeleter::operator()(BoxLibrary* library) const
 {
-    auto nodes = treeOf(library->boxRoot());
-    nodes.erase(nodes.begin()); // the library's own
-    deleteAll(nodes);
+    const auto nodes = treeOf(library->boxRoot());
     delete library;
+    deleteAll(nodes);
 }
 
 void TreeDeleter::operator()(BoxLibraryNode* node) const

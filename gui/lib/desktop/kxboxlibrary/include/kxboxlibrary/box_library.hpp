@@ -11,9 +11,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace KX {
 
 class BoxLibraryNode;
+class TranslationMemo;
 
 /// An open box library: a tree of folders and boxes, their files, and the translations of their
 /// texts.
@@ -26,7 +29,8 @@ class BoxLibraryNode;
 /// Translations. The files are what counts: the translators are read from them and never stored
 /// otherwise. Every message has a context that says which node it belongs to, "Library:/" and the
 /// node's path. Each operation that changes messages rewrites all translation files and reads them
-/// again, in time proportional to the number of messages, also when none was concerned.
+/// again, also when none was concerned; it takes time in proportion to the messages of the
+/// languages that did change, and to the bytes of all files.
 ///
 /// Ownership: the library owns its project model and the root node. Nodes that were loaded or
 /// created in place outlive it (box_library_node.hpp); TreeDeleter deletes them too.
@@ -204,6 +208,7 @@ private:
     bool m_dirty = false;
     QStringList m_translationFiles;
     Translators m_translators;
+    std::unique_ptr<TranslationMemo> m_memo;
 };
 
 /// The project's form for a library's: Directory and Zip, Unspecified for what is no format.
