@@ -76,8 +76,7 @@ boost::shared_ptr<XmlElement> readBox(const QString& directory)
         throw std::runtime_error("Could not parse box BHX file.");
     }
     const auto root = document->root();
-    const auto box =
-        root ? root->firstChild(BoxConstants::a_boxBeacon) : boost::shared_ptr<XmlElement>();
+    auto box = root ? root->firstChild(BoxConstants::a_boxBeacon) : boost::shared_ptr<XmlElement>();
     if (!box) {
         throw std::runtime_error("BHX file does not contain a root box.");
     }
@@ -117,18 +116,18 @@ void writeBehavior(const pk::project::ProjectModel& model, const QString& path,
                    const QDir& destination)
 {
     makeDirectory(destination, path);
-    const QString directory = destination.filePath(path);
-    model.exportFile(path, directory, true);
+    const QString localPath = destination.filePath(path);
+    model.exportFile(path, localPath, true);
 
-    pk::project::Project project(directory.toStdString());
+    pk::project::Project project(localPath.toStdString());
     project.setMetadata("Type", BoxConstants::a_behaviorProjectType);
     project.setMetadata("Version", BoxConstants::a_behaviorProjectVersion);
 
-    const auto box = readBox(directory);
+    const auto box = readBox(localPath);
     const auto name = box->attribute("name", std::string());
     box->setAttribute("name", "root", false);
-    removeIfThere(directory + QStringLiteral("/box.bhx"));
-    writeBox(box, directory + QStringLiteral("/behavior.bhx"));
+    removeIfThere(localPath + QStringLiteral("/box.bhx"));
+    writeBox(box, localPath + QStringLiteral("/behavior.bhx"));
     pk::project::BehaviorProject(project).setName(name);
 }
 

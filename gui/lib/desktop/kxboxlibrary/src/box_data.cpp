@@ -5,6 +5,7 @@
 #include <kxboxlibrary/box_data.hpp>
 #include <kxboxlibrary/box_library_node.hpp>
 
+#include <QMetaType>
 #include <boost/make_shared.hpp>
 
 #include <initializer_list>
@@ -59,7 +60,7 @@ std::string signature(const XmlElement& element, std::initializer_list<const cha
 
 BoxData::BoxData(BoxLibraryNode* node) : m_node(node) {}
 
-BoxData::BoxData(BoxLibraryNode* node, boost::shared_ptr<const XmlElement> xml)
+BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>& xml)
     : QObject(node), m_node(node)
 {
     if (!xml) {
@@ -151,10 +152,10 @@ void BoxData::saveName(const std::string& name)
     edit([&name](XmlElement& box) { box.setAttribute("name", name, false); });
 }
 
-void BoxData::save(boost::shared_ptr<XmlElement> xml)
+void BoxData::save(const boost::shared_ptr<XmlElement>& xml)
 {
     if (m_node) {
-        m_node->saveBox(std::move(xml), m_behavior);
+        m_node->saveBox(xml, m_behavior);
     }
 }
 
@@ -171,7 +172,7 @@ QByteArray BoxData::xmlData() const
 boost::shared_ptr<BoxData> BoxData::clone(BoxLibraryNode* node) const
 {
     // The constructor is private, which make_shared cannot call.
-    const boost::shared_ptr<BoxData> copy(new BoxData(node));
+    boost::shared_ptr<BoxData> copy(new BoxData(node));
     copy->m_tooltip = m_tooltip;
     copy->m_bitmaps = m_bitmaps;
     copy->m_bitmapExpanded = m_bitmapExpanded;
@@ -179,7 +180,7 @@ boost::shared_ptr<BoxData> BoxData::clone(BoxLibraryNode* node) const
     return copy;
 }
 
-bool BoxData::isBehavior(boost::shared_ptr<const XmlElement> box)
+bool BoxData::isBehavior(const boost::shared_ptr<const XmlElement>& box)
 {
     if (!box) {
         throw std::invalid_argument("only a box element can be a behaviour");

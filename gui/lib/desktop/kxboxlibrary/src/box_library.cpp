@@ -194,7 +194,7 @@ void BoxLibrary::updateTranslators()
             continue;
         }
         const auto translator = m_memo->read(file.readAll());
-        const QString language = translator.languageCode();
+        const QString& language = translator.languageCode();
         if (language.isEmpty()) {
             warn("- No language code found in " + path.toStdString() + " translation file",
                  __LINE__);
@@ -288,9 +288,11 @@ void BoxLibrary::insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibr
     int position = qBound(0, index, parent->children().size());
     try {
         for (BoxLibraryNode* const node : std::as_const(nodes)) {
-            const QString name = node != nullptr ? QString::fromStdString(node->name()) : QString();
-            if (parent->insertChild(position, node) != nullptr) {
-                names.insert(name, QString::fromStdString(node->name()));
+            const std::string name = node != nullptr ? node->name() : std::string();
+            const BoxLibraryNode* const inserted = parent->insertChild(position, node);
+            if (inserted != nullptr) {
+                names.insert(QString::fromStdString(name),
+                             QString::fromStdString(inserted->name()));
                 ++position;
             }
         }

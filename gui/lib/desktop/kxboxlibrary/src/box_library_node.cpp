@@ -106,6 +106,7 @@ BoxLibraryNode* BoxLibraryNode::child(const std::string& name) const
     return nullptr;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the library changes
 void BoxLibraryNode::setDirty(bool value)
 {
     if (BoxLibrary* const library = this->library()) {
@@ -303,7 +304,7 @@ QByteArray BoxLibraryNode::loadBoxData() const
     return model != nullptr ? box_file::loadBytes(*model, prefix()) : QByteArray();
 }
 
-void BoxLibraryNode::saveBox(boost::shared_ptr<XmlElement> box, bool /*behavior*/)
+void BoxLibraryNode::saveBox(const boost::shared_ptr<XmlElement>& box, bool /*behavior*/)
 {
     if (pk::project::ProjectModel* const model = project()) {
         box_file::save(*model, prefix(), box);
@@ -330,6 +331,7 @@ QString BoxLibraryNode::translationContext() const
            path();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the library changes
 void BoxLibraryNode::changeContext(const QString& from, const QString& to)
 {
     if (BoxLibrary* const library = this->library()) {
@@ -337,6 +339,7 @@ void BoxLibraryNode::changeContext(const QString& from, const QString& to)
     }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the library changes
 void BoxLibraryNode::removeTranslations()
 {
     if (BoxLibrary* const library = this->library()) {

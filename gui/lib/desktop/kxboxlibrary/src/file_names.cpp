@@ -74,7 +74,7 @@ std::string number(const std::string& name, int number)
 
 std::string unNumber(const std::string& name)
 {
-    const std::string text = encode(decode(name));
+    std::string text = encode(decode(name));
     if (text.empty() || text.back() != ')') {
         return text;
     }

@@ -30,7 +30,7 @@ void BoxLibraryNode::detach(BoxLibraryNode* child)
     }
 }
 
-void BoxLibraryNode::forward(BoxLibraryNode* child)
+void BoxLibraryNode::forward(BoxLibraryNode* child) const
 {
     connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
 }
@@ -54,7 +54,7 @@ void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::function
     setDirty(true);
 }
 
-void BoxLibraryNode::removeFiles(ProjectModel& model)
+void BoxLibraryNode::removeFiles(ProjectModel& model) const
 {
     try {
         model.remove(path());
@@ -179,6 +179,7 @@ void BoxLibraryNode::removeChild(int index)
     setDirty(true);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the project changes
 void BoxLibraryNode::unInit()
 {
     if (ProjectModel* const model = project()) {

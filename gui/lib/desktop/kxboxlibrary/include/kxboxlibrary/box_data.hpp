@@ -8,7 +8,6 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QMetaType>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -41,7 +40,7 @@ public:
     /// parent too. A missing or bad "bitmap_expanded" counts as true; bitmaps without text and
     /// inputs, outputs and parameters that KR::XmlManager refuses are left out. Throws
     /// std::invalid_argument when `xml` is null.
-    BoxData(BoxLibraryNode* node, boost::shared_ptr<const XmlElement> xml);
+    BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>& xml);
     ~BoxData() override;
     BoxData(const BoxData&) = delete;
     BoxData& operator=(const BoxData&) = delete;
@@ -81,7 +80,7 @@ public:
     void saveName(const std::string& name);
 
     /// BoxLibraryNode::saveBox() of the node; nothing without a node.
-    void save(boost::shared_ptr<XmlElement> xml);
+    void save(const boost::shared_ptr<XmlElement>& xml);
     /// BoxLibraryNode::loadBox() of the node: the file is parsed for every call. Null without one.
     boost::shared_ptr<XmlElement> load() const;
     /// BoxLibraryNode::loadBoxData() of the node; empty without one.
@@ -95,7 +94,7 @@ public:
     /// and onStop of a stand-alone behaviour, and a completion output, under any name, perhaps
     /// among others. Only direct children of the "Box" element count; the attributes are compared
     /// as texts, so "1" and "01" differ. Throws std::invalid_argument when `box` is null.
-    static bool isBehavior(boost::shared_ptr<const XmlElement> box);
+    static bool isBehavior(const boost::shared_ptr<const XmlElement>& box);
 
 Q_SIGNALS:
     // Each comes when the value is in place and, where it could be, written.
@@ -124,5 +123,3 @@ private:
 };
 
 } // namespace KX
-
-Q_DECLARE_METATYPE(QList<QString>)

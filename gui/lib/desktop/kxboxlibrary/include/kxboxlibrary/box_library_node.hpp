@@ -250,7 +250,7 @@ public:
     /// std::runtime_error when XML can't hold it (it is nested too deep) or not all of it could be
     /// written; but for the last, the files are then as before. That there was no ".metadata", the
     /// usual case, is an error record in the log's category "kxboxlibrary".
-    void saveBox(boost::shared_ptr<XmlElement> box, bool behavior);
+    void saveBox(const boost::shared_ptr<XmlElement>& box, bool behavior);
 
     /// The files of the node's directory, and below it, but for box files and ".metadata". Null
     /// without a project.
@@ -271,10 +271,9 @@ Q_SIGNALS:
     /// The name or box data of `node`, this one or one below it, changed.
     void dataChanged(KX::BoxLibraryNode* node);
 
-private Q_SLOTS:
-    void onBoxDataChanged();
-
 private:
+    Q_SLOT void onBoxDataChanged();
+
     /// The path, with a "/" behind it unless it is empty.
     QString prefix() const;
     bool isBelow(const BoxLibraryNode* node) const;
@@ -291,11 +290,11 @@ private:
     /// Removes what a node that was taken left at this node's place.
     void clearPlace(pk::project::ProjectModel& model);
     void moveFiles(const std::string& oldFileName);
-    void removeFiles(pk::project::ProjectModel& model);
+    void removeFiles(pk::project::ProjectModel& model) const;
 
     void attach(int index, BoxLibraryNode* child);
     void detach(BoxLibraryNode* child);
-    void forward(BoxLibraryNode* child);
+    void forward(BoxLibraryNode* child) const;
     /// Makes `child` a child, with `fill` for its name and files; undone when that throws.
     void adopt(int index, BoxLibraryNode* child, const std::function<void()>& fill);
     BoxLibraryNode* createChild(int index, const std::function<void(BoxLibraryNode&)>& init);

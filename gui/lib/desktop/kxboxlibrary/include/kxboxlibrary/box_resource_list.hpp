@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 namespace KX {
 
 /// Where a box's resources are: files beside its box file, such as pictures and sounds.
@@ -14,9 +16,8 @@ namespace KX {
 class BoxResourceList
 {
 public:
-    BoxResourceList(pk::project::ProjectModel* model, const QString& directory,
-                    const QStringList& names)
-        : projectModel(model), path(directory), files(names)
+    BoxResourceList(pk::project::ProjectModel* model, QString directory, QStringList names)
+        : projectModel(model), path(std::move(directory)), files(std::move(names))
     {
     }
 
