@@ -496,6 +496,17 @@ TEST(NodeOwnership, LeavesBoxDataToWhoeverElseHoldsThem)
     EXPECT_EQ(data->load(), nullptr);
 }
 
+TEST(NodeOwnership, LeavesReplacedBoxDataToWhoeverElseHoldsThem)
+{
+    auto node = std::make_unique<BoxLibraryNode>();
+    const auto old = dataFor(node.get());
+    node->setBoxDataInternal(old);
+    node->setBoxDataInternal(dataFor(node.get()));
+    node.reset();
+    EXPECT_EQ(old.use_count(), 1);
+    EXPECT_EQ(old->parent(), nullptr);
+}
+
 // Box data
 
 TEST(SetBoxData, MakesANodeABox)
