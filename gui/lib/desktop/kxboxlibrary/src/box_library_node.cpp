@@ -42,9 +42,10 @@ BoxLibraryNode::BoxLibraryNode(BoxLibrary* library) : QObject(library), m_librar
 
 BoxLibraryNode::~BoxLibraryNode()
 {
-    // Others may hold the data, so they must not die with their QObject parent.
-    if (m_boxData && m_boxData->parent() == this) {
-        m_boxData->setParent(nullptr);
+    // Others may hold data of this node, replaced ones too, so none must die with their QObject
+    // parent.
+    for (BoxData* const data : findChildren<BoxData*>(QString(), Qt::FindDirectChildrenOnly)) {
+        data->setParent(nullptr);
     }
 }
 

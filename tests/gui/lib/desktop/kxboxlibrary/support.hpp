@@ -7,16 +7,21 @@
 #include <kxboxlibrary/tree_deleter.hpp>
 #include <pk/log.hpp>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMetaMethod>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <string>
+#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -64,6 +69,61 @@ inline QByteArray getLocal(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
+}
+
+/// While it lives, files can be made but nothing can be written into them.
+class NoSpaceForFiles
+{
+public:
+    NoSpaceForFiles() : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
+        const rlimit nothing{0, m_before.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &nothing), 0);
+    }
+    ~NoSpaceForFiles()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        static_cast<void>(std::signal(SIGXFSZ, m_handler));
+    }
+    NoSpaceForFiles(const NoSpaceForFiles&) = delete;
+    NoSpaceForFiles& operator=(const NoSpaceForFiles&) = delete;
+    NoSpaceForFiles(NoSpaceForFiles&&) = delete;
+    NoSpaceForFiles& operator=(NoSpaceForFiles&&) = delete;
+
+private:
+    void (*m_handler)(int);
+    rlimit m_before{};
+};
+
+/// The methods that a class itself adds to its meta-object, such as
+/// "public signal titleChanged(QString title)".
+inline Names methodsOf(const QMetaObject& meta)
+{
+    const std::array<const char*, 3> access{"private", "protected", "public"};
+    const std::array<const char*, 4> kind{"method", "signal", "slot", "constructor"};
+    Names methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        QByteArrayList arguments = method.parameterTypes();
+        for (int argument = 0; argument < arguments.size(); ++argument) {
+            arguments[argument] += ' ' + method.parameterNames().at(argument);
+        }
+        methods.push_back(std::string(access.at(method.access())) + " " +
+                          kind.at(method.methodType()) + " " + method.name().toStdString() + "(" +
+                          arguments.join(", ").toStdString() + ")");
+    }
+    return methods;
+}
+
+/// Delivers what queued connections hold for an object.
+inline void deliverQueued(QObject& receiver)
+{
+    std::string name = "kxboxlibrary_test";
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    int count = 1;
+    const QCoreApplication application(count, arguments.data());
+    QCoreApplication::sendPostedEvents(&receiver);
 }
 
 /// Keeps what is logged while it lives.
@@ -224,7 +284,8 @@ translators(const std::vector<KR::Localization::Translator>& languages)
 inline Names contextsOf(const BoxLibrary& library, const std::string& language)
 {
     Names contexts;
-    for (const auto& message : library.translations().value(q(language)).messages()) {
+    const KR::Localization::Translator found = library.translations().value(q(language));
+    for (const auto& message : found.messages()) {
         contexts.push_back(message.context().toStdString());
     }
     return contexts;
