@@ -58,7 +58,8 @@ inline std::string describe(BoxLibrary& library)
     languages.sort();
     for (const QString& language : std::as_const(languages)) {
         text += "language " + language.toStdString() + "\n";
-        for (const auto& message : translators.value(language).messages()) {
+        const auto translator = translators.value(language);
+        for (const auto& message : translator.messages()) {
             text += message.context().toStdString() + "|" + message.source().toStdString() + "|" +
                     message.translation().toStdString() + "\n";
         }

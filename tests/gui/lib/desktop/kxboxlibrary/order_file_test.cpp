@@ -75,12 +75,12 @@ TEST(OrderFile, IsACanonicalDocument)
 {
     ProjectModel model;
     order_file::write(model, QString(), {"B", "A/B"});
-    EXPECT_EQ(model.readFile(q("bxlinfo")),
-              QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                         "<Folder>\n"
-                         "  <Node name=\"B\"/>\n"
-                         "  <Node name=\"A/B\"/>\n"
-                         "</Folder>\n"));
+    EXPECT_EQ(model.readFile(q("bxlinfo")).toStdString(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<Folder>\n"
+              "  <Node name=\"B\" />\n"
+              "  <Node name=\"A/B\" />\n"
+              "</Folder>\n");
 }
 
 TEST(OrderFile, ReplacesTheOneBefore)

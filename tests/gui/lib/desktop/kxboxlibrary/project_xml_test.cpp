@@ -49,11 +49,11 @@ TEST(ProjectXml, ReadsNothingFromWhatIsNoDocument)
 
 TEST(ProjectXml, GivesTheBytesOfADocument)
 {
-    EXPECT_EQ(project_xml::toBytes(element("<A><B c='&lt;'/></A>")),
-              QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                         "<A>\n"
-                         "  <B c=\"&lt;\"/>\n"
-                         "</A>\n"));
+    EXPECT_EQ(project_xml::toBytes(element("<A><B c='&lt;'/></A>")).toStdString(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<A>\n"
+              "  <B c=\"&lt;\" />\n"
+              "</A>\n");
 }
 
 TEST(ProjectXml, ThrowsForADocumentThatCannotBeWritten)

@@ -1,6 +1,7 @@
 #include "library_description.hpp"
 
 #include <QProcess>
+#include <boost/make_shared.hpp>
 
 namespace KX::test {
 namespace {

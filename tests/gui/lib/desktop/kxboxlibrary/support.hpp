@@ -270,7 +270,8 @@ translators(const std::vector<KR::Localization::Translator>& languages)
 inline Names contextsOf(const BoxLibrary& library, const std::string& language)
 {
     Names contexts;
-    for (const auto& message : library.translations().value(q(language)).messages()) {
+    const auto translator = library.translations().value(q(language));
+    for (const auto& message : translator.messages()) {
         contexts.push_back(message.context().toStdString());
     }
     return contexts;
