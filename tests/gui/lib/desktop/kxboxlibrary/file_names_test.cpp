@@ -13,9 +13,9 @@ struct Conversion
     std::string to;
 };
 
-void PrintTo(const Conversion& conversion, std::ostream* stream)
+std::ostream& operator<<(std::ostream& stream, const Conversion& conversion)
 {
-    *stream << "'" << conversion.from << "' to '" << conversion.to << "'";
+    return stream << "'" << conversion.from << "' to '" << conversion.to << "'";
 }
 
 const std::string a_replacement = "\xef\xbf\xbd"; // U+FFFD

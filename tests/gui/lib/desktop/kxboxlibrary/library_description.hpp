@@ -26,7 +26,8 @@ inline std::string describeBox(const BoxLibraryNode& node)
                        std::to_string(static_cast<int>(data->bitmapExpanded())) + "\n";
     text += "inputs" + describeIos(data->inputs()) + "outputs" + describeIos(data->outputs()) +
             "parameters" + describeIos(data->parameters()) + data->xmlData().toStdString();
-    for (const QString& file : node.resources()->files) {
+    const auto resources = node.resources();
+    for (const QString& file : std::as_const(resources->files)) {
         text += "resource " + file.toStdString() + " " +
                 node.project()->readFile(node.path() + q("/") + file).toStdString() + "\n";
     }

@@ -45,7 +45,7 @@ TEST_P(LoadingFromDisk, FollowsTheOrderFileAndPassesTranslationsOver)
 {
     const Library library = openFromDisk(project({{"B/box.bhx", boxFile()},
                                                   {"A/C/", {}},
-                                                  {"translations/fr.ts", "<TS language=\"fr\"/>"},
+                                                  {"translations/fr.ts", R"(<TS language="fr"/>)"},
                                                   {"bxlinfo", orderFile({"A", "B"})}}));
     EXPECT_EQ(treeText(library), "A{C{}} B!");
     EXPECT_EQ(orderIn(library->projectModel()), (Names{"A", "B"}));
@@ -94,7 +94,7 @@ TEST(Loading, IgnoresAnOrderFileWithAnotherRoot)
     const Library library =
         open(project({{"A/", {}},
                       {"B/", {}},
-                      {"bxlinfo", "<Order><Node name=\"B\"/><Node name=\"A\"/></Order>"}}));
+                      {"bxlinfo", R"(<Order><Node name="B"/><Node name="A"/></Order>)"}}));
     EXPECT_EQ(treeText(library), "A{} B{}");
     EXPECT_EQ(orderIn(library->projectModel()), (Names{"A", "B"}));
 }
@@ -103,7 +103,7 @@ TEST(Loading, IgnoresADamagedOrderFileInSilence)
 {
     const LogRecords log;
     const Library library =
-        open(project({{"A/", {}}, {"B/", {}}, {"bxlinfo", "<Folder><Node name=\"B\"/>"}}));
+        open(project({{"A/", {}}, {"B/", {}}, {"bxlinfo", R"(<Folder><Node name="B"/>)"}}));
     EXPECT_EQ(treeText(library), "A{} B{}");
     EXPECT_EQ(orderIn(library->projectModel()), (Names{"A", "B"}));
     EXPECT_TRUE(log.all().empty());
@@ -122,7 +122,7 @@ TEST(Loading, DropsNamesWithoutADirectoryFromTheOrderFile)
 TEST(Loading, DropsEntriesWithoutANameFromTheOrderFile)
 {
     const Library library = open(project(
-        {{"A/", {}}, {"B/", {}}, {"bxlinfo", "<Folder><Node/><Node name=\"B\"/></Folder>"}}));
+        {{"A/", {}}, {"B/", {}}, {"bxlinfo", R"(<Folder><Node/><Node name="B"/></Folder>)"}}));
     EXPECT_EQ(treeText(library), "B{} A{}");
     EXPECT_EQ(orderIn(library->projectModel()), (Names{"B", "A"}));
 }
@@ -163,7 +163,7 @@ TEST(Loading, FindsListedNamesByTheirFileNames)
 
 TEST(Loading, TakesNamesFromTheDirectories)
 {
-    const Library library = open(project({{"%41%3a/box.bhx", boxFile("tooltip=\"t\"")},
+    const Library library = open(project({{"%41%3a/box.bhx", boxFile(R"(tooltip="t")")},
                                           {"a\\b/", {}},
                                           {"50%/", {}},
                                           {"Box (2)/", {}}}));
@@ -204,7 +204,7 @@ TEST(Loading, LeavesNamesThatXmlCannotHoldOutOfTheOrderFile)
 
 TEST(Loading, TakesADirectoryWithABoxFileForABoxWithoutChildren)
 {
-    const Library library = open(project({{"Box/box.bhx", boxFile("tooltip=\"t\"")},
+    const Library library = open(project({{"Box/box.bhx", boxFile(R"(tooltip="t")")},
                                           {"Box/images/a.png", "picture"},
                                           {"Box/Inner/box.bhx", boxFile()},
                                           {"Box/bxlinfo", orderFile({"Inner"})}}));
@@ -228,7 +228,7 @@ TEST(Loading, TakesADirectoryWithoutAReadableBoxFileForAFolder)
 {
     const Library library =
         open(project({{"A/box.bhx", "damaged"},
-                      {"B/box.bhx", "<KinestraBox bhx_version=\"99\"><Box/></KinestraBox>"},
+                      {"B/box.bhx", R"(<KinestraBox bhx_version="99"><Box/></KinestraBox>)"},
                       {"B/Inner/", {}},
                       {"C/box.bhx/", {}}}));
     EXPECT_EQ(treeText(library), "A{} B{Inner{}} C{box.bhx{}}");
@@ -246,7 +246,7 @@ TEST(Loading, IgnoresOtherFilesInAFolder)
 
 TEST(Loading, TakesTheTopForABoxWhenItHoldsABoxFile)
 {
-    const Library library = open(project({{"box.bhx", boxFile("tooltip=\"t\"")}, {"A/", {}}}));
+    const Library library = open(project({{"box.bhx", boxFile(R"(tooltip="t")")}, {"A/", {}}}));
     ASSERT_TRUE(library->boxRoot()->boxData());
     EXPECT_EQ(library->boxRoot()->boxData()->tooltip(), q("t"));
     EXPECT_TRUE(library->boxRoot()->children().isEmpty());

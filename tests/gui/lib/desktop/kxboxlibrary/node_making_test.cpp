@@ -110,7 +110,7 @@ TEST(NewBox, HasTheDataAndTheBoxFileOfTheDescription)
 {
     const Library library = newLibrary();
     const RootBoxDescription made{"Say: Hello (3)",
-                                  element("<Box name=\"x\" tooltip=\"t\"><Diagram/></Box>")};
+                                  element(R"(<Box name="x" tooltip="t"><Diagram/></Box>)")};
     const BoxLibraryNode* const box = library->boxRoot()->appendChild(made);
     EXPECT_EQ(box->name(), "Say: Hello");
     EXPECT_EQ(box->path(), q("Say%3a Hello"));
@@ -265,7 +265,7 @@ TEST(NodeClone, OfAFolderHasTheFolderAtItsTop)
 TEST(NodeClone, OfABoxHasItsFilesAndDataThatForwardNothing)
 {
     const Library library = open(project(
-        {{"Box (2)/box.bhx", boxFile("tooltip=\"t\"")}, {"Box (2)/images/a.png", "picture"}}));
+        {{"Box (2)/box.bhx", boxFile(R"(tooltip="t")")}, {"Box (2)/images/a.png", "picture"}}));
     const DetachedNode copy(library->boxRoot()->child(0)->clone());
     EXPECT_EQ(copy->name(), "Box");
     EXPECT_EQ(filesOf(*copy->project()), (Names{"box.bhx", "images/a.png"}));

@@ -18,9 +18,10 @@ struct NameRequest
     std::string fileName;
 };
 
-void PrintTo(const NameRequest& request, std::ostream* stream)
+std::ostream& operator<<(std::ostream& stream, const NameRequest& request)
 {
-    *stream << testing::PrintToString(request.siblings) << " and '" << request.requested << "'";
+    return stream << testing::PrintToString(request.siblings) << " and '" << request.requested
+                  << "'";
 }
 
 /// A library with folders in directories of these names.
@@ -109,7 +110,7 @@ TEST(NodeInitName, ChangesNothingElse)
     ProjectModel model = project({{"Box/box.bhx", boxFile()}, {"Other/", {}}});
     model.mkdir(q("translations"), false);
     model.writeFile(q("translations/fr.ts"),
-                    "<TS language=\"fr\"><context><name>Library:/Box</name><message>"
+                    R"(<TS language="fr"><context><name>Library:/Box</name><message>)"
                     "<source>s</source><translation>t</translation></message></context></TS>");
     const Library library = open(std::move(model));
     const Names files = filesOf(library->projectModel());
@@ -153,7 +154,7 @@ TEST(NodeSetName, ToTheCurrentNameDoesNothing)
 TEST(NodeSetName, ThatEndsAtTheSameNameMovesNothingButChangesTheMessages)
 {
     const Library library = translatedLibrary(
-        project({{"Box/box.bhx", boxFile()}, {"Box (2)/box.bhx", boxFile("tooltip=\"second\"")}}),
+        project({{"Box/box.bhx", boxFile()}, {"Box (2)/box.bhx", boxFile(R"(tooltip="second")")}}),
         {"Library:/Box (2)"});
     BoxLibraryNode* const box = library->boxRoot()->child("Box (2)");
     const QSignalSpy nodeChanges(box, &BoxLibraryNode::dataChanged);
@@ -163,7 +164,7 @@ TEST(NodeSetName, ThatEndsAtTheSameNameMovesNothingButChangesTheMessages)
     EXPECT_EQ(box->name(), "Box (2)");
     EXPECT_EQ(box->fileName(), "Box (2)");
     EXPECT_EQ(library->projectModel().readFile(q("Box (2)/box.bhx")),
-              boxFile("tooltip=\"second\""));
+              boxFile(R"(tooltip="second")"));
     EXPECT_EQ(contextsOf(*library, "fr"), Names{"Library:/Box (2)"});
     EXPECT_FALSE(translations.isEmpty());
     EXPECT_TRUE(library->isDirty());
@@ -369,7 +370,7 @@ TEST(NodeSetName, ThrowsLastWhenTheTranslationsAreRefused)
     const QByteArray language(5000, 'x');
     const Library library = open(project(
         {{"Old/box.bhx", boxFile()},
-         {"translations/long.ts", "<TS version=\"2.1\" language=\"" + language + "\"></TS>"}}));
+         {"translations/long.ts", R"(<TS version="2.1" language=")" + language + "\"></TS>"}}));
     ASSERT_EQ(library->translations().size(), 1);
     const QSignalSpy changes(library.get(), &BoxLibrary::dataChanged);
     EXPECT_THROW(library->boxRoot()->child(0)->setName("New"), pk::project::InvalidPath);
@@ -488,7 +489,7 @@ private:
     void load()
     {
         static const Names directories{"%42ox", "%42ox (2)", "Box %283)", "Box (%34)", "a%2Fb"};
-        const std::string directory = directories[below(directories.size())];
+        const std::string& directory = directories[below(directories.size())];
         const auto& children = m_folder->children();
         if (std::any_of(children.begin(), children.end(), [&](const BoxLibraryNode* child) {
                 return child->fileName() == directory;

@@ -18,14 +18,14 @@ void spoilFiles(ProjectModel& model)
 {
     for (const std::string& file : filesOf(model)) {
         const bool isBox = q(file).endsWith(q(".bhx"));
-        model.writeFile(q(file), isBox ? boxFile("tooltip=\"spoilt\"") : a_stale);
+        model.writeFile(q(file), isBox ? boxFile(R"(tooltip="spoilt")") : a_stale);
     }
 }
 
 bool isWritten(const ProjectModel& model, const std::string& file)
 {
     const QByteArray bytes = model.readFile(q(file));
-    return bytes != a_stale && bytes != boxFile("tooltip=\"spoilt\"") && !bytes.isEmpty();
+    return bytes != a_stale && bytes != boxFile(R"(tooltip="spoilt")") && !bytes.isEmpty();
 }
 
 Library treeWithBoxes()
@@ -121,9 +121,9 @@ TEST(NodeSave, OfABoxWritesItsBoxFileFromWhatIsInIt)
     BoxLibraryNode* const box = library->boxRoot()->child("F");
     EXPECT_TRUE(box->save());
     EXPECT_EQ(filesOf(library->projectModel(), "F"), Names{"box.bhx"});
-    library->projectModel().writeFile(q("F/box.bhx"), boxFile("tooltip=\"t\"", "<Diagram/>"));
+    library->projectModel().writeFile(q("F/box.bhx"), boxFile(R"(tooltip="t")", "<Diagram/>"));
     EXPECT_TRUE(box->save());
-    EXPECT_NE(box->loadBoxData(), boxFile("tooltip=\"t\"", "<Diagram/>"));
+    EXPECT_NE(box->loadBoxData(), boxFile(R"(tooltip="t")", "<Diagram/>"));
     EXPECT_EQ(box->loadBox()->attribute("tooltip", std::string()), "t");
     EXPECT_TRUE(box->loadBox()->firstChild("Diagram"));
 }

@@ -37,9 +37,9 @@ struct OrderFileText
     Names names;
 };
 
-void PrintTo(const OrderFileText& text, std::ostream* stream)
+std::ostream& operator<<(std::ostream& stream, const OrderFileText& text)
 {
-    *stream << text.bytes;
+    return stream << text.bytes;
 }
 
 class ReadOrderFile : public testing::TestWithParam<OrderFileText>
@@ -53,11 +53,11 @@ TEST_P(ReadOrderFile, GivesTheNames)
 
 INSTANTIATE_TEST_SUITE_P(
     NoOrderFile, ReadOrderFile,
-    testing::Values(OrderFileText{"", {}}, OrderFileText{"<Folder><Node name=\"A\"/>", {}},
-                    OrderFileText{"<folder><Node name=\"A\"/></folder>", {}},
-                    OrderFileText{"<Folders><Node name=\"A\"/></Folders>", {}},
-                    OrderFileText{"<x:Folder><Node name=\"A\"/></x:Folder>", {}},
-                    OrderFileText{"<A><Folder><Node name=\"A\"/></Folder></A>", {}}));
+    testing::Values(OrderFileText{"", {}}, OrderFileText{R"(<Folder><Node name="A"/>)", {}},
+                    OrderFileText{R"(<folder><Node name="A"/></folder>)", {}},
+                    OrderFileText{R"(<Folders><Node name="A"/></Folders>)", {}},
+                    OrderFileText{R"(<x:Folder><Node name="A"/></x:Folder>)", {}},
+                    OrderFileText{R"(<A><Folder><Node name="A"/></Folder></A>)", {}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Content, ReadOrderFile,
@@ -93,7 +93,7 @@ TEST(OrderFile, ReplacesTheOneBefore)
 
 TEST(OrderFile, KeepsEveryNameThatXmlCanHold)
 {
-    const Names names{"<&>\"'",   " spaces ",         "tab\there", "line\nfeed", "carriage\rreturn",
+    const Names names{R"(<&>"')", " spaces ",         "tab\there", "line\nfeed", "carriage\rreturn",
                       "\xc3\xbc", "\xf0\x9f\x98\x80", "A",         "A",          ""};
     ProjectModel model;
     order_file::write(model, QString(), names);

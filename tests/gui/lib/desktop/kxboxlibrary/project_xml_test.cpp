@@ -25,7 +25,7 @@ TEST(ProjectXml, OpensNothingWhereThereIsNoFile)
 
 TEST(ProjectXml, ReadsTheRootElement)
 {
-    ProjectModel model = project({{"a.xml", "<!-- c --><A b=\"1\"/>"}});
+    ProjectModel model = project({{"a.xml", R"(<!-- c --><A b="1"/>)"}});
     const auto root = project_xml::read(project_xml::open(model, a_file, "rb"));
     ASSERT_TRUE(root);
     EXPECT_EQ(root->beacon(), "A");

@@ -23,8 +23,8 @@ ProjectModel originalProject()
     ProjectModel model =
         project({{"Say: Hello/", {}},
                  {"Motions/Walk/box.bhx",
-                  boxFile("tooltip=\"Walks\"", "<Bitmaps><bitmap>a.png</bitmap></Bitmaps>" +
-                                                   std::string(behaviorContent()))},
+                  boxFile(R"(tooltip="Walks")", "<Bitmaps><bitmap>a.png</bitmap></Bitmaps>" +
+                                                    std::string(behaviorContent()))},
                  {"Motions/Walk/images/a.png", "picture"},
                  {"Motions/Sit/behavior.bhx", boxFile()},
                  {"Motions/bxlinfo", orderFile({"Walk", "Sit"})},

@@ -133,7 +133,7 @@ public:
     ~FileSizeLimit()
     {
         EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0);
-        std::signal(SIGXFSZ, m_signalBefore);
+        static_cast<void>(std::signal(SIGXFSZ, m_signalBefore));
     }
     FileSizeLimit(const FileSizeLimit&) = delete;
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
