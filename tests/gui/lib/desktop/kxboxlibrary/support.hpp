@@ -159,6 +159,50 @@ private:
     std::uint64_t m_handler;
 };
 
+/// Does something with every log record while it lives; what it throws reaches who logged.
+class LogHook
+{
+public:
+    explicit LogHook(std::function<void(const pk::log::Record&)> hook)
+        : m_handler(pk::log::addHandler(std::move(hook)))
+    {
+    }
+    ~LogHook() { pk::log::removeHandler(m_handler); }
+    LogHook(const LogHook&) = delete;
+    LogHook& operator=(const LogHook&) = delete;
+    LogHook(LogHook&&) = delete;
+    LogHook& operator=(LogHook&&) = delete;
+
+private:
+    std::uint64_t m_handler;
+};
+
+/// While it lives, no file of this process can grow beyond a number of bytes.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes) : m_signalBefore(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
+        struct rlimit limit = m_before;
+        limit.rlim_cur = bytes;
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FileSizeLimit()
+    {
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0);
+        static_cast<void>(std::signal(SIGXFSZ, m_signalBefore));
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    FileSizeLimit(FileSizeLimit&&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
+
+private:
+    struct rlimit m_before = {};
+    void (*m_signalBefore)(int);
+};
+
 /// The root element of a document given as text.
 inline boost::shared_ptr<XmlElement> element(const std::string& xml)
 {

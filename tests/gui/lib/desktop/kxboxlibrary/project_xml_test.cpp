@@ -1,0 +1,101 @@
+#include "project_xml.hpp"
+#include "support.hpp"
+
+#include <boost/make_shared.hpp>
+
+namespace KX::test {
+namespace {
+
+const QString a_file = QStringLiteral("a.xml");
+
+TEST(ProjectXml, OpensAFileOfTheProject)
+{
+    ProjectModel model = project({{"a.xml", "<A/>"}});
+    const auto stream = project_xml::open(model, a_file, "rb");
+    ASSERT_TRUE(stream);
+    EXPECT_EQ(std::fgetc(stream.get()), '<');
+}
+
+TEST(ProjectXml, OpensNothingWhereThereIsNoFile)
+{
+    ProjectModel model = project({{"directory/", {}}});
+    EXPECT_FALSE(project_xml::open(model, a_file, "rb"));
+    EXPECT_FALSE(project_xml::open(model, q("directory"), "wb"));
+}
+
+TEST(ProjectXml, ReadsTheRootElement)
+{
+    ProjectModel model = project({{"a.xml", R"(<!-- c --><A b="1"/>)"}});
+    const auto root = project_xml::read(project_xml::open(model, a_file, "rb"));
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->beacon(), "A");
+    EXPECT_EQ(root->attribute("b", 0), 1);
+}
+
+TEST(ProjectXml, ReadsNothingFromNoStream)
+{
+    const project_xml::Stream none(nullptr, &std::fclose);
+    EXPECT_FALSE(project_xml::readDocument(none));
+    EXPECT_FALSE(project_xml::read(none));
+}
+
+TEST(ProjectXml, ReadsNothingFromWhatIsNoDocument)
+{
+    for (const char* const bytes : {"", "no document", "<A>", "<A/><B/>"}) {
+        ProjectModel model = project({{"a.xml", bytes}});
+        EXPECT_FALSE(project_xml::read(project_xml::open(model, a_file, "rb"))) << bytes;
+    }
+}
+
+TEST(ProjectXml, GivesTheBytesOfADocument)
+{
+    EXPECT_EQ(project_xml::toBytes(element("<A><B c='&lt;'/></A>")).toStdString(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<A>\n"
+              "  <B c=\"&lt;\" />\n"
+              "</A>\n");
+}
+
+TEST(ProjectXml, ThrowsForADocumentThatCannotBeWritten)
+{
+    auto root = boost::make_shared<XmlElement>("A");
+    for (int depth = 0; depth < 256; ++depth) {
+        const auto parent = boost::make_shared<XmlElement>("A");
+        parent->addChild(root);
+        root = parent;
+    }
+    EXPECT_THROW(project_xml::toBytes(root), std::runtime_error);
+    EXPECT_THROW(project_xml::toBytes(nullptr), std::runtime_error);
+}
+
+TEST(ProjectXml, WritesAllBytes)
+{
+    ProjectModel model = project({{"a.xml", "longer than before"}});
+    const QByteArray bytes("with \0 inside", 13);
+    project_xml::write(project_xml::open(model, a_file, "wb"), bytes, a_file);
+    EXPECT_EQ(model.readFile(a_file), bytes);
+}
+
+TEST(ProjectXml, WritesNothingToNoStream)
+{
+    ProjectModel model = project({{"directory/", {}}});
+    project_xml::write(project_xml::open(model, q("directory"), "wb"), "bytes", q("directory"));
+    EXPECT_EQ(filesOf(model), Names{});
+}
+
+// What fits the stream's buffer fails when it is closed, what does not when it is written.
+TEST(ProjectXml, NamesTheFileThatCannotBeWrittenWhole)
+{
+    for (const int size : {1, 1'000'000}) {
+        const QByteArray bytes(size, 'x');
+        try {
+            project_xml::write({std::fopen("/dev/full", "wb"), &std::fclose}, bytes, a_file);
+            ADD_FAILURE() << size;
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(), "could not write 'a.xml': No space left on device");
+        }
+    }
+}
+
+} // namespace
+} // namespace KX::test
