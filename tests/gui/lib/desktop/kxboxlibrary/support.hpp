@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -223,11 +224,50 @@ translators(const std::vector<KR::Localization::Translator>& languages)
 /// The contexts of a language's messages, in order.
 inline Names contextsOf(const BoxLibrary& library, const std::string& language)
 {
+    const KR::Localization::Translator translator = library.translations().value(q(language));
     Names contexts;
-    for (const auto& message : library.translations().value(q(language)).messages()) {
+    for (const auto& message : translator.messages()) {
         contexts.push_back(message.context().toStdString());
     }
     return contexts;
+}
+
+/// Everything in a project: paths with the bytes of files, "<directory>" for directories.
+inline std::map<std::string, QByteArray> contentsOf(const ProjectModel& model)
+{
+    std::map<std::string, QByteArray> contents;
+    for (const QString& path : model.getFileList(QString(), true, true, false)) {
+        contents[path.toStdString()] = model.hasFile(path) ? model.readFile(path) : "<directory>";
+    }
+    return contents;
+}
+
+/// The paths of all nodes below one, in tree order.
+inline Names pathsBelow(const BoxLibraryNode& node)
+{
+    Names paths;
+    for (const BoxLibraryNode* const child : node.children()) {
+        paths.push_back(child->path().toStdString());
+        const Names below = pathsBelow(*child);
+        paths.insert(paths.end(), below.begin(), below.end());
+    }
+    return paths;
+}
+
+/// The library after it was saved in a form and opened from there.
+inline Library reopened(Library library, const TemporaryDirectory& directory,
+                        BoxLibrary::LibraryFormat form)
+{
+    const QString path = directory.path("saved.bxl");
+    library->saveTo(path, form);
+    library.reset();
+    return open(ProjectModel(path));
+}
+
+/// The names of forms in the names of tests.
+inline std::string formName(const testing::TestParamInfo<BoxLibrary::LibraryFormat>& form)
+{
+    return form.param == BoxLibrary::Archive ? "Archive" : "Directory";
 }
 
 } // namespace KX::test
