@@ -41,6 +41,35 @@ QString translationFile(const QString& language)
         .arg(translationsDirectory(), QString::fromStdString(name));
 }
 
+void removeTranslationFiles(ProjectModel& model)
+{
+    try {
+        model.remove(translationsDirectory());
+    } catch (const pk::project::PathNotFound&) {
+        // There are no translations yet.
+    }
+}
+
+QMap<QString, QByteArray> translationFiles(const BoxLibrary::Translators& translators)
+{
+    QMap<QString, QByteArray> files;
+    KR::Localization::translatorsTo(translators, files);
+    return files;
+}
+
+void putBackTranslationFiles(ProjectModel& model, const BoxLibrary::Translators& translators)
+{
+    removeTranslationFiles(model);
+    const auto files = translationFiles(translators);
+    for (auto it = files.cbegin(); it != files.cend(); ++it) {
+        try {
+            model.writeFile(translationFile(it.key()), it.value());
+        } catch (const pk::project::Error&) {
+            // The failure to report is the one before, and the other files are to come back.
+        }
+    }
+}
+
 QString escapedName(const QString& name)
 {
     return QString::fromStdString(file_names::escape(name.toStdString()));
@@ -212,11 +241,8 @@ void BoxLibrary::setTranslations(const Translators& translators)
         replaceTranslationFiles(translators);
     } catch (...) {
         if (!m_readOnly) { // else `before` came from elsewhere
-            try {
-                replaceTranslationFiles(before);
-            } catch (const pk::project::Error&) {
-                // The first failure is the one to report.
-            }
+            putBackTranslationFiles(m_model, before);
+            updateTranslationFilesList();
         }
         throw;
     }
@@ -224,14 +250,9 @@ void BoxLibrary::setTranslations(const Translators& translators)
 
 void BoxLibrary::replaceTranslationFiles(const Translators& translators)
 {
-    try {
-        m_model.remove(translationsDirectory());
-    } catch (const pk::project::PathNotFound&) {
-        // There are no translations yet.
-    }
+    removeTranslationFiles(m_model);
     updateTranslationFilesList();
-    QMap<QString, QByteArray> files;
-    KR::Localization::translatorsTo(translators, files);
+    const auto files = translationFiles(translators);
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
         m_model.writeFile(translationFile(it.key()), it.value());
     }
