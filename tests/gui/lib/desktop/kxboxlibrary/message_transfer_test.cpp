@@ -35,16 +35,13 @@ Names translationFilesOf(const Library& library)
     return filesOf(library->projectModel(), "translations");
 }
 
-QByteArray translationFile(const Library& library, const std::string& language)
-{
-    return library->projectModel().readFile(q("translations/translation_" + language + ".ts"));
-}
-
 /// The contexts in a language's file, read without the library.
 Names contextsInFile(const Library& library, const std::string& language)
 {
     Names contexts;
-    const auto root = element(translationFile(library, language).toStdString());
+    const QByteArray file =
+        library->projectModel().readFile(q("translations/translation_" + language + ".ts"));
+    const auto root = element(file.toStdString());
     for (const auto& context : root->children("context", "")) {
         contexts.push_back(*context->firstChild("name")->text());
     }
@@ -376,8 +373,7 @@ TEST(MessageTransfer, TheGivenTranslatorsStayAsTheyAre)
 
 TEST(MessageTransfer, AnEmptyListOfNodesDoesNotEvenRewriteTheFiles)
 {
-    const Library library =
-        open(project({{"translations/mine.ts", "<TS version=\"2.1\" language=\"fr\"></TS>"}}));
+    const Library library = open(project({{"translations/mine.ts", translationFile("fr")}}));
     const QSignalSpy signal(library.get(), &BoxLibrary::translationFilesListChanged);
     library->boxRoot()->insertChildren(0, {}, translators({translator("de", {"Library:/a"})}));
     EXPECT_EQ(translationFilesOf(library), Names{"mine.ts"});
@@ -400,9 +396,9 @@ TEST_P(MessageTransferWrites, AllFilesOnceAlsoWhenNoMessageIsConcerned)
 {
     const Library library = open(project(
         {{"Box/box.bhx", boxFile()},
-         {"translations/mine.ts", "<TS version=\"2.1\" language=\"fr\"><context>"
-                                  "<name>Library:/z</name><message><source>a</source>"
-                                  "<translation>b</translation></message></context></TS>"}}));
+         {"translations/mine.ts",
+          translationFile("fr", "<context><name>Library:/z</name><message><source>a</source>"
+                                "<translation>b</translation></message></context>")}}));
     QStringList lists;
     QObject::connect(library.get(), &BoxLibrary::translationFilesListChanged, library.get(),
                      [&] { lists.append(q(std::to_string(library->translationsFiles().size()))); });
@@ -469,12 +465,9 @@ TEST(MessageTransfer, MessagesThatCannotBeWrittenLeaveTheFormerOnesAndTheInserte
 
 TEST(MessageTransfer, ALanguageThatCannotBePutBackDoesNotTakeTheOthersWithIt)
 {
-    const auto file = [](const std::string& language) {
-        return QByteArray::fromStdString("<TS version=\"2.1\" language=\"" + language + "\"></TS>");
-    };
-    const Library library = open(project({{"translations/1.ts", file("de")},
-                                          {"translations/2.ts", file(unwritable())},
-                                          {"translations/3.ts", file("zu")}}));
+    const Library library = open(project({{"translations/1.ts", translationFile("de")},
+                                          {"translations/2.ts", translationFile(unwritable())},
+                                          {"translations/3.ts", translationFile("zu")}}));
     ASSERT_EQ(library->translations().size(), 3);
     EXPECT_THROW(library->removeTranslations(q("Library:/a")), pk::project::InvalidPath);
     EXPECT_EQ(translationFilesOf(library), (Names{"translation_de.ts", "translation_zu.ts"}));

@@ -328,8 +328,7 @@ TEST(NodeEditing, MessagesComeOnceAfterAllNodes)
 
 TEST(NodeEditing, NoNodesOrNoParentChangeNothing)
 {
-    const Library library =
-        open(project({{"translations/mine.ts", "<TS version=\"2.1\" language=\"fr\"></TS>"}}));
+    const Library library = open(project({{"translations/mine.ts", translationFile("fr")}}));
     const auto contents = contentsOf(library->projectModel());
     const auto messages = translators({translator("de", {"Library:/Box"})});
     const DetachedNode box(detachedBox("Box"));
@@ -400,7 +399,7 @@ TEST(NodeEditing, ANewBoxHasABoxFileAndData)
 {
     const Library library = libraryWith({"A", "B"});
     const BoxLibraryNode* const box = library->boxRoot()->insertChild(
-        1, RootBoxDescription("New", element("<Box name=\"x\" tooltip=\"tip\"/>")));
+        1, RootBoxDescription("New", element(R"(<Box name="x" tooltip="tip"/>)")));
     EXPECT_EQ(box->boxData()->tooltip(), q("tip"));
     EXPECT_EQ(box->loadBox()->attribute("tooltip", std::string()), "tip");
     EXPECT_EQ(filesOf(library->projectModel(), "New"), Names{"box.bhx"});
@@ -544,7 +543,7 @@ TEST_P(NodeEditingInBothForms, ATakenNodeOutlivesItsLibrary)
     const TemporaryDirectory directory;
     Library library = newLibrary();
     library->boxRoot()->appendChild("Folder")->appendChild(
-        RootBoxDescription("Box", element("<Box tooltip=\"tip\"/>")));
+        RootBoxDescription("Box", element(R"(<Box tooltip="tip"/>)")));
     library = reopened(std::move(library), directory, GetParam());
     const DetachedNode folder(library->boxRoot()->child(0)->take());
     library.reset();

@@ -169,10 +169,8 @@ TEST(NodeRemoving, FilesThatCannotBeRemovedAreReported)
 TEST(NodeRemoving, TranslationsThatCannotBeWrittenKeepTheChild)
 {
     const std::string language(5000, 'x'); // longer than the name of a file can be
-    const Library library = open(project(
-        {{"A/box.bhx", boxFile()},
-         {"translations/x.ts",
-          QByteArray::fromStdString("<TS version=\"2.1\" language=\"" + language + "\"></TS>")}}));
+    const Library library =
+        open(project({{"A/box.bhx", boxFile()}, {"translations/x.ts", translationFile(language)}}));
     BoxLibraryNode* const child = library->boxRoot()->child(0);
     EXPECT_THROW(library->boxRoot()->removeChild(0), pk::project::InvalidPath);
     EXPECT_EQ(library->boxRoot()->child(0), child);

@@ -106,7 +106,7 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
     FILE* const stream = ::fmemopen(const_cast<char*>(xml.data()), xml.size(), "rb");
     std::string error;
     const auto document = XmlDocument::loadFromXmlFile(stream, &error, nullptr);
-    std::fclose(stream);
+    static_cast<void>(std::fclose(stream));
     EXPECT_TRUE(document) << error << " in " << xml;
     return document ? document->root() : nullptr;
 }
@@ -114,8 +114,15 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
 /// A box file with the given attributes and content of its "Box".
 inline QByteArray boxFile(const std::string& attributes = {}, const std::string& content = {})
 {
-    return QByteArray::fromStdString("<KinestraBox bhx_version=\"3\"><Box name=\"root\" " +
+    return QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name="root" )" +
                                      attributes + ">" + content + "</Box></KinestraBox>");
+}
+
+/// A translation file.
+inline QByteArray translationFile(const std::string& language, const std::string& content = {})
+{
+    return QByteArray::fromStdString(R"(<TS version="2.1" language=")" + language + "\">" +
+                                     content + "</TS>");
 }
 
 /// What makes a box a behaviour.
