@@ -41,6 +41,15 @@ QString translationFile(const QString& language)
         .arg(translationsDirectory(), QString::fromStdString(name));
 }
 
+void removeTranslationFiles(ProjectModel& model)
+{
+    try {
+        model.remove(translationsDirectory());
+    } catch (const pk::project::PathNotFound&) {
+        // There are no translations yet.
+    }
+}
+
 QString escapedName(const QString& name)
 {
     return QString::fromStdString(file_names::escape(name.toStdString()));
@@ -208,31 +217,32 @@ void BoxLibrary::updateTranslators()
 void BoxLibrary::setTranslations(const Translators& translators)
 {
     const Translators before = m_translators;
+    removeTranslationFiles(m_model);
+    updateTranslationFilesList();
+    const QMap<QString, QByteArray> files = m_memo->write(translators);
     try {
-        replaceTranslationFiles(translators);
+        for (auto it = files.cbegin(); it != files.cend(); ++it) {
+            m_model.writeFile(translationFile(it.key()), it.value());
+        }
     } catch (...) {
         if (!m_readOnly) { // else `before` came from elsewhere
-            try {
-                replaceTranslationFiles(before);
-            } catch (const pk::project::Error&) {
-                // The first failure is the one to report.
-            }
+            putBackTranslations(before);
         }
         throw;
     }
+    updateTranslationFilesList();
 }
 
-void BoxLibrary::replaceTranslationFiles(const Translators& translators)
+void BoxLibrary::putBackTranslations(const Translators& translators)
 {
-    try {
-        m_model.remove(translationsDirectory());
-    } catch (const pk::project::PathNotFound&) {
-        // There are no translations yet.
-    }
-    updateTranslationFilesList();
+    removeTranslationFiles(m_model);
     const QMap<QString, QByteArray> files = m_memo->write(translators);
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
-        m_model.writeFile(translationFile(it.key()), it.value());
+        try {
+            m_model.writeFile(translationFile(it.key()), it.value());
+        } catch (const pk::project::Error&) {
+            // The failure to report is the one before, and the other files are to come back.
+        }
     }
     updateTranslationFilesList();
 }

@@ -129,6 +129,7 @@ BoxLibraryNode* BoxLibraryNode::clone() const
     const bool isRoot = m_parent == nullptr && m_library != nullptr;
     copy->initName(isRoot ? m_library->title().toStdString() : m_name);
     copy->m_detachedProject = copyFiles();
+    copy->m_leftFiles = m_leftFiles; // they were copied too
     if (m_boxData) {
         copy->m_boxData = m_boxData->clone(copy.get());
     }

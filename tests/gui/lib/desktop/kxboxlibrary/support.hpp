@@ -19,6 +19,7 @@
 #include <array>
 #include <csignal>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <sys/resource.h>
@@ -209,7 +210,7 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
     FILE* const stream = ::fmemopen(const_cast<char*>(xml.data()), xml.size(), "rb");
     std::string error;
     const auto document = XmlDocument::loadFromXmlFile(stream, &error, nullptr);
-    std::fclose(stream);
+    static_cast<void>(std::fclose(stream));
     EXPECT_TRUE(document) << error << " in " << xml;
     return document ? document->root() : nullptr;
 }
@@ -217,8 +218,15 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
 /// A box file with the given attributes and content of its "Box".
 inline QByteArray boxFile(const std::string& attributes = {}, const std::string& content = {})
 {
-    return QByteArray::fromStdString("<KinestraBox bhx_version=\"3\"><Box name=\"root\" " +
+    return QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name="root" )" +
                                      attributes + ">" + content + "</Box></KinestraBox>");
+}
+
+/// A translation file.
+inline QByteArray translationFile(const std::string& language, const std::string& content = {})
+{
+    return QByteArray::fromStdString(R"(<TS version="2.1" language=")" + language + "\">" +
+                                     content + "</TS>");
 }
 
 /// What makes a box a behaviour.
@@ -333,6 +341,44 @@ inline Names contextsOf(const BoxLibrary& library, const std::string& language)
         contexts.push_back(message.context().toStdString());
     }
     return contexts;
+}
+
+/// Everything in a project: paths with the bytes of files, "<directory>" for directories.
+inline std::map<std::string, QByteArray> contentsOf(const ProjectModel& model)
+{
+    std::map<std::string, QByteArray> contents;
+    for (const QString& path : model.getFileList(QString(), true, true, false)) {
+        contents[path.toStdString()] = model.hasFile(path) ? model.readFile(path) : "<directory>";
+    }
+    return contents;
+}
+
+/// The paths of all nodes below one, in tree order.
+inline Names pathsBelow(const BoxLibraryNode& node)
+{
+    Names paths;
+    for (const BoxLibraryNode* const child : node.children()) {
+        paths.push_back(child->path().toStdString());
+        const Names below = pathsBelow(*child);
+        paths.insert(paths.end(), below.begin(), below.end());
+    }
+    return paths;
+}
+
+/// The library after it was saved in a form and opened from there.
+inline Library reopened(Library library, const TemporaryDirectory& directory,
+                        BoxLibrary::LibraryFormat form)
+{
+    const QString path = directory.path("saved.bxl");
+    library->saveTo(path, form);
+    library.reset();
+    return open(ProjectModel(path));
+}
+
+/// The names of forms in the names of tests.
+inline std::string formName(const testing::TestParamInfo<BoxLibrary::LibraryFormat>& form)
+{
+    return form.param == BoxLibrary::Archive ? "Archive" : "Directory";
 }
 
 } // namespace KX::test

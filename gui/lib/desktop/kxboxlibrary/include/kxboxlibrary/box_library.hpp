@@ -197,7 +197,7 @@ Q_SIGNALS:
 private:
     friend class BoxLibraryNode; // for subtreeContext()
 
-    void replaceTranslationFiles(const Translators& translators);
+    void putBackTranslations(const Translators& translators);
     /// The context of the node at a path and of all below it. The root's is the library's own,
     /// without the "/" of BoxLibraryNode::translationContext().
     QString subtreeContext(const QString& path) const;
