@@ -1,3 +1,5 @@
+#include "run_then.hpp"
+
 #include <kr/xml_beacons.hpp>
 #include <kr/xml_manager.hpp>
 #include <kx/serial.hpp>
@@ -103,13 +105,7 @@ void BoxData::change(Value& current, const Value& value, Signal changed,
         return;
     }
     current = value;
-    try {
-        edit(write);
-    } catch (...) {
-        Q_EMIT(this->*changed)(current);
-        throw;
-    }
-    Q_EMIT(this->*changed)(current);
+    runThen([&] { edit(write); }, [&] { Q_EMIT(this->*changed)(current); });
 }
 
 void BoxData::edit(const std::function<void(XmlElement&)>& write)

@@ -1,5 +1,6 @@
 #include "behavior_export.hpp"
 #include "file_names.hpp"
+#include "run_then.hpp"
 #include "translation_memo.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -16,7 +17,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <exception>
 #include <memory>
 #include <utility>
 
@@ -294,9 +294,8 @@ void BoxLibrary::insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibr
         return;
     }
     QMap<QString, QString> names;
-    std::exception_ptr failure;
     int position = qBound(0, index, parent->children().size());
-    try {
+    const auto insertAll = [&] {
         for (BoxLibraryNode* const node : std::as_const(nodes)) {
             const std::string name = node != nullptr ? node->name() : std::string();
             const BoxLibraryNode* const inserted = parent->insertChild(position, node);
@@ -306,15 +305,12 @@ void BoxLibrary::insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibr
                 ++position;
             }
         }
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (!names.isEmpty()) {
-        insertMessages(parent->path(), translators, names);
-    }
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    };
+    runThen(insertAll, [&] {
+        if (!names.isEmpty()) {
+            insertMessages(parent->path(), translators, names);
+        }
+    });
 }
 
 void BoxLibrary::exportBehaviors(const QString& destination)

@@ -2,6 +2,7 @@
 #include "file_names.hpp"
 #include "node_log.hpp"
 #include "order_file.hpp"
+#include "run_then.hpp"
 #include "sibling_names.hpp"
 
 #include <kxboxlibrary/box_constants.hpp>
@@ -15,7 +16,6 @@
 #include <QStringList>
 #include <boost/make_shared.hpp>
 
-#include <exception>
 #include <utility>
 
 namespace KX {
@@ -205,18 +205,15 @@ void BoxLibraryNode::setName(const std::string& name)
     if (m_fileName != oldFileName) {
         moveFiles(oldFileName);
     }
-    std::exception_ptr failure;
-    try {
-        changeContext(oldContext, translationContext());
-        m_parent->saveFolder(); // else the node would lose its place when it is loaded
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    setDirty(true);
-    Q_EMIT dataChanged(this);
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
+    runThen(
+        [&] {
+            changeContext(oldContext, translationContext());
+            m_parent->saveFolder(); // else the node would lose its place when it is loaded
+        },
+        [this] {
+            setDirty(true);
+            Q_EMIT dataChanged(this);
+        });
 }
 
 void BoxLibraryNode::moveFiles(const std::string& oldFileName)

@@ -1,5 +1,6 @@
 // How the tree is changed: inserting, making, removing, taking and moving nodes.
 #include "node_log.hpp"
+#include "run_then.hpp"
 #include "sibling_names.hpp"
 
 #include <kxboxlibrary/box_library.hpp>
@@ -32,7 +33,9 @@ void BoxLibraryNode::detach(BoxLibraryNode* child)
 
 void BoxLibraryNode::forward(BoxLibraryNode* child) const
 {
-    connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
+    // Unique, because a node that was taken from here is still connected.
+    connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged,
+            static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection));
 }
 
 void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::function<void()>& fill)
@@ -174,9 +177,11 @@ void BoxLibraryNode::removeChild(int index)
     }
     std::unique_ptr<BoxLibraryNode> removed(child);
     detach(child);
-    saveFolder();
-    removed.reset();
-    setDirty(true);
+    runThen([this] { saveFolder(); },
+            [this, &removed] {
+                removed.reset();
+                setDirty(true);
+            });
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): the project changes

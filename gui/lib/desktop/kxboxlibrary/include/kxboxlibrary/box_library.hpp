@@ -164,7 +164,8 @@ public:
     /// (insertMessages()). Of nodes that had the same name the last one gets the messages. Nothing
     /// happens when `parent` is null or the list is empty; nodes that insertChild() refuses are
     /// passed over. When an insertion throws, the nodes before it are in, with their messages, and
-    /// the others are as they were.
+    /// the others are as they were; when the messages can't be written, all nodes are in and the
+    /// messages are those of before.
     void insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibraryNode*> nodes,
                         const Translators& translators);
 

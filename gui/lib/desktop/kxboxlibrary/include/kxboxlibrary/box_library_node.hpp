@@ -45,10 +45,14 @@ class SiblingNames;
 /// one.
 ///
 /// Files follow every edit at once, in the project model. Operations that change the tree throw
-/// what the project model throws, and leave tree and files as they were, unless they say otherwise.
+/// what the project model throws, and leave tree and files as they were, unless they say otherwise
+/// (a file that was being written when the disk was full may be cut short, until it is written
+/// again).
 /// An edit marks the library dirty; none does in a detached tree. Names that the library's own
 /// files have ("bxlinfo" anywhere, "translations" at the top) are not refused: the directory cannot
-/// be made, or its contents go when the translations are next written, so do not use them.
+/// be made, or its contents go when the translations are next written, so do not use them; nor the
+/// store's own (".git" and others), which cannot stand at a project's top. Give a box no children:
+/// their directories would be resources of the box when it is loaded.
 ///
 /// Used from the library's thread only.
 class KXBOXLIBRARY_EXPORT BoxLibraryNode : public QObject
@@ -184,8 +188,8 @@ public:
 
     /// Inserts a detached node with its files, under a free name (initName()), and becomes its
     /// QObject parent. Files that another node left at its place when it was taken go. A node
-    /// without files of its own becomes an empty folder. No message is moved: insertChildren() does
-    /// that.
+    /// without files of its own becomes an empty folder, and where this folder has no project files
+    /// are dropped. No message is moved: insertChildren() does that.
     ///
     /// Null, and nothing happens, when `node` is null or not detached: has a parent, is a library's
     /// root, or has this node below it. When copying the files throws, the node is detached as
@@ -208,7 +212,8 @@ public:
     /// Removes a child with its messages and files and deletes it; of the nodes below it those that
     /// were inserted are deleted with it, the others live on (removeChildTree() deletes all). An
     /// index out of range does nothing. Files that can't be removed are left, with a warning in the
-    /// log. Throws only before anything is removed, when the translations can't be written.
+    /// log. Throws when the translations can't be written, before anything is removed, or the order
+    /// file can't, after the child is gone.
     void removeChild(int index);
 
     /// Detaches this node, whose files are copied into a project model of its own, and gives it to
