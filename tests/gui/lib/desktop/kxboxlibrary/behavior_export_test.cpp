@@ -6,6 +6,8 @@
 
 #include <QDirIterator>
 
+#include <sys/stat.h>
+
 namespace KX::test {
 namespace {
 
@@ -57,6 +59,7 @@ protected:
         QDir().mkpath(QFileInfo(destination(path)).path());
         ASSERT_TRUE(QFile::link(target, destination(path)));
     }
+    bool isThere(const std::string& path) const { return QFileInfo::exists(destination(path)); }
     bool isLink(const std::string& path) const { return QFileInfo(destination(path)).isSymLink(); }
 
 private:
@@ -392,6 +395,11 @@ INSTANTIATE_TEST_SUITE_P(
                                   {},
                                   "Could not parse box BHX file.",
                                   withMade({"A/Walk/box.bhx"})},
+                    ExportFailure{"DirectoryInPlaceOfTheFilesToRead",
+                                  {{"A/Walk/box.bhx/", ""}, {"A/Walk/behavior.bhx/", ""}},
+                                  {},
+                                  "Could not open box behavior.bhx for writing.",
+                                  withMade({"A/Walk/behavior.bhx/", "A/Walk/box.bhx/"})},
                     ExportFailure{"NoXmlInTheBehaviorFile",
                                   {{"A/Walk/behavior.bhx", ""}},
                                   {},
@@ -409,6 +417,47 @@ INSTANTIATE_TEST_SUITE_P(
                                   "Could not open box behavior.bhx for writing.",
                                   withMade({"A/Walk/behavior.bhx/"})}),
     [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(BehaviorExport, DoesNotWaitForThePipeThatIsInPlaceOfTheFileToWrite)
+{
+    QDir().mkpath(destination("Walk"));
+    const std::string pipe = destination("Walk/behavior.bhx").toStdString();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ProjectModel model = project({{"Walk/box.bhx", behaviorBox("Walk")}});
+    EXPECT_FALSE(exportBehavior(model, q("Walk"), QDir(destination())));
+    EXPECT_TRUE(isThere("Walk/behavior.bhx"));
+}
+
+TEST_F(BehaviorExport, DoesNotWaitForThePipeThatIsInPlaceOfTheFileToRead)
+{
+    QDir().mkpath(destination("Walk"));
+    const std::string pipe = destination("Walk/behavior.bhx").toStdString();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ProjectModel model = project({{"Walk/a.png", "a"}});
+    EXPECT_FALSE(exportBehavior(model, q("Walk"), QDir(destination())));
+    EXPECT_TRUE(isThere("Walk/behavior.bhx"));
+}
+
+TEST_F(BehaviorExport, TakesNoFileOfTheBoxForTheMetadata)
+{
+    const Library library =
+        open(project({{"Walk/box.bhx", behaviorBox("Walk")}, {"Walk/.kxproject", "damaged"}}));
+    library->exportBehaviors(destination());
+    EXPECT_EQ(nameOfBehavior(destination("Walk")), "Walk");
+}
+
+TEST_F(BehaviorExport, LetsThroughWhatIsNoStandardException)
+{
+    struct Interruption
+    {
+    };
+    // Leaving out a file of this name is logged, which lets a handler throw from within.
+    const Library library =
+        open(project({{"Walk/box.bhx", behaviorBox("Walk")}, {"Walk/.kxproject", "x"}}));
+    const auto handler = pk::log::addHandler([](const auto&) { throw Interruption(); });
+    EXPECT_THROW(library->exportBehaviors(destination()), Interruption);
+    pk::log::removeHandler(handler);
+}
 
 // Symbolic links in the destination
 
