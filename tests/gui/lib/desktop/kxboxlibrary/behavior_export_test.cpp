@@ -112,8 +112,8 @@ TEST_F(BehaviorExport, WritesTheNamespaceBeforeTheVersion)
 {
     const Library library = open(project({{"Walk/box.bhx", behaviorBox("Walk")}}));
     library->exportBehaviors(destination());
-    const QByteArray root = QByteArray("<KinestraProject xmlns=\"") + BoxConstants::a_projectXsd +
-                            "\" bhx_version=\"2\">";
+    const QByteArray root = QByteArray(R"(<KinestraProject xmlns=")") + BoxConstants::a_projectXsd +
+                            R"(" bhx_version="2">)";
     const QByteArray written = getLocal(destination("Walk/behavior.bhx"));
     EXPECT_TRUE(written.contains(root)) << written.toStdString();
 }
@@ -566,11 +566,11 @@ TEST_F(BehaviorExport, DoesNotReadThroughLinks)
 
 TEST_F(BehaviorExport, DoesNotFollowALinkInPlaceOfTheMetadata)
 {
-    putLocal(outside("metadata"), "{\"name\": \"Secret\"}");
+    putLocal(outside("metadata"), R"({"name": "Secret"})");
     link(outside("metadata"), "Walk/.kxproject");
     const Library library = open(project({{"Walk/box.bhx", behaviorBox("Walk")}}));
     library->exportBehaviors(destination());
-    EXPECT_EQ(getLocal(outside("metadata")), QByteArray("{\"name\": \"Secret\"}"));
+    EXPECT_EQ(getLocal(outside("metadata")), QByteArray(R"({"name": "Secret"})"));
     EXPECT_FALSE(QFileInfo::exists(destination("Walk/behavior.bhx")));
 }
 

@@ -46,7 +46,7 @@ protected:
                     const std::string& library = "demo.bxl") const
     {
         const std::string directory = "/kinestra/libraries/box/" + library + "/translations/";
-        const QString path = m_directory.path(where + directory + file);
+        QString path = m_directory.path(where + directory + file);
         putLocal(path, bytes);
         return path;
     }

@@ -107,7 +107,7 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
     FILE* const stream = ::fmemopen(const_cast<char*>(xml.data()), xml.size(), "rb");
     std::string error;
     const auto document = XmlDocument::loadFromXmlFile(stream, &error, nullptr);
-    std::fclose(stream);
+    EXPECT_EQ(std::fclose(stream), 0);
     EXPECT_TRUE(document) << error << " in " << xml;
     return document ? document->root() : nullptr;
 }
@@ -115,7 +115,7 @@ inline boost::shared_ptr<XmlElement> element(const std::string& xml)
 /// A box file with the given attributes and content of its "Box".
 inline QByteArray boxFile(const std::string& attributes = {}, const std::string& content = {})
 {
-    return QByteArray::fromStdString("<KinestraBox bhx_version=\"3\"><Box name=\"root\" " +
+    return QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name="root" )" +
                                      attributes + ">" + content + "</Box></KinestraBox>");
 }
 
@@ -132,8 +132,8 @@ inline const char* behaviorContent()
 /// The file of a behaviour box of the given name.
 inline QByteArray behaviorBox(const std::string& name)
 {
-    return QByteArray::fromStdString("<KinestraBox bhx_version=\"3\"><Box name=\"" + name +
-                                     "\" tooltip=\"of " + name + "\">" + behaviorContent() +
+    return QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name=")" + name +
+                                     R"(" tooltip="of )" + name + R"(">)" + behaviorContent() +
                                      "</Box></KinestraBox>");
 }
 
