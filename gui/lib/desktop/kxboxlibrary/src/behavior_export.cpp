@@ -53,10 +53,12 @@ QStringList missingDirectories(const QDir& destination, const QString& path)
     return missing;
 }
 
-/// A symbolic link is not followed.
+/// Only a regular file, or a new one: a symbolic link is not followed, and a pipe would make the
+/// export wait for whoever is at its other end.
 project_xml::Stream open(const QString& path, const char* mode)
 {
-    if (QFileInfo(path).isSymLink()) {
+    const QFileInfo info(path);
+    if (info.isSymLink() || (info.exists() && !info.isFile())) {
         return {nullptr, &std::fclose};
     }
     return {pk::os::fopen(path.toUtf8().constData(), mode), &std::fclose};

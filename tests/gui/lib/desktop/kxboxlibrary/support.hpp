@@ -1,5 +1,6 @@
 #pragma once
 
+#include <kr/localization/ts.hpp>
 #include <kx/xml_document.hpp>
 #include <kxboxlibrary/box_data.hpp>
 #include <kxboxlibrary/box_library.hpp>
@@ -239,6 +240,14 @@ inline const char* behaviorContent()
            R"(<Timeline/>)";
 }
 
+/// The file of a behaviour box of the given name.
+inline QByteArray behaviorBox(const std::string& name)
+{
+    return QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name=")" + name +
+                                     R"(" tooltip="of )" + name + R"(">)" + behaviorContent() +
+                                     "</Box></KinestraBox>");
+}
+
 inline QByteArray orderFile(const Names& names)
 {
     QByteArray xml = "<Folder>";
@@ -260,6 +269,14 @@ inline ProjectModel project(const std::vector<std::pair<std::string, QByteArray>
         }
     }
     return model;
+}
+
+/// The same project after it was saved to a local path and opened again from there.
+inline ProjectModel stored(ProjectModel model, const QString& path,
+                           pk::project::ArchiveFormat format)
+{
+    model.save(path, format, false);
+    return ProjectModel(path);
 }
 
 inline Library open(ProjectModel model, bool readOnly = false)
@@ -330,6 +347,43 @@ translators(const std::vector<KR::Localization::Translator>& languages)
         set.insert(language.languageCode(), language);
     }
     return set;
+}
+
+/// A translation file with a message for each context.
+inline QByteArray tsFile(const std::string& language, const Names& contexts = {"Library:/A"})
+{
+    return KR::Localization::TS::translatorTo(translator(language, contexts), false);
+}
+
+/// A library's languages in order, each with its number of messages.
+inline Names languagesOf(const BoxLibrary& library)
+{
+    Names languages;
+    const BoxLibrary::Translators set = library.translations();
+    for (auto it = set.cbegin(); it != set.cend(); ++it) {
+        languages.push_back(it.key().toStdString() + " " +
+                            std::to_string(it.value().messages().size()));
+    }
+    std::sort(languages.begin(), languages.end());
+    return languages;
+}
+
+/// The names of a library's translation files in the order of the list: of a project's own files
+/// those in the project, since what is not saved yet has other names on disk.
+inline Names listOf(const BoxLibrary& library)
+{
+    const ProjectModel& model = library.projectModel();
+    std::map<QString, std::string> own;
+    for (const std::string& file : filesOf(model, "translations")) {
+        own.emplace(model.getFileLocalPath(q("translations/" + file)), file);
+    }
+    Names names;
+    for (const QString& path : library.translationsFiles()) {
+        const auto found = own.find(path);
+        names.push_back(found != own.end() ? found->second
+                                           : QFileInfo(path).fileName().toStdString());
+    }
+    return names;
 }
 
 /// The contexts of a language's messages, in order.
