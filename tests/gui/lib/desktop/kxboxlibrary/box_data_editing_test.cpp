@@ -177,7 +177,7 @@ TEST_P(EditedProperty, MakesTheLibraryDirtyAndIsForwarded)
 TEST_P(EditedProperty, LeavesTheRestOfTheFile)
 {
     const Library library =
-        libraryWith(boxFile("other=\"x\" tooltip=\"old\" bitmap_expanded=\"true\"",
+        libraryWith(boxFile(R"(other="x" tooltip="old" bitmap_expanded="true")",
                             "<Bitmaps kept=\"y\"><bitmap>old</bitmap><image/></Bitmaps>"
                             "<Input name=\"a\"/><Diagram><Box/></Diagram>"));
     const Data data = library->boxRoot()->child(0)->boxData();
@@ -367,7 +367,7 @@ TEST(BitmapExpandedFlag, GoesBothWays)
 TEST(SaveName, NamesEveryBoxRoot)
 {
     const Library library = open(project(
-        {{"Walk/box.bhx", "<KinestraBox bhx_version=\"3\"><Box name=\"Old\"/></KinestraBox>"}}));
+        {{"Walk/box.bhx", R"(<KinestraBox bhx_version="3"><Box name="Old"/></KinestraBox>)"}}));
     const Data data = library->boxRoot()->child(0)->boxData();
     const LogRecords log;
     data->saveName("X");

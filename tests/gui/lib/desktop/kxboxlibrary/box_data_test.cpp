@@ -100,7 +100,7 @@ TEST(BoxDataFromElement, DoNotNeedANode)
 
 TEST(BoxDataFromElement, DoNotKeepIt)
 {
-    const auto xml = element("<Box tooltip=\"a\"><Input name=\"b\"/></Box>");
+    const auto xml = element(R"(<Box tooltip="a"><Input name="b"/></Box>)");
     const auto holders = xml.use_count();
     const BoxData data(nullptr, xml);
     EXPECT_EQ(xml.use_count(), holders);
@@ -220,7 +220,7 @@ TEST(BoxDataFromElement, IgnoreInputsOutputsAndParametersOfInnerBoxes)
 
 TEST(BoxDataFromElement, GiveTheSameInputsOutputsAndParametersEachTime)
 {
-    const Data data = dataOf("", "<Input name=\"a\"/><Output name=\"b\"/><Parameter name=\"c\"/>");
+    const Data data = dataOf("", R"(<Input name="a"/><Output name="b"/><Parameter name="c"/>)");
     EXPECT_EQ(data->inputs(), data->inputs());
     EXPECT_EQ(data->outputs(), data->outputs());
     EXPECT_EQ(data->parameters(), data->parameters());
@@ -362,7 +362,7 @@ TEST(BoxDataSave, DoesNothingWithoutANode)
 TEST(BoxDataClone, HasTheDescriptionButNoInputsOutputsAndParameters)
 {
     const Data data =
-        dataOf("tooltip=\"a\" bitmap_expanded=\"false\"",
+        dataOf(R"(tooltip="a" bitmap_expanded="false")",
                std::string(behaviorContent()) +
                    "<Parameter name=\"p\"/><Bitmaps><bitmap>a.png</bitmap></Bitmaps>");
     ASSERT_FALSE(data->inputs().isEmpty() || data->outputs().isEmpty() ||
