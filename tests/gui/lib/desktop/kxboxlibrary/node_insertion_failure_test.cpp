@@ -23,7 +23,7 @@ public:
     ~FullDisk()
     {
         EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0);
-        std::signal(SIGXFSZ, m_handler);
+        static_cast<void>(std::signal(SIGXFSZ, m_handler));
     }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
