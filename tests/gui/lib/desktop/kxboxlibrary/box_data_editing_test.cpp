@@ -241,7 +241,7 @@ TEST_P(EditedProperty, IsInPlaceAndSignalledWhenItCannotBeWritten)
     const Data data = library->boxRoot()->child(0)->boxData();
     const DataSignals heard(*data);
     {
-        const NoSpaceForFiles full;
+        const FileSizeLimit full(0);
         EXPECT_THROW(GetParam().change(*data), std::runtime_error);
     }
     EXPECT_EQ(GetParam().get(*data), GetParam().value);

@@ -150,7 +150,7 @@ TEST(RootNode, ThatCannotBeLoadedIsGone)
     const int objects = library->children().size();
     std::unique_ptr<BoxLibraryNode> second;
     {
-        const NoSpaceForFiles full;
+        const FileSizeLimit full(0);
         EXPECT_THROW(second = std::make_unique<BoxLibraryNode>(library.get()), std::runtime_error);
     }
     EXPECT_EQ(library->children().size(), objects);

@@ -183,7 +183,7 @@ TEST(OpenedBoxLibrary, ThatCannotBeLoadedLeavesNothingBehind)
     QObject parent;
     std::unique_ptr<BoxLibrary> library;
     {
-        const NoSpaceForFiles full;
+        const FileSizeLimit full(0);
         EXPECT_THROW(library = std::make_unique<BoxLibrary>(std::move(model), false, &parent),
                      std::runtime_error);
     }

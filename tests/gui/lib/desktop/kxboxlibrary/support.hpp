@@ -73,31 +73,6 @@ inline QByteArray getLocal(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
 }
 
-/// While it lives, files can be made but nothing can be written into them.
-class NoSpaceForFiles
-{
-public:
-    NoSpaceForFiles() : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
-        const rlimit nothing{0, m_before.rlim_max};
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &nothing), 0);
-    }
-    ~NoSpaceForFiles()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        static_cast<void>(std::signal(SIGXFSZ, m_handler));
-    }
-    NoSpaceForFiles(const NoSpaceForFiles&) = delete;
-    NoSpaceForFiles& operator=(const NoSpaceForFiles&) = delete;
-    NoSpaceForFiles(NoSpaceForFiles&&) = delete;
-    NoSpaceForFiles& operator=(NoSpaceForFiles&&) = delete;
-
-private:
-    void (*m_handler)(int);
-    rlimit m_before{};
-};
-
 /// The methods that a class itself adds to its meta-object, such as
 /// "public signal titleChanged(QString title)".
 inline Names methodsOf(const QMetaObject& meta)
