@@ -84,6 +84,9 @@ function(kx_add_test target)
   endforeach()
   add_executable(${name} ${arg_SOURCES} ${alone} $<TARGET_OBJECTS:${target}>)
   string(TOUPPER ${target} upper)
+  # Tests take half the time to compile without optimisation, and run hardly longer: what they test
+  # is optimised. Fortification needs it.
+  target_compile_options(${name} PRIVATE -O0 -U_FORTIFY_SOURCE)
   target_compile_definitions(${name} PRIVATE ${upper}_STATIC_DEFINE
     KX_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
   target_include_directories(${name} PRIVATE "${source_dir}/include" "${binary_dir}/include"
