@@ -21,7 +21,7 @@ std::string describedElsewhere(const QString& path)
 ProjectModel originalProject()
 {
     ProjectModel model =
-        project({{"Say: Hello/", {}},
+        project({{"Say%3a Hello/", {}},
                  {"Motions/Walk/box.bhx",
                   boxFile(R"(tooltip="Walks")", "<Bitmaps><bitmap>a.png</bitmap></Bitmaps>" +
                                                     std::string(behaviorContent()))},
