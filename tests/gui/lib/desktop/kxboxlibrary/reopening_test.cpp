@@ -21,7 +21,7 @@ std::string describedElsewhere(const QString& path)
 ProjectModel originalProject()
 {
     ProjectModel model =
-        project({{"Say: Hello/", {}},
+        project({{"Say%3a Hello/", {}},
                  {"Motions/Walk/box.bhx",
                   boxFile(R"(tooltip="Walks")", "<Bitmaps><bitmap>a.png</bitmap></Bitmaps>" +
                                                     std::string(behaviorContent()))},
@@ -54,6 +54,7 @@ void edit(BoxLibrary& library, ProjectModel& pictures)
     motions->insertChild(1, made);
     root->appendChild("New folder")->appendChild("  .");
     BoxLibraryNode* const taken = motions->child("Sit")->take();
+    library.projectModel().remove(q("Motions/Sit")); // else it would be a node again
     motions->saveFolder();
     root->child("50%")->insertChild(0, taken);
     removeChildTree(*root, root->child("Old")->index());
@@ -89,6 +90,17 @@ TEST_P(Reopening, FindsEveryEdit)
     edit(*library, pictures);
     library->saveTo(path(), GetParam());
     EXPECT_EQ(describedElsewhere(path()), describe(*library));
+}
+
+TEST_P(Reopening, FindsANodeWhereATakenOneLeftItsFiles)
+{
+    const Library library = open(project({{"A/box.bhx", boxFile()}, {"B/", {}}}));
+    const DetachedNode taken(library->boxRoot()->child(0)->take());
+    EXPECT_EQ(childNames(*library->boxRoot()), Names{"B"});
+    library->boxRoot()->saveAll();
+    library->saveTo(path(), GetParam());
+    EXPECT_NE(describedElsewhere(path()), describe(*library));
+    EXPECT_EQ(childNames(*open(ProjectModel(path()))->boxRoot()), (Names{"B", "A"}));
 }
 
 TEST_P(Reopening, FindsEveryEditOfALibraryThatWasOpened)
