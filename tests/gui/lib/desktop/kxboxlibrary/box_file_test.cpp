@@ -295,7 +295,7 @@ TEST(SaveBox, CarriesEverythingElseThrough)
         R"(<!-- kept --><Timeline fps="25" /><x:y xmlns:x="urn:z" /></Box>)";
     const Library library = open(
         project({{"Walk/box.bhx",
-                  QByteArray::fromStdString("<KinestraBox bhx_version=\"3\"><Box name=\"Walk\" " +
+                  QByteArray::fromStdString(R"(<KinestraBox bhx_version="3"><Box name="Walk" )" +
                                             content + "</KinestraBox>")}}));
     firstChild(library).saveBox(firstChild(library).loadBox(), false);
     std::string written = firstChild(library).loadBoxData().simplified().toStdString();
@@ -482,7 +482,7 @@ public:
     {
         EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
         struct rlimit small = m_before;
-        small.rlim_cur = 64 * 1024;
+        small.rlim_cur = 64UL * 1024;
         EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
     }
     ~SmallFiles()
