@@ -380,6 +380,18 @@ TEST(NodeSetName, ThrowsLastWhenTheTranslationsAreRefused)
     EXPECT_EQ(changes.size(), 1);
 }
 
+TEST(NodeSetName, KeepsThePlaceOfTheNodeWhenTheLibraryIsOpenedAgain)
+{
+    const TemporaryDirectory directory;
+    const Library library =
+        open(project({{"A/box.bhx", boxFile()}, {"B/box.bhx", boxFile()}, {"C/", {}}}));
+    library->boxRoot()->child("A")->setName("Z");
+    EXPECT_EQ(orderIn(library->projectModel()), (Names{"Z", "B", "C"}));
+    library->saveTo(directory.path("Library"), BoxLibrary::Directory);
+    const Library again = open(ProjectModel(directory.path("Library")));
+    EXPECT_EQ(childNames(*again->boxRoot()), (Names{"Z", "B", "C"}));
+}
+
 // Everything that changes the children of a folder, in any order, against the definition of a free
 // name.
 

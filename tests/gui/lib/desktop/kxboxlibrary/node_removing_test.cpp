@@ -182,6 +182,22 @@ TEST(NodeRemoving, TranslationsThatCannotBeWrittenKeepTheChild)
     EXPECT_EQ(data.count(), 1);
 }
 
+TEST(NodeRemoving, AnOrderFileThatCannotBeWrittenLeavesTheChildRemoved)
+{
+    const Library library =
+        open(project({{"A/box.bhx", boxFile()}, {"B/box.bhx", boxFile()}, {"Folder/", {}}}));
+    const QPointer<BoxLibraryNode> child(library->boxRoot()->child(0));
+    {
+        const FileSizeLimit full(0);
+        EXPECT_THROW(library->boxRoot()->removeChild(0), std::runtime_error);
+    }
+    EXPECT_TRUE(child.isNull());
+    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"B", "Folder"}));
+    EXPECT_TRUE(library->isDirty());
+    library->boxRoot()->saveAll();
+    EXPECT_EQ(orderIn(library->projectModel()), (Names{"B", "Folder"}));
+}
+
 // Removing files alone
 
 TEST(NodeRemoving, UnInitRemovesTheFilesAndKeepsTheNode)
@@ -326,6 +342,17 @@ TEST(NodeTaking, TheOldAndTheNewParentForwardTheChangesOfAMovedNode)
     box->boxData()->setTooltip(q("new"));
     EXPECT_EQ(former.count(), 1);
     EXPECT_EQ(present.count(), 1);
+}
+
+TEST(NodeTaking, ANodeThatComesBackIsForwardedOnce)
+{
+    const Library library = boxLibrary();
+    BoxLibraryNode* const folder = library->boxRoot()->child("Folder");
+    BoxLibraryNode* const box = folder->child("Inner")->take();
+    folder->appendChild(box);
+    const QSignalSpy changes(library.get(), &BoxLibrary::dataChanged);
+    box->boxData()->setTooltip(q("new"));
+    EXPECT_EQ(changes.count(), 1);
 }
 
 TEST(NodeTaking, TheNameOfATakenNodeIsFree)

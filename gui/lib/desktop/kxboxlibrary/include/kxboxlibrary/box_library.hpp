@@ -134,7 +134,8 @@ public:
     /// so an entry should be stored under its own language code. Characters that file names can't
     /// have are escaped as in node names (BoxLibraryNode::escapeFileName). In a read-only library
     /// the files are written and the translators, read from elsewhere, stay. When the model throws,
-    /// the files from before are put back, under these names, as far as the model takes them.
+    /// a writable library puts the files from before back, under these names, as far as the model
+    /// takes them.
     void setTranslations(const Translators& translators);
 
     /// What the contexts of all messages of the library begin with: "Library:".
