@@ -145,7 +145,7 @@ bool exportBehavior(const pk::project::ProjectModel& model, const QString& path,
             removeIfThere(missing.first());
         }
         for (const QString& parent : missing.mid(1)) {
-            destination.rmdir(parent); // fails, as it should, when something is in it
+            QDir().rmdir(parent); // fails, as it should, when something is in it
         }
         return false;
     }

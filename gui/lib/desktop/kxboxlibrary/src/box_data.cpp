@@ -89,8 +89,12 @@ BoxData::~BoxData() = default;
 void BoxData::updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
                          bool bitmapExpanded)
 {
+    const QPointer<BoxData> self(this);
     if (m_node) {
         m_node->setName(toText(name));
+    }
+    if (!self) { // whoever heard of the new name removed the box
+        return;
     }
     setTooltip(tooltip);
     setBitmaps(bitmaps);

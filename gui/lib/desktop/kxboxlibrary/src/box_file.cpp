@@ -81,13 +81,17 @@ void save(pk::project::ProjectModel& model, const QString& prefix,
     const QByteArray bytes = project_xml::toBytes(root);
 
     model.mkdir(prefix, true);
+    try {
+        // Not fopen(), which would leave a part of the file when the disk is full.
+        model.writeFile(path, bytes);
+    } catch (const pk::project::AlreadyExists&) {
+        // A directory in its place: the box cannot have a file.
+    }
     const QString behavior = prefix + a_behaviorFile;
     if (model.hasFile(behavior)) {
         model.remove(behavior);
     }
-    auto stream = project_xml::open(model, path, "wb");
     removeMetadata(model, prefix);
-    project_xml::write(std::move(stream), bytes, path);
 }
 
 bool isOwn(const QString& file)

@@ -217,9 +217,9 @@ void BoxLibrary::updateTranslators()
 void BoxLibrary::setTranslations(const Translators& translators)
 {
     const Translators before = m_translators;
+    const QMap<QString, QByteArray> files = m_memo->write(translators);
     removeTranslationFiles(m_model);
     updateTranslationFilesList();
-    const QMap<QString, QByteArray> files = m_memo->write(translators);
     try {
         for (auto it = files.cbegin(); it != files.cend(); ++it) {
             m_model.writeFile(translationFile(it.key()), it.value());

@@ -169,6 +169,15 @@ SiblingNames& BoxLibraryNode::childNames()
 {
     if (!m_childNames) {
         m_childNames = std::make_unique<SiblingNames>();
+        // The empty name would be this folder's own directory.
+        m_childNames->add(std::string());
+        m_childNames->add("bxlinfo");
+        if (m_library != nullptr) {
+            for (const char* const name :
+                 {BoxConstants::a_boxLibraryTranslations, ".git", ".hg", ".svn", ".kxproject"}) {
+                m_childNames->add(name);
+            }
+        }
         for (const BoxLibraryNode* const child : std::as_const(m_children)) {
             m_childNames->add(child->m_name);
         }
@@ -205,15 +214,13 @@ void BoxLibraryNode::setName(const std::string& name)
     if (m_fileName != oldFileName) {
         moveFiles(oldFileName);
     }
-    runThen(
-        [&] {
-            changeContext(oldContext, translationContext());
-            m_parent->saveFolder(); // else the node would lose its place when it is loaded
-        },
-        [this] {
-            setDirty(true);
-            Q_EMIT dataChanged(this);
-        });
+    const auto signal = [this] {
+        setDirty(true);
+        Q_EMIT dataChanged(this);
+    };
+    // Without its name in the order file the node would lose its place when it is loaded.
+    const auto savePlace = [&] { runThen([this] { m_parent->saveFolder(); }, signal); };
+    runThen([&] { changeContext(oldContext, translationContext()); }, savePlace);
 }
 
 void BoxLibraryNode::moveFiles(const std::string& oldFileName)

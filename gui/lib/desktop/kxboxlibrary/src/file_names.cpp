@@ -8,9 +8,15 @@ namespace KX::file_names {
 
 namespace {
 
+/// Up to the first NUL and without byte order marks at the front. QString::fromUtf8() takes one
+/// off, so that a name with two would be another name each time it is decoded.
 QString decode(const std::string& text)
 {
-    return QString::fromUtf8(text.c_str());
+    QString decoded = QString::fromUtf8(text.c_str());
+    while (decoded.startsWith(QChar::ByteOrderMark)) {
+        decoded.remove(0, 1);
+    }
+    return decoded;
 }
 
 std::string encode(const QString& text)

@@ -2,9 +2,10 @@
 
 #include <string>
 
-/// Names of nodes and the names of their directories. What each does is said at the functions of
-/// the same names of BoxLibraryNode.
+/// Names of nodes and the names of their directories.
 namespace KX::file_names {
+
+// What these do is said at the functions of the same names of BoxLibraryNode.
 
 std::string escape(const std::string& name);
 std::string unEscape(const std::string& fileName);

@@ -38,16 +38,19 @@ void BoxLibraryNode::forward(BoxLibraryNode* child) const
             static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection));
 }
 
-void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::function<void()>& fill)
+void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::string& name,
+                           const std::function<void()>& fill)
 {
+    ProjectModel* const model = project();
+    bool makesPlace = false;
     attach(index, child);
-    bool filled = false;
     try {
+        child->initName(name);
+        makesPlace = model != nullptr && child->clearPlace(*model);
         fill();
-        filled = true;
         saveFolder();
     } catch (...) {
-        if (ProjectModel* const model = filled ? child->project() : nullptr) {
+        if (makesPlace) {
             child->removeFiles(*model);
         }
         detach(child);
@@ -55,6 +58,14 @@ void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::function
     }
     forward(child);
     setDirty(true);
+}
+
+bool BoxLibraryNode::clearPlace(ProjectModel& model)
+{
+    if (m_parent->m_leftFiles.remove(QString::fromStdString(m_fileName))) {
+        removeFiles(model);
+    }
+    return !model.hasFile(path()) && model.getFileList(path(), true, false, false).isEmpty();
 }
 
 void BoxLibraryNode::removeFiles(ProjectModel& model) const
@@ -90,15 +101,14 @@ BoxLibraryNode* BoxLibraryNode::insertChild(int index, BoxLibraryNode* node)
     std::unique_ptr<ProjectModel> own;
     node->setParent(this);
     try {
-        adopt(index, node, [this, node, &name, &own] {
-            node->initName(name);
-            node->fillPlace(project(), [node](ProjectModel& model) {
+        adopt(index, node, name, [this, node, &own] {
+            if (ProjectModel* const model = project()) {
                 if (node->m_detachedProject) {
-                    model.importFile(*node->m_detachedProject, QString(), node->path(), true);
+                    model->importFile(*node->m_detachedProject, QString(), node->path(), true);
                 } else {
-                    model.mkdir(node->path(), false);
+                    model->mkdir(node->path(), false);
                 }
-            });
+            }
             own = std::move(node->m_detachedProject);
         });
     } catch (...) {
@@ -125,20 +135,14 @@ void BoxLibraryNode::insertChildren(int index, QList<BoxLibraryNode*> nodes,
     }
 }
 
-BoxLibraryNode* BoxLibraryNode::createChild(int index,
-                                            const std::function<void(BoxLibraryNode&)>& init)
-{
-    auto child = std::make_unique<BoxLibraryNode>();
-    adopt(index, child.get(), [&child, &init] { init(*child); });
-    return child.release();
-}
-
 BoxLibraryNode* BoxLibraryNode::insertChild(int index, const RootBoxDescription& description)
 {
     if (!description.box) {
         return nullptr;
     }
-    return createChild(index, [&description](BoxLibraryNode& child) { child.init(description); });
+    auto child = std::make_unique<BoxLibraryNode>();
+    adopt(index, child.get(), description.name, [&] { child->init(description); });
+    return child.release();
 }
 
 BoxLibraryNode* BoxLibraryNode::appendChild(const RootBoxDescription& description)
@@ -151,7 +155,9 @@ BoxLibraryNode* BoxLibraryNode::insertChild(int index, const std::string& name)
     if (name.empty()) {
         return nullptr;
     }
-    return createChild(index, [&name](BoxLibraryNode& child) { child.init(name); });
+    auto child = std::make_unique<BoxLibraryNode>();
+    adopt(index, child.get(), name, [&] { child->init(name); });
+    return child.release();
 }
 
 BoxLibraryNode* BoxLibraryNode::appendChild(const std::string& name)

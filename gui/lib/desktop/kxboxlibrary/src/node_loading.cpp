@@ -82,32 +82,34 @@ BoxLibraryNode* BoxLibraryNode::appendChildFromProject(const std::string& fileNa
 void BoxLibraryNode::init(const std::string& name)
 {
     initName(name);
-    fillPlace(project(), [this](ProjectModel& model) {
-        model.mkdir(path(), false);
+    if (ProjectModel* const model = project()) {
+        model->mkdir(path(), false);
         saveFolder();
-    });
+    }
 }
 
 void BoxLibraryNode::init(const RootBoxDescription& description)
 {
     setBoxDataInternal(boost::make_shared<BoxData>(this, description.box));
     initName(description.name);
-    fillPlace(project(), [this, &description](ProjectModel& model) {
-        saveBox(description.box->clone(), false);
-        if (description.resources && description.resources->projectModel != nullptr) {
-            importResources(model, *description.resources);
-        }
-    });
+    saveBox(description.box->clone(), false);
+    if (description.resources) {
+        importResources(*description.resources);
+    }
 }
 
-void BoxLibraryNode::importResources(ProjectModel& model, const BoxResourceList& resources)
+void BoxLibraryNode::importResources(const BoxResourceList& resources)
 {
+    ProjectModel* const model = project();
+    if (model == nullptr || resources.projectModel == nullptr) {
+        return;
+    }
     const QString from = resources.path.isEmpty() ? QString() : resources.path + QLatin1Char('/');
     const QString to = prefix();
     for (const QString& file : resources.files) {
         if (!file.isEmpty()) {
             const QString name = file.startsWith(QLatin1Char('/')) ? file.mid(1) : file;
-            model.importFile(*resources.projectModel, from + name, to + name, false);
+            model->importFile(*resources.projectModel, from + name, to + name, false);
         }
     }
 }
@@ -150,32 +152,6 @@ std::unique_ptr<ProjectModel> BoxLibraryNode::copyFiles() const
         }
     }
     return copy;
-}
-
-void BoxLibraryNode::fillPlace(ProjectModel* model, const std::function<void(ProjectModel&)>& write)
-{
-    if (model == nullptr) {
-        return;
-    }
-    clearPlace(*model);
-    const QString place = path();
-    const bool isFree = !place.isEmpty() && !model->hasFile(place) &&
-                        model->getFileList(place, true, false, false).isEmpty();
-    try {
-        write(*model);
-    } catch (...) {
-        if (isFree) {
-            removeFiles(*model);
-        }
-        throw;
-    }
-}
-
-void BoxLibraryNode::clearPlace(ProjectModel& model)
-{
-    if (m_parent != nullptr && m_parent->m_leftFiles.remove(QString::fromStdString(m_fileName))) {
-        removeFiles(model);
-    }
 }
 
 } // namespace KX

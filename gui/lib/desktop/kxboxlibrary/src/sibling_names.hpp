@@ -16,8 +16,7 @@ public:
     void add(const std::string& name);
     /// Takes away one of the name, which must be there.
     void remove(const std::string& name);
-    /// The first that is not there of `base`, "base (2)", "base (3)" and so on; never the empty
-    /// name.
+    /// The first that is not there of `base`, "base (2)", "base (3)" and so on.
     std::string firstFree(const std::string& base);
 
 private:

@@ -3,37 +3,8 @@
 #include <QSignalSpy>
 #include <boost/make_shared.hpp>
 
-#include <csignal>
-#include <sys/resource.h>
-
 namespace KX::test {
 namespace {
-
-/// No file can grow beyond some bytes while it lives, as on a full disk.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
-        struct rlimit small = m_before;
-        small.rlim_cur = bytes;
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    }
-    ~FullDisk()
-    {
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0);
-        static_cast<void>(std::signal(SIGXFSZ, m_handler));
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    FullDisk(FullDisk&&) = delete;
-    FullDisk& operator=(FullDisk&&) = delete;
-
-private:
-    struct rlimit m_before = {};
-    void (*m_handler)(int);
-};
 
 struct State
 {
@@ -54,7 +25,7 @@ State stateOf(BoxLibrary& library)
 
 Library someLibrary()
 {
-    Library library = open(project({{"Folder/Box/box.bhx", boxFile()}}));
+    Library library = open(project({{"Folder/Box/box.bhx", boxFile()}, {"a file", "in the way"}}));
     library->setTranslations(translators({translator("fr", {"Library:/Folder/Box"})}));
     return library;
 }
@@ -120,18 +91,17 @@ TEST_P(NameThatCannotStandAtTheTop, LeavesAnInsertedNodeDetached)
 }
 
 INSTANTIATE_TEST_SUITE_P(Name, NameThatCannotStandAtTheTop,
-                         testing::Values("bxlinfo", ".git", ".hg", ".svn", ".kxproject",
-                                         std::string(5000, 'x')),
+                         testing::Values("a file", std::string(5000, 'x')),
                          [](const auto& name) { return "Number" + std::to_string(name.index); });
 
 TEST(NodeInsertionFailure, ANodeThatFailedCanStandElsewhere)
 {
     const Library library = someLibrary();
-    BoxLibraryNode* const box = BoxLibraryNode::fromDescription(description(".git"));
-    EXPECT_THROW(library->boxRoot()->appendChild(box), pk::project::InvalidPath);
+    BoxLibraryNode* const box = BoxLibraryNode::fromDescription(description("a file"));
+    EXPECT_THROW(library->boxRoot()->appendChild(box), pk::project::Error);
     library->boxRoot()->child(0)->appendChild(box);
-    EXPECT_EQ(box->path(), q("Folder/.git"));
-    EXPECT_EQ(filesOf(library->projectModel(), "Folder/.git"), Names{"box.bhx"});
+    EXPECT_EQ(box->path(), q("Folder/a file"));
+    EXPECT_EQ(filesOf(library->projectModel(), "Folder/a file"), Names{"box.bhx"});
 }
 
 TEST(NodeInsertionFailure, ANodeThatFailedKeepsItsNumber)
@@ -142,7 +112,7 @@ TEST(NodeInsertionFailure, ANodeThatFailedKeepsItsNumber)
     other->appendChild(description("Box"));
     const DetachedNode box(other->appendChild(description("Box"))->take());
     {
-        const FullDisk disk(1000);
+        const FileSizeLimit full(1000);
         EXPECT_THROW(folder->appendChild(box.get()), std::runtime_error);
     }
     EXPECT_EQ(box->name(), "Box (2)");
@@ -181,8 +151,8 @@ TEST(NodeInsertionFailure, TheNameOfANodeThatFailedIsFree)
 TEST(NodeInsertionFailure, ChangesOfANodeThatFailedAreNotForwarded)
 {
     const Library library = someLibrary();
-    const DetachedNode box(BoxLibraryNode::fromDescription(description(".git")));
-    EXPECT_THROW(library->boxRoot()->appendChild(box.get()), pk::project::InvalidPath);
+    const DetachedNode box(BoxLibraryNode::fromDescription(description("a file")));
+    EXPECT_THROW(library->boxRoot()->appendChild(box.get()), pk::project::Error);
     const QSignalSpy data(library.get(), &BoxLibrary::dataChanged);
     box->boxData()->setTooltip(q("new"));
     EXPECT_EQ(data.count(), 0);
@@ -193,12 +163,12 @@ TEST(NodeInsertionFailure, OfSeveralNodesThoseBeforeTheFailureAreInWithTheirMess
 {
     const Library library = someLibrary();
     BoxLibraryNode* const first = BoxLibraryNode::fromDescription(description("First"));
-    const DetachedNode second(BoxLibraryNode::fromDescription(description(".git")));
+    const DetachedNode second(BoxLibraryNode::fromDescription(description("a file")));
     const DetachedNode third(BoxLibraryNode::fromDescription(description("Third")));
     EXPECT_THROW(library->boxRoot()->insertChildren(
                      0, {first, second.get(), third.get()},
                      translators({translator("fr", {"Library:/a/First", "Library:/a/Third"})})),
-                 pk::project::InvalidPath);
+                 pk::project::Error);
     EXPECT_EQ(pathsBelow(*library->boxRoot()), (Names{"First", "Folder", "Folder/Box"}));
     EXPECT_EQ(contextsOf(*library, "fr"),
               (Names{"Library:/Folder/Box", "Library:/First", "Library:/a/Third"}));
@@ -212,11 +182,23 @@ TEST(NodeInsertionFailure, TheFirstFailureOfSeveralNodesBringsNoMessages)
 {
     const Library library = someLibrary();
     const State before = stateOf(*library);
-    const DetachedNode box(BoxLibraryNode::fromDescription(description(".git")));
+    const DetachedNode box(BoxLibraryNode::fromDescription(description("a file")));
     EXPECT_THROW(library->boxRoot()->insertChildren(
-                     0, {box.get()}, translators({translator("fr", {"Library:/.git"})})),
-                 pk::project::InvalidPath);
+                     0, {box.get()}, translators({translator("fr", {"Library:/a file"})})),
+                 pk::project::Error);
     EXPECT_TRUE(stateOf(*library) == before);
+}
+
+TEST(NodeInsertionFailure, WhatWasAtThePlaceBeforeStays)
+{
+    const Library library = libraryWithALongOrderFile();
+    library->projectModel().writeFile(q("Many/Box/note"), "not known to the tree");
+    {
+        const FileSizeLimit full(1000);
+        EXPECT_THROW(library->boxRoot()->child("Many")->appendChild(description("Box")),
+                     std::runtime_error);
+    }
+    EXPECT_TRUE(library->projectModel().hasFile(q("Many/Box/note")));
 }
 
 TEST(NodeInsertionFailure, AnOrderFileThatCannotBeWrittenKeepsNewNodesOut)
@@ -225,7 +207,7 @@ TEST(NodeInsertionFailure, AnOrderFileThatCannotBeWrittenKeepsNewNodesOut)
     BoxLibraryNode* const folder = library->boxRoot()->child("Many");
     const Names tree = pathsBelow(*library->boxRoot());
     {
-        const FullDisk disk(1000);
+        const FileSizeLimit full(1000);
         EXPECT_THROW(folder->appendChild("New"), std::runtime_error);
         EXPECT_THROW(folder->appendChild(description("New")), std::runtime_error);
     }
@@ -242,7 +224,7 @@ TEST(NodeInsertionFailure, AnOrderFileThatCannotBeWrittenLeavesAnInsertedNodeIts
     const Names tree = pathsBelow(*library->boxRoot());
     BoxLibraryNode* const box = BoxLibraryNode::fromDescription(description("Box"));
     {
-        const FullDisk disk(1000);
+        const FileSizeLimit full(1000);
         EXPECT_THROW(folder->appendChild(box), std::runtime_error);
     }
     EXPECT_EQ(pathsBelow(*library->boxRoot()), tree);

@@ -376,6 +376,7 @@ TEST(NodeSetName, ThrowsLastWhenTheTranslationsAreRefused)
     EXPECT_THROW(library->boxRoot()->child(0)->setName("New"), pk::project::InvalidPath);
     EXPECT_EQ(library->boxRoot()->child(0)->name(), "New");
     EXPECT_TRUE(library->projectModel().hasFile(q("New/box.bhx")));
+    EXPECT_EQ(orderIn(library->projectModel()), Names{"New"});
     EXPECT_TRUE(library->isDirty());
     EXPECT_EQ(changes.size(), 1);
 }

@@ -31,16 +31,6 @@ TEST(SiblingNames, FillTheFirstGap)
     EXPECT_EQ(siblings({"Box", "Box (2)", "Box (4)"}).firstFree("Box"), "Box (3)");
 }
 
-TEST(SiblingNames, NeverGiveTheEmptyName)
-{
-    SiblingNames names = siblings({});
-    EXPECT_EQ(names.firstFree(""), " (2)");
-    names.add(" (2)");
-    EXPECT_EQ(names.firstFree(""), " (3)");
-    names.remove(" (2)");
-    EXPECT_EQ(names.firstFree(""), " (2)");
-}
-
 TEST(SiblingNames, TakeNothingByAsking)
 {
     SiblingNames names = siblings({"Box"});

@@ -70,7 +70,7 @@ public:
     /// tab, line feed and carriage return), and what BoxLibraryNode::saveBox() throws. The box file
     /// is then as before, but the new value is in place and was signalled.
     void setTooltip(const QString& value);
-    /// A bitmap's name ends at its first NUL in the file.
+    /// In the file, a bitmap's name ends at its first NUL, and one without a name is lost.
     void setBitmaps(const QList<QString>& value);
     void setBitmapExpanded(bool value);
 

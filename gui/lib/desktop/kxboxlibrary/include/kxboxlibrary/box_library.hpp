@@ -87,7 +87,9 @@ public:
     pk::project::ProjectModel& projectModel() { return m_model; }
     const pk::project::ProjectModel& projectModel() const { return m_model; }
 
-    /// Whether there are edits since the library was opened or saved.
+    /// Whether nodes or the title were edited since the library was opened or saved. What changes
+    /// translations alone (setTranslations() and the like) and moveChildren() leave it to the
+    /// caller to say so.
     bool isDirty() const { return m_dirty; }
     /// Emits dirtyChanged() when this is a change.
     void setDirty(bool value);
@@ -192,8 +194,8 @@ Q_SIGNALS:
     void dirtyChanged(bool value);
     /// isReadOnly() changed to `value`, and the translations are those of the new place.
     void readOnlyChanged(bool value);
-    /// translationsFiles() changed, and translations() with them. It comes twice when the
-    /// translations are replaced: when the old files are gone and when the new ones are there.
+    /// translationsFiles() changed, and translations() with them. When the translations are
+    /// replaced it comes when the old files are gone, and when the new ones are there.
     void translationFilesListChanged();
 
 private:

@@ -41,18 +41,16 @@ class SiblingNames;
 /// Ownership. A folder's list of children does not own them. A child that was inserted as a
 /// detached node is a QObject child of its folder and dies with it. A child that was loaded or
 /// created in place is not: it dies by removeChild() and otherwise lives on, so that whoever holds
-/// a pointer to it may keep it. TreeDeleter deletes a tree as a whole, removeChildTree() a part of
-/// one.
+/// a pointer to it may keep it: to compare it, to read its names and data, and to delete it; what
+/// needs the dead parent (path(), files, the library) must not be called any more. TreeDeleter
+/// deletes a tree as a whole, removeChildTree() a part of one.
 ///
 /// Files follow every edit at once, in the project model. Operations that change the tree throw
 /// what the project model throws, and leave tree and files as they were, unless they say otherwise
-/// (a file that was being written when the disk was full may be cut short, until it is written
-/// again).
-/// An edit marks the library dirty; none does in a detached tree. Names that the library's own
-/// files have ("bxlinfo" anywhere, "translations" at the top) are not refused: the directory cannot
-/// be made, or its contents go when the translations are next written, so do not use them; nor the
-/// store's own (".git" and others), which cannot stand at a project's top. Give a box no children:
-/// their directories would be resources of the box when it is loaded.
+/// (an order file that was being written when the disk was full is cut short until it is written
+/// again, and what a taken node left at a place does not come back). An edit marks the library
+/// dirty; none does in a detached tree. Give a box no children: their directories would be
+/// resources of the box when it is loaded.
 ///
 /// Used from the library's thread only.
 class KXBOXLIBRARY_EXPORT BoxLibraryNode : public QObject
@@ -120,9 +118,11 @@ public:
     static std::string unNumberName(const std::string& name);
 
     /// Sets name and file name to what is asked for, without its number, or, when a sibling has
-    /// that name, with the first free number from 2 on. The empty name counts as taken below a
-    /// parent, whose own directory it would mean. Takes time that does not depend on the number of
-    /// siblings, once the first call has looked at all of them. Changes nothing else.
+    /// that name, with the first free number from 2 on. Below a parent, names count as taken whose
+    /// files would meet others: the empty one (the parent's own directory), "bxlinfo", and at a
+    /// library's top "translations" and what cannot stand there (ProjectModel). Takes time that
+    /// does not depend on the number of siblings, once the first call has looked at all of them.
+    /// Changes nothing else.
     void initName(const std::string& name);
 
     /// Renames the node: finds a free name (initName()), moves the node's directory and its
@@ -187,9 +187,10 @@ public:
     // Editing the tree. Indices are clamped: 0 or less is the front, too large the end.
 
     /// Inserts a detached node with its files, under a free name (initName()), and becomes its
-    /// QObject parent. Files that another node left at its place when it was taken go. A node
-    /// without files of its own becomes an empty folder, and where this folder has no project files
-    /// are dropped. No message is moved: insertChildren() does that.
+    /// QObject parent. Files that another node left at its place when it was taken go. Of a
+    /// node without a project nothing but an empty directory is made, whatever it holds, and where
+    /// this folder has no project the node's files are dropped. No message is moved:
+    /// insertChildren() does that.
     ///
     /// Null, and nothing happens, when `node` is null or not detached: has a parent, is a library's
     /// root, or has this node below it. When copying the files throws, the node is detached as
@@ -251,10 +252,11 @@ public:
     /// becomes the child of another element. `behavior` does not matter.
     ///
     /// Nothing without a project, or, as far as the box file goes, when it can't be created. Throws
-    /// std::invalid_argument when `box` is null, as after a loadBox() that found nothing, and
-    /// std::runtime_error when XML can't hold it (it is nested too deep) or not all of it could be
-    /// written; but for the last, the files are then as before. That there was no ".metadata", the
-    /// usual case, is an error record in the log's category "kxboxlibrary".
+    /// std::invalid_argument when `box` is null, as after a loadBox() that found nothing,
+    /// std::runtime_error when XML can't hold it (it is nested too deep), and what the project
+    /// model throws when not all of it could be written; the files are then as before. That there
+    /// was no
+    /// ".metadata", the usual case, is an error record in the log's category "kxboxlibrary".
     void saveBox(const boost::shared_ptr<XmlElement>& box, bool behavior);
 
     /// The files of the node's directory, and below it, but for box files and ".metadata". Null
@@ -286,23 +288,22 @@ private:
     SiblingNames& childNames();
 
     void loadFolder(pk::project::ProjectModel& model);
-    void importResources(pk::project::ProjectModel& model, const BoxResourceList& resources);
+    void importResources(const BoxResourceList& resources);
     /// A project that has this node's files at its top.
     std::unique_ptr<pk::project::ProjectModel> copyFiles() const;
-    /// Runs `write`, which puts this node's files into their place; when it throws, they go again.
-    void fillPlace(pk::project::ProjectModel* model,
-                   const std::function<void(pk::project::ProjectModel&)>& write);
-    /// Removes what a node that was taken left at this node's place.
-    void clearPlace(pk::project::ProjectModel& model);
+    /// Removes what a node that was taken left at this child's place. Whether nothing is there
+    /// then.
+    bool clearPlace(pk::project::ProjectModel& model);
     void moveFiles(const std::string& oldFileName);
     void removeFiles(pk::project::ProjectModel& model) const;
 
     void attach(int index, BoxLibraryNode* child);
     void detach(BoxLibraryNode* child);
     void forward(BoxLibraryNode* child) const;
-    /// Makes `child` a child, with `fill` for its name and files; undone when that throws.
-    void adopt(int index, BoxLibraryNode* child, const std::function<void()>& fill);
-    BoxLibraryNode* createChild(int index, const std::function<void(BoxLibraryNode&)>& init);
+    /// Makes `child` a child of a name like `name`, with `fill` for its files; undone when that
+    /// throws.
+    void adopt(int index, BoxLibraryNode* child, const std::string& name,
+               const std::function<void()>& fill);
 
     void saveOwnFile();
     bool saves(const char* function, int line, const std::function<void()>& write) const;
