@@ -459,6 +459,12 @@ TEST(NodeOwnership, LoadedNodesOutliveTheirLibrary)
     EXPECT_EQ(boxes->name(), "Boxes");
     EXPECT_EQ(walk->name(), "Walk");
     EXPECT_EQ(motions->name(), "Motions");
+    EXPECT_EQ(boxes->parent(), nullptr);
+    EXPECT_EQ(walk->parent(), boxes.data());
+    EXPECT_EQ(walk->library(), nullptr);
+    EXPECT_EQ(walk->project(), nullptr);
+    walk->boxData()->setTooltip(q("still a box"));
+    EXPECT_EQ(walk->boxData()->tooltip(), q("still a box"));
     delete motions.data();
     delete boxes.data();
     EXPECT_FALSE(walk.isNull());

@@ -6,7 +6,6 @@
 namespace KX::test {
 namespace {
 
-using KR::Localization::Message;
 using KR::Localization::Translator;
 namespace TS = KR::Localization::TS;
 

@@ -45,7 +45,9 @@ TEST(NodeSetName, LeavesOutByteOrderMarks)
     const Library library =
         open(project({{"A/box.bhx", boxFile()}, {"B/box.bhx", boxFile("tooltip=\"b\"")}}));
     BoxLibraryNode* const box = library->boxRoot()->child("B");
-    for (const std::string& name : {mark, mark + mark, mark + mark + mark}) {
+    std::string name;
+    for (int marks = 1; marks <= 3; ++marks) {
+        name += mark;
         box->setName(name);
         EXPECT_EQ(box->name(), " (2)");
     }

@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <boost/shared_ptr.hpp>
@@ -41,9 +42,8 @@ class SiblingNames;
 /// Ownership. A folder's list of children does not own them. A child that was inserted as a
 /// detached node is a QObject child of its folder and dies with it. A child that was loaded or
 /// created in place is not: it dies by removeChild() and otherwise lives on, so that whoever holds
-/// a pointer to it may keep it: to compare it, to read its names and data, and to delete it; what
-/// needs the dead parent (path(), files, the library) must not be called any more. TreeDeleter
-/// deletes a tree as a whole, removeChildTree() a part of one.
+/// a pointer to it may keep it; when its folder dies, it has no parent, no library and no files any
+/// more. TreeDeleter deletes a tree as a whole, removeChildTree() a part of one.
 ///
 /// Files follow every edit at once, in the project model. Operations that change the tree throw
 /// what the project model throws, and leave tree and files as they were, unless they say otherwise
@@ -312,7 +312,7 @@ private:
     BoxLibrary* m_library = nullptr; // of the root alone; not owned
     std::string m_name;
     std::string m_fileName;
-    BoxLibraryNode* m_parent = nullptr; // not owned
+    QPointer<BoxLibraryNode> m_parent; // not owned; null once it is gone
     QList<BoxLibraryNode*> m_children;
     boost::shared_ptr<BoxData> m_boxData;
     // Null until a child needs a name. Then always the names of m_children.
