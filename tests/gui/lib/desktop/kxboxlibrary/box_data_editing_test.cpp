@@ -508,5 +508,17 @@ TEST(UpdateData, ThatFailsKeepsWhatWasDoneUntilThen)
     EXPECT_TRUE(data->bitmapExpanded());
 }
 
+TEST(UpdateData, EndsWhenTheBoxIsRemovedByWhoHearsOfItsName)
+{
+    const Library library = open(project({{"Box/box.bhx", boxFile()}}));
+    BoxLibraryNode* const root = library->boxRoot();
+    QObject::connect(library.get(), &BoxLibrary::dataChanged,
+                     [root](const BoxLibraryNode* node) { root->removeChild(node->index()); });
+    BoxData* const data = root->child(0)->boxData().get(); // the node alone holds them
+    data->updateData(q("New"), q("new"), {}, false);
+    EXPECT_TRUE(root->children().isEmpty());
+    EXPECT_EQ(filesOf(library->projectModel()), Names{"bxlinfo"});
+}
+
 } // namespace
 } // namespace KX::test
