@@ -203,10 +203,12 @@ TEST(BoxLibraryDestructor, DeletesTheRoot)
 TEST(BoxLibraryDestructor, RunsWithTheQObjectParent)
 {
     auto parent = std::make_unique<QObject>();
-    const QPointer<BoxLibrary> library(new BoxLibrary(q("Demo"), false, parent.get()));
-    ASSERT_FALSE(library.isNull());
+    auto* const library = new BoxLibrary(q("Demo"), false, parent.get());
+    bool destroyed = false;
+    QObject::connect(library, &QObject::destroyed, [&destroyed] { destroyed = true; });
+    EXPECT_EQ(library->parent(), parent.get());
     parent.reset();
-    EXPECT_TRUE(library.isNull());
+    EXPECT_TRUE(destroyed);
 }
 
 // Title
