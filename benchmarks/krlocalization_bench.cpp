@@ -1,3 +1,5 @@
+#include "timing.hpp"
+
 #include <kr/localization/context_patchers.hpp>
 #include <kr/localization/translators.hpp>
 #include <kr/localization/ts.hpp>
@@ -5,8 +7,6 @@
 #include <benchmark/benchmark.h>
 #include <pugixml.hpp>
 
-#include <algorithm>
-#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,6 +16,10 @@
 // their ratio.
 
 namespace {
+
+using timing::median;
+using timing::milliseconds;
+using timing::StringWriter;
 
 using namespace KR::Localization;
 
@@ -58,22 +62,6 @@ const QByteArray& file()
     return bytes;
 }
 
-template <class Work>
-double milliseconds(const Work& work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const auto end = std::chrono::steady_clock::now();
-    return std::chrono::duration<double, std::milli>(end - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 /// Times both in turn as often as the benchmark runs.
 template <class Ours, class Theirs>
 void compare(benchmark::State& state, const Ours& ours, const Theirs& theirs)
@@ -108,15 +96,6 @@ void read(benchmark::State& state)
         });
 }
 BENCHMARK(read)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(41);
-
-struct StringWriter : pugi::xml_writer
-{
-    void write(const void* data, std::size_t size) override
-    {
-        bytes.append(static_cast<const char*>(data), size);
-    }
-    std::string bytes;
-};
 
 void write(benchmark::State& state)
 {

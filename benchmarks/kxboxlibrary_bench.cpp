@@ -1,3 +1,5 @@
+#include "timing.hpp"
+
 #include <kr/localization/ts.hpp>
 #include <kxboxlibrary/box_library.hpp>
 #include <kxboxlibrary/box_library_node.hpp>
@@ -8,8 +10,6 @@
 #include <boost/make_shared.hpp>
 #include <pugixml.hpp>
 
-#include <algorithm>
-#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +19,10 @@
 
 namespace {
 
+using timing::median;
+using timing::milliseconds;
+using timing::StringWriter;
+
 using namespace KX;
 using KR::Localization::Message;
 using KR::Localization::Translator;
@@ -26,22 +30,6 @@ using Library = std::unique_ptr<BoxLibrary, TreeDeleter>;
 
 constexpr int a_messages = 40000;
 constexpr int a_messagesOfBox = 8;
-
-template <class Work>
-double milliseconds(const Work& work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const auto end = std::chrono::steady_clock::now();
-    return std::chrono::duration<double, std::milli>(end - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 /// Times both in turn as often as the benchmark runs. The counters are named after them.
 template <class Ours, class Floor>
@@ -118,15 +106,6 @@ Translator translator(const QString& language)
     }
     return result;
 }
-
-struct StringWriter : pugi::xml_writer
-{
-    void write(const void* data, std::size_t size) override
-    {
-        bytes.append(static_cast<const char*>(data), size);
-    }
-    std::string bytes;
-};
 
 /// Renames a box of a library with two languages; the floor parses and writes both files.
 void rename(benchmark::State& state, const std::string& folderName, const std::string& boxName)
