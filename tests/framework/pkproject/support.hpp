@@ -1,5 +1,7 @@
 #pragma once
 
+#include "temporary_files.hpp"
+
 #include "disk.hpp"
 
 #include <pk/project/project_model.hpp>
@@ -21,46 +23,10 @@
 
 namespace pk::project::test {
 
-inline QString q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
-/// A temporary directory that is gone after the test.
-class TemporaryDirectory
-{
-public:
-    TemporaryDirectory() : m_directory(base() + q("/kxproject-test-XXXXXX"))
-    {
-        EXPECT_TRUE(m_directory.isValid());
-    }
-    QString path(const char* name) const { return m_directory.filePath(q(name)); }
-    QString path() const { return m_directory.path(); }
-
-private:
-    // In memory where that can be, because the tests make and sync very many files.
-    static QString base()
-    {
-        const QFileInfo memory(q("/dev/shm"));
-        return memory.isDir() && memory.isWritable() ? memory.filePath() : QDir::tempPath();
-    }
-    QTemporaryDir m_directory;
-};
-
-/// Puts bytes into a local file, making its directory.
-inline void putLocal(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
-inline QByteArray getLocal(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
-}
+using temporary::getLocal;
+using temporary::putLocal;
+using temporary::q;
+using temporary::TemporaryDirectory;
 
 /// What is below a local directory: "name/" for directories, "name" with mode and bytes for files,
 /// the target for symbolic links. The metadata file is among them.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "temporary_files.hpp"
+
 #include <kr/localization/ts.hpp>
 #include <kx/xml_document.hpp>
 #include <kxboxlibrary/box_data.hpp>
@@ -34,44 +36,10 @@ using Library = std::unique_ptr<BoxLibrary, TreeDeleter>;
 using DetachedNode = std::unique_ptr<BoxLibraryNode, TreeDeleter>;
 using Names = std::vector<std::string>;
 
-inline QString q(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-/// A temporary directory that is gone after the test, in memory where that can be.
-class TemporaryDirectory
-{
-public:
-    TemporaryDirectory() : m_directory(base() + q("/kxboxlibrary-test-XXXXXX"))
-    {
-        EXPECT_TRUE(m_directory.isValid());
-    }
-    QString path(const std::string& name) const { return m_directory.filePath(q(name)); }
-    QString path() const { return m_directory.path(); }
-
-private:
-    static QString base()
-    {
-        const QFileInfo memory(q("/dev/shm"));
-        return memory.isDir() && memory.isWritable() ? memory.filePath() : QDir::tempPath();
-    }
-    QTemporaryDir m_directory;
-};
-
-inline void putLocal(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
-inline QByteArray getLocal(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
-}
+using temporary::getLocal;
+using temporary::putLocal;
+using temporary::q;
+using temporary::TemporaryDirectory;
 
 /// The methods that a class itself adds to its meta-object, such as
 /// "public signal titleChanged(QString title)".

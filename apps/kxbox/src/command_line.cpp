@@ -1,0 +1,259 @@
+#include "command_line.hpp"
+
+#include "commands.hpp"
+#include "failure.hpp"
+#include "log_watch.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace kxbox {
+
+namespace {
+
+const char* const a_about =
+    "Shows, edits, translates, checks and exports libraries of robot behaviour boxes.";
+const char* const a_footer =
+    "A library is a directory or an archive. A node of it is named by the names on the way to it,\n"
+    "as in Motion/Walk, with \\/ for a slash in a name; / is the library itself.\n"
+    "Exit codes: 0 done, 1 check found problems, 2 bad usage, 3 failed.";
+
+// Put in front of a value that looks like a list to CLI11, and taken off again when it has been
+// parsed.
+constexpr char a_mark = '\x1f';
+
+std::string marked(std::string word)
+{
+    const bool isList = word.size() > 1 && word.front() == '[' && word.back() == ']';
+    return isList ? a_mark + std::move(word) : std::move(word);
+}
+
+std::string unmarked(std::string word)
+{
+    return !word.empty() && word.front() == a_mark ? word.substr(1) : std::move(word);
+}
+
+std::string hint(const std::string& command)
+{
+    return " (see 'kxbox" + command + " --help')";
+}
+
+} // namespace
+
+OpenLibrary& Session::library()
+{
+    if (!m_library) {
+        m_library = std::make_unique<OpenLibrary>(m_path, m_progress);
+    }
+    m_library->setAddressing(m_fileNames ? OpenLibrary::Addressing::FileNames
+                                         : OpenLibrary::Addressing::Names);
+    return *m_library;
+}
+
+CommandLine::CommandLine(Place place) : m_place(place), m_app(a_about, "kxbox")
+{
+    m_app.require_subcommand(1);
+    if (place == Place::Shell) {
+        m_app.footer(a_footer);
+        m_app.set_version_flag("--version", std::string("kxbox ") + KXBOX_VERSION);
+    } else {
+        m_app.set_help_flag();
+    }
+    addShowingCommands(*this);
+    addFindCommand(*this);
+    addMakingCommands(*this);
+    addTreeCommands(*this);
+    addCopyCommand(*this);
+    addFormCommands(*this);
+    addTranslationCommands(*this);
+    addCheckCommand(*this);
+    addBatchCommand(*this);
+}
+
+Outcome CommandLine::run(std::vector<std::string> words, Session& session)
+{
+    checkCommand(words);
+    const std::string command = words.empty() ? "" : " " + words.front();
+    std::transform(words.begin(), words.end(), words.begin(), marked);
+    std::reverse(words.begin(), words.end()); // as CLI11 wants them
+    try {
+        m_app.parse(std::move(words));
+    } catch (const CLI::CallForHelp&) {
+        Outcome help;
+        help.text = m_app.help();
+        return help;
+    } catch (const CLI::CallForVersion&) {
+        Outcome version;
+        version.text = m_app.version() + "\n";
+        return version;
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(error.what() + (m_place == Place::Shell ? hint(command) : std::string()));
+    }
+    if (m_place == Place::Shell) {
+        session.m_path = m_library;
+        session.dryRun = m_dryRun;
+    }
+    session.m_fileNames = m_fileNames;
+    Outcome outcome = m_chosen(session);
+    if (m_place == Place::Shell && !m_dryRun && session.m_library &&
+        session.m_library->isEdited()) {
+        session.m_library->save();
+    }
+    return outcome;
+}
+
+void CommandLine::checkCommand(const std::vector<std::string>& words) const
+{
+    const std::string end = m_place == Place::Shell ? hint("") : "";
+    const CLI::App* app = &m_app;
+    for (std::size_t i = 0;; ++i) {
+        const auto commands = app->get_subcommands({});
+        if (commands.empty()) {
+            return;
+        }
+        if (i == words.size()) {
+            throw UsageError("a command is missing" + end);
+        }
+        const std::string& name = words[i];
+        if (name.rfind('-', 0) == 0) {
+            return; // --help
+        }
+        if (std::find(m_alone.begin(), m_alone.end(), name) != m_alone.end()) {
+            throw UsageError("'" + name + "' can't be part of a batch");
+        }
+        const auto found =
+            std::find_if(commands.begin(), commands.end(), [&name](const CLI::App* command) {
+                return command->get_name() == name;
+            });
+        if (found == commands.end()) {
+            throw UsageError("no command '" + name + "'" + end);
+        }
+        app = *found;
+    }
+}
+
+CLI::App& CommandLine::add(const std::string& name, const std::string& help, Action action)
+{
+    CLI::App& command = *(m_group != nullptr ? m_group : &m_app)->add_subcommand(name, help);
+    command.callback([this, action = std::move(action)] { m_chosen = action; });
+    if (m_place == Place::Shell) {
+        command.add_flag("--json", m_json, "Print JSON");
+    } else {
+        command.set_help_flag();
+    }
+    return command;
+}
+
+CLI::App& CommandLine::addReading(const std::string& name, const std::string& help, Action action)
+{
+    CLI::App& command = add(name, help, std::move(action));
+    addLibrary(command);
+    return command;
+}
+
+CLI::App& CommandLine::addEditing(const std::string& name, const std::string& help, Edit edit)
+{
+    return addWriting(name, help, [this, edit = std::move(edit)](Session& session) {
+        OpenLibrary& library = session.library();
+        Changes changes;
+        const LogWatch watch;
+        edit(library, changes);
+        requireNoNodeErrors(watch, library.path());
+        if (!changes.isEmpty()) {
+            library.setEdited();
+        }
+        return outcomeOf(changes, library.path(), m_dryRun);
+    });
+}
+
+CLI::App& CommandLine::addWriting(const std::string& name, const std::string& help, Action action)
+{
+    CLI::App& command = addReading(name, help, std::move(action));
+    addDryRun(command);
+    return command;
+}
+
+CLI::App& CommandLine::addAlone(const std::string& name, const std::string& help, Action action)
+{
+    if (m_place == Place::Batch) {
+        m_alone.push_back(name);
+    }
+    return add(name, help, std::move(action));
+}
+
+void CommandLine::setGroup(const std::string& name, const std::string& help)
+{
+    m_group = nullptr;
+    if (!name.empty()) {
+        m_group = m_app.add_subcommand(name, help);
+        m_group->require_subcommand(1);
+        if (m_place == Place::Batch) {
+            m_group->set_help_flag();
+        }
+    }
+}
+
+CLI::Option* CommandLine::addText(CLI::App& command, const std::string& name, std::string& value,
+                                  const std::string& help)
+{
+    return command.add_option(name, value, help)->type_name("")->transform(unmarked);
+}
+
+CLI::Option* CommandLine::addText(CLI::App& command, const std::string& name,
+                                  std::optional<std::string>& value, const std::string& help)
+{
+    return command.add_option(name, value, help)->type_name("")->transform(unmarked);
+}
+
+CLI::Option* CommandLine::addTexts(CLI::App& command, const std::string& name,
+                                   std::vector<std::string>& values, const std::string& help)
+{
+    return command.add_option(name, values, help)->type_name("")->transform(unmarked);
+}
+
+CLI::Option* CommandLine::addFormat(CLI::App& command, std::string& format)
+{
+    return addText(command, "--format", format, "The form of the library: directory or archive")
+        ->type_name("directory|archive")
+        ->check(CLI::IsMember({"directory", "archive"}));
+}
+
+void CommandLine::addLibrary(CLI::App& command)
+{
+    command.add_flag("--file-names", m_fileNames,
+                     "Name nodes by their directories instead of their names");
+    if (m_place == Place::Shell) {
+        addText(command, "LIB", m_library, "The library: a directory or an archive")->required();
+    }
+}
+
+void CommandLine::addDryRun(CLI::App& command)
+{
+    if (m_place == Place::Shell) {
+        command.add_flag("--dry-run", m_dryRun, "Say what would be done, and change nothing");
+    }
+}
+
+void requireNoNodeErrors(const LogWatch& watch, const std::string& library)
+{
+    for (const pk::log::Record& record : watch.records()) {
+        if (record.category == "kxboxlibrary") {
+            throw Failure(library + ": " + record.message);
+        }
+    }
+}
+
+Outcome outcomeOf(const Changes& changes, const std::string& library, bool dryRun)
+{
+    Outcome outcome;
+    outcome.json["library"] = library;
+    outcome.json["dryRun"] = dryRun;
+    outcome.json["changes"] = changes.json();
+    outcome.text = changes.isEmpty() ? "Nothing to change.\n" : changes.text();
+    if (dryRun && !changes.isEmpty()) {
+        outcome.text += "Nothing was written (--dry-run).\n";
+    }
+    return outcome;
+}
+
+} // namespace kxbox

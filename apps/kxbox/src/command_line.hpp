@@ -1,0 +1,128 @@
+#pragma once
+
+#include "changes.hpp"
+#include "open_library.hpp"
+#include "progress.hpp"
+#include "text.hpp"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kxbox {
+
+/// What is to be printed when a command is done.
+struct Outcome
+{
+    Json json = Json::object(); ///< for --json
+    std::string text;           ///< for people; ends with a line feed unless it is empty
+    bool problems = false;      ///< check found some: exit code 1
+    std::string failure;        ///< what failed though the rest was done: exit code 3
+};
+
+class LogWatch;
+
+/// What a command works with.
+class Session
+{
+public:
+    explicit Session(Progress& progress) : m_progress(progress) {}
+
+    bool dryRun = false;
+    Progress& progress() const { return m_progress; }
+
+    /// The library that the command line names, opened at the first call.
+    OpenLibrary& library();
+
+private:
+    friend class CommandLine;
+
+    Progress& m_progress;
+    std::string m_path;
+    bool m_fileNames = false;
+    std::unique_ptr<OpenLibrary> m_library;
+};
+
+/// The commands: their options, their help, and what they do. One object parses one command line.
+class CommandLine
+{
+public:
+    using Action = std::function<Outcome(Session&)>;
+
+    /// Where commands stand: on the command line, which names the library, or on a line of a batch,
+    /// which has opened it, prints for all of its lines, and saves when all are done.
+    enum class Place
+    {
+        Shell,
+        Batch
+    };
+
+    explicit CommandLine(Place place);
+
+    /// Parses the words of a command line, without the program's name, does what they say in
+    /// `session`, and saves the library if the command edited it; on a line of a batch it does not.
+    /// Throws UsageError for bad words, and what fails.
+    Outcome run(std::vector<std::string> words, Session& session);
+    /// Whether the words last parsed ask for the machine form.
+    bool json() const { return m_json; }
+
+    // For the functions in commands.hpp, each of which adds some commands.
+
+    /// A command on an opened library that changes nothing.
+    CLI::App& addReading(const std::string& name, const std::string& help, Action action);
+    /// A command that notes what it changes in a library.
+    using Edit = std::function<void(OpenLibrary&, Changes&)>;
+    CLI::App& addEditing(const std::string& name, const std::string& help, Edit edit);
+    /// A command that knows --dry-run and makes its own outcome.
+    CLI::App& addWriting(const std::string& name, const std::string& help, Action action);
+    /// A command that can't be on a line of a batch; its options but --json are its own business,
+    /// the library too.
+    CLI::App& addAlone(const std::string& name, const std::string& help, Action action);
+
+    /// Commands that are added from now on are subcommands of `name`, until the next call; none for
+    /// an empty name.
+    void setGroup(const std::string& name, const std::string& help);
+
+    /// An option (or, without "--", an argument) whose value is taken as it is. CLI11 itself takes
+    /// "[a,b]" for a list where an option can have several values.
+    static CLI::Option* addText(CLI::App& command, const std::string& name, std::string& value,
+                                const std::string& help);
+    static CLI::Option* addText(CLI::App& command, const std::string& name,
+                                std::optional<std::string>& value, const std::string& help);
+    static CLI::Option* addTexts(CLI::App& command, const std::string& name,
+                                 std::vector<std::string>& values, const std::string& help);
+    /// --format, "directory" or "archive".
+    static CLI::Option* addFormat(CLI::App& command, std::string& format);
+    /// The argument LIB, and --file-names.
+    void addLibrary(CLI::App& command);
+    /// --dry-run.
+    void addDryRun(CLI::App& command);
+
+private:
+    /// Throws UsageError when the words don't begin with a command.
+    void checkCommand(const std::vector<std::string>& words) const;
+    CLI::App& add(const std::string& name, const std::string& help, Action action);
+
+    Place m_place;
+    std::vector<std::string> m_alone; // the commands that a batch can't have
+    CLI::App m_app;
+    CLI::App* m_group = nullptr; // of m_app
+    std::string m_library;
+    bool m_fileNames = false;
+    bool m_dryRun = false;
+    bool m_json = false;
+    Action m_chosen;
+};
+
+/// Throws Failure for what the tree only logs, such as a directory that can't be moved.
+void requireNoNodeErrors(const LogWatch& watch, const std::string& library);
+
+/// What `changes` look like as the outcome of a command.
+Outcome outcomeOf(const Changes& changes, const std::string& library, bool dryRun);
+
+} // namespace kxbox

@@ -1,0 +1,212 @@
+#include "open_library.hpp"
+
+#include "failure.hpp"
+#include "node_address.hpp"
+
+#include <kr/localization/context_patchers.hpp>
+#include <kxboxlibrary/box_constants.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace kxbox {
+
+using KX::BoxLibraryNode;
+using pk::project::ProjectModel;
+
+namespace {
+
+/// Not from any box file, so that nobody makes a library of a directory that has some deep in it.
+bool looksLikeLibrary(const ProjectModel& model)
+{
+    const auto isBox = [&model](const QString& directory) {
+        return model.hasFile(directory + QStringLiteral("/box.bhx")) ||
+               model.hasFile(directory + QStringLiteral("/behavior.bhx"));
+    };
+    const auto directoriesIn = [&model](const QString& directory) {
+        return model.getFileList(directory, true, false, true);
+    };
+    const QStringList top = directoriesIn(QString());
+    return model.hasFile(QStringLiteral("bxlinfo")) ||
+           std::any_of(top.begin(), top.end(), [&](const QString& directory) {
+               const QStringList below = directoriesIn(directory);
+               return isBox(directory) ||
+                      std::any_of(below.begin(), below.end(), [&](const QString& child) {
+                          return isBox(directory + QLatin1Char('/') + child);
+                      });
+           });
+}
+
+void append(BoxLibraryNode& node, std::vector<BoxLibraryNode*>& nodes)
+{
+    nodes.push_back(&node);
+    for (BoxLibraryNode* const child : node.children()) {
+        append(*child, nodes);
+    }
+}
+
+} // namespace
+
+ProjectModel openProject(const std::string& path, Progress& progress)
+{
+    progress.begin("opening");
+    ProjectModel model(QString::fromStdString(path));
+    const QString type = model.getMetadata(QStringLiteral("Type"));
+    if (type.isEmpty() ? !looksLikeLibrary(model)
+                       : type != QLatin1String(KX::BoxConstants::a_boxLibraryProjectType)) {
+        throw Failure(path + ": not a box library: " +
+                      (type.isEmpty() ? std::string("it holds no box and no order file")
+                                      : "it is a '" + type.toStdString() + "'"));
+    }
+    return model;
+}
+
+OpenLibrary::OpenLibrary(const std::string& path, Progress& progress)
+    : m_path(path), m_progress(progress), m_library(new KX::BoxLibrary(openProject(path, progress)))
+{
+}
+
+std::string OpenLibrary::nameOf(const BoxLibraryNode& node) const
+{
+    return m_addressing == Addressing::Names ? node.name() : node.fileName();
+}
+
+std::string OpenLibrary::address(const BoxLibraryNode& node) const
+{
+    std::vector<std::string> names;
+    for (const BoxLibraryNode* at = &node; at->parent() != nullptr; at = at->parent()) {
+        names.push_back(nameOf(*at));
+    }
+    std::reverse(names.begin(), names.end());
+    return node_address::format(names);
+}
+
+BoxLibraryNode& OpenLibrary::node(const std::string& address) const
+{
+    const std::string subject = m_path + ": no node '" + address + "': ";
+    BoxLibraryNode* at = m_library->boxRoot();
+    for (const std::string& name : node_address::parse(address)) {
+        std::vector<BoxLibraryNode*> found;
+        for (BoxLibraryNode* const child : at->children()) {
+            if (nameOf(*child) == name) {
+                found.push_back(child);
+            }
+        }
+        if (found.size() > 1) {
+            throw Failure(m_path + ": '" + address + "' is ambiguous: '" + found[0]->fileName() +
+                          "' and '" + found[1]->fileName() + "' are both called '" + name +
+                          "' (--file-names tells them apart)");
+        }
+        if (found.empty()) {
+            const std::string place =
+                at->parent() == nullptr ? "the library" : "'" + this->address(*at) + "'";
+            throw Failure(subject + place +
+                          (isFolder(*at) ? " has no '" + name + "'"
+                                         : " is a box, which has no nodes below it"));
+        }
+        at = found.front();
+    }
+    return *at;
+}
+
+BoxLibraryNode& OpenLibrary::folder(const std::string& address) const
+{
+    BoxLibraryNode& found = node(address);
+    if (!isFolder(found)) {
+        throw Failure(m_path + ": '" + address + "' is a box, not a folder");
+    }
+    return found;
+}
+
+BoxLibraryNode& OpenLibrary::box(const std::string& address) const
+{
+    BoxLibraryNode& found = node(address);
+    if (isFolder(found)) {
+        throw Failure(m_path + ": '" + address + "' is a folder, not a box");
+    }
+    return found;
+}
+
+BoxLibraryNode& OpenLibrary::nodeBelowRoot(const std::string& address) const
+{
+    BoxLibraryNode& found = node(address);
+    if (found.parent() == nullptr) {
+        throw Failure(m_path + ": '" + address + "' is the library's root, which stays as it is");
+    }
+    return found;
+}
+
+std::vector<BoxLibraryNode*>
+OpenLibrary::nodesBelowRoot(const std::vector<std::string>& addresses) const
+{
+    std::vector<BoxLibraryNode*> nodes;
+    QSet<const BoxLibraryNode*> given;
+    for (const std::string& address : addresses) {
+        BoxLibraryNode& found = nodeBelowRoot(address);
+        if (given.contains(&found)) {
+            throw Failure(m_path + ": '" + address + "' is given twice");
+        }
+        given.insert(&found);
+        nodes.push_back(&found);
+    }
+    for (const BoxLibraryNode* const node : nodes) {
+        for (const BoxLibraryNode* at = node->parent(); at != nullptr; at = at->parent()) {
+            if (given.contains(at)) {
+                throw Failure(m_path + ": '" + address(*node) + "' is below '" + address(*at) +
+                              "', which is given too");
+            }
+        }
+    }
+    return nodes;
+}
+
+std::vector<BoxLibraryNode*> OpenLibrary::subtree(BoxLibraryNode& node)
+{
+    std::vector<BoxLibraryNode*> nodes;
+    append(node, nodes);
+    return nodes;
+}
+
+QSet<QString> OpenLibrary::behaviors(BoxLibraryNode& node) const
+{
+    QStringList paths;
+    m_library->xFindBehaviors(&node, paths);
+    return QSet<QString>(paths.begin(), paths.end());
+}
+
+void OpenLibrary::requireReadableTranslations() const
+{
+    const auto files = m_library->translationsFiles().size();
+    const auto languages = m_library->translations().size();
+    if (files != languages) {
+        throw Failure(m_path + ": " + std::to_string(files - languages) + " of " +
+                      std::to_string(files) +
+                      " translation files would be lost: 'kxbox check' says which and why");
+    }
+}
+
+void OpenLibrary::save()
+{
+    m_progress.begin("saving");
+    m_library->save();
+    m_edited = false;
+}
+
+QMap<QString, int> countMessages(const KX::BoxLibrary& library, const QString& context)
+{
+    const KR::Localization::ContextRecursiveFinder concerns(context);
+    QMap<QString, int> counts;
+    const KX::BoxLibrary::Translators translators = library.translations();
+    for (auto it = translators.begin(); it != translators.end(); ++it) {
+        const auto& messages = it.value().messages();
+        const auto count =
+            std::count_if(messages.begin(), messages.end(),
+                          [&concerns](const auto& message) { return concerns(message.context()); });
+        if (count > 0) {
+            counts.insert(it.key(), static_cast<int>(count));
+        }
+    }
+    return counts;
+}
+
+} // namespace kxbox

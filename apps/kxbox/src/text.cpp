@@ -1,0 +1,57 @@
+#include "text.hpp"
+
+namespace kxbox {
+
+namespace {
+
+std::string escaped(QChar character)
+{
+    switch (character.unicode()) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        return QStringLiteral("\\x%1")
+            .arg(character.unicode(), 2, 16, QLatin1Char('0'))
+            .toStdString();
+    }
+}
+
+/// Also those that turn the direction of writing around.
+bool isControl(QChar character)
+{
+    return character.category() == QChar::Other_Control ||
+           (character.unicode() >= 0x202a && character.unicode() <= 0x202e) ||
+           (character.unicode() >= 0x2066 && character.unicode() <= 0x2069) ||
+           character.unicode() == 0x2028 || character.unicode() == 0x2029;
+}
+
+} // namespace
+
+std::string printable(const QString& text)
+{
+    QString result;
+    for (const QChar character : text) {
+        if (isControl(character)) {
+            result += QString::fromStdString(escaped(character));
+        } else {
+            result += character;
+        }
+    }
+    return result.toStdString();
+}
+
+std::string printable(const std::string& text)
+{
+    return printable(QString::fromStdString(text));
+}
+
+std::string counted(int number, const std::string& one, const std::string& many)
+{
+    return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+} // namespace kxbox

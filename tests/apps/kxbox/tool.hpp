@@ -1,0 +1,94 @@
+#pragma once
+
+#include "temporary_files.hpp"
+
+#include <QProcess>
+#include <QStringList>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace kxbox::test {
+
+using temporary::getLocal;
+using temporary::putLocal;
+using temporary::q;
+using temporary::TemporaryDirectory;
+
+/// How a run of the tool ended, to be compared whole.
+struct Ending
+{
+    int exitCode;
+    std::string out;
+    std::string error;
+};
+
+inline bool operator==(const Ending& a, const Ending& b)
+{
+    return a.exitCode == b.exitCode && a.out == b.out && a.error == b.error;
+}
+
+inline std::ostream& operator<<(std::ostream& stream, const Ending& ending)
+{
+    return stream << "exit code " << ending.exitCode << "\n--- stdout\n"
+                  << ending.out << "--- stderr\n"
+                  << ending.error << "---";
+}
+
+/// The form of the library that a test works on.
+enum class Form
+{
+    Directory,
+    Archive
+};
+
+inline std::string nameOf(const testing::TestParamInfo<Form>& info)
+{
+    return info.param == Form::Directory ? "Directory" : "Archive";
+}
+
+/// The bytes of every file below a local directory, by relative path; an archive is one file.
+using Files = std::map<std::string, std::string>;
+Files filesOf(const QString& path);
+
+/// A test that runs the program in a directory of its own, with file names relative to it.
+class ToolTest : public testing::Test
+{
+protected:
+    using Words = std::vector<std::string>;
+
+    QString path(const std::string& name) const { return m_directory.path(name); }
+    QString path() const { return m_directory.path(); }
+
+    /// Runs kxbox and waits for it.
+    Ending run(const Words& words, const std::string& input = {}) const;
+    /// The JSON that the same prints with --json added; the run must end with this exit code and
+    /// without a word on stderr.
+    nlohmann::ordered_json json(Words words, int exitCode = 0) const;
+
+    /// Puts a copy of the sample library there, by default in the directory form.
+    void copySample(const std::string& name, Form form = Form::Directory) const;
+    /// Makes an empty library and runs the lines of a batch on it, if there are any.
+    void make(const std::string& name, Form form = Form::Directory,
+              const std::string& batch = {}) const;
+    /// A box file with this box element.
+    void putBoxFile(const std::string& name,
+                    const std::string& box = R"(<Box name="root"/>)") const;
+
+    /// The lines of `tree`, so that a test can look at names and order.
+    std::string tree(const std::string& library) const;
+
+private:
+    TemporaryDirectory m_directory;
+};
+
+/// The same in both forms.
+class ToolInBothForms : public ToolTest, public testing::WithParamInterface<Form>
+{
+};
+
+} // namespace kxbox::test
