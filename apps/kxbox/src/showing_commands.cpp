@@ -1,6 +1,7 @@
 // info, tree and show: what is in a library.
 #include "command_line.hpp"
 #include "commands.hpp"
+#include "messages.hpp"
 
 #include <kr/input.hpp>
 #include <kr/output.hpp>
@@ -162,22 +163,6 @@ private:
 };
 
 // show
-
-const char* nameOf(KR::Localization::Message::State state)
-{
-    using State = KR::Localization::Message::State;
-    switch (state) {
-    case State::Finished:
-        return "finished";
-    case State::Unfinished:
-        return "unfinished";
-    case State::Vanished:
-        return "vanished";
-    case State::Obsolete:
-        return "obsolete";
-    }
-    return "";
-}
 
 Json messagesOf(const OpenLibrary& library, const BoxLibraryNode& node)
 {

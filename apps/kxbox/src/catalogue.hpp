@@ -1,0 +1,66 @@
+#pragma once
+
+#include "messages.hpp"
+
+#include <kr/localization/translator.hpp>
+#include <kxboxlibrary/box_library.hpp>
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kxbox {
+
+/// What there is to translate of a box: its translatableTexts(), under the context of its messages.
+struct BoxTexts
+{
+    QString context;
+    QStringList texts;
+};
+
+/// How many messages an update changed.
+struct UpdateCounts
+{
+    int added = 0;    ///< of new texts
+    int vanished = 0; ///< their text or box is gone
+    int restored = 0; ///< their text is back
+    int removed = 0;  ///< gone as well, but there was no translation to keep
+
+    bool isEmpty() const { return added + vanished + restored + removed == 0; }
+    /// "12 added, 3 vanished": those that are not 0.
+    std::string text() const;
+};
+
+/// The texts of all boxes of a library, that translators are brought up to date with.
+class Catalogue
+{
+public:
+    explicit Catalogue(KX::BoxLibrary& library);
+    /// `prefix` is what the contexts of all boxes, those that are gone too, begin with; `boxes` are
+    /// in the order of the tree, no two with the same context.
+    Catalogue(QString prefix, std::vector<BoxTexts> boxes);
+
+    /// Gives every text a message, and marks the messages of texts that are gone.
+    ///
+    /// A new text gets an unfinished message without a translation, behind those of its box; new
+    /// boxes come at the end. The message of a text that is gone becomes vanished, or is removed
+    /// when it has no translation. One whose text is back is finished again if it is vanished, and
+    /// unfinished if it is obsolete or has no translation. All others, messages in contexts without
+    /// the prefix, and those without a source (comments on a context), stay as they are.
+    UpdateCounts update(KR::Localization::Translator& translator) const;
+
+private:
+    class Update;
+
+    QString m_prefix;
+    std::vector<BoxTexts> m_boxes;
+    QHash<QString, std::size_t> m_boxByContext; // its place in m_boxes
+    QSet<TextKey> m_texts;
+};
+
+} // namespace kxbox
