@@ -29,3 +29,9 @@ export PKG_CONFIG_PATH=${pc%/*}
 "$compiler" -std=c++17 $flags "$consumer/main.cpp" -o "$work/consumer" \
     $(pkg-config --cflags --libs kxboxlibrary) -Wl,-rpath,"$libraries"
 "$work/consumer" "$work/pkg-config"
+
+echo "== the tool"
+"$prefix/bin/kxbox" new "$work/tool.bxl"
+"$prefix/bin/kxbox" info "$work/tool.bxl" | grep -x 'title       tool'
+test -s "$prefix/share/man/man1/kxbox.1"
+bash -n "$prefix/share/bash-completion/completions/kxbox"

@@ -1,6 +1,7 @@
 #include "tool.hpp"
 
 #include <QDirIterator>
+#include <QProcessEnvironment>
 
 namespace kxbox::test {
 
@@ -39,6 +40,20 @@ Ending ToolTest::run(const Words& words, const std::string& input) const
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
+}
+
+std::string ToolTest::shell(const std::string& line) const
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString program = QFileInfo(q(KXBOX_PROGRAM)).path();
+    environment.insert(q("PATH"), program + q(":") + environment.value(q("PATH")));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(path());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(q("bash"), {q("-c"), q(line)});
+    EXPECT_TRUE(process.waitForFinished(a_patience)) << line;
+    return process.readAll().toStdString();
 }
 
 nlohmann::ordered_json ToolTest::json(Words words, int exitCode) const

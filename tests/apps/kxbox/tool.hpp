@@ -66,6 +66,8 @@ protected:
 
     /// Runs kxbox and waits for it.
     Ending run(const Words& words, const std::string& input = {}) const;
+    /// What a line of bash prints, errors included, with kxbox in the PATH.
+    std::string shell(const std::string& line) const;
     /// The JSON that the same prints with --json added; the run must end with this exit code and
     /// without a word on stderr.
     nlohmann::ordered_json json(Words words, int exitCode = 0) const;
