@@ -45,11 +45,11 @@ run "kxbox move standard.bxl 'Logic/On \\/ off' --to 'Flow control' --at 0 --dry
 run "kxbox move standard.bxl 'Logic/On \\/ off' --to 'Flow control' --at 0"
 run "kxbox tree standard.bxl 'Flow control'"
 
-say "A folder is copied into a new library"
+say "A folder is copied into a new library, with resources and translations"
 run "kxbox new mine.bxl --title 'My boxes'"
 run "kxbox copy standard.bxl Motion/Dances --into mine.bxl"
 run "kxbox tree mine.bxl"
-run "kxbox find mine.bxl walzer"
+run "kxbox find mine.bxl dreiviertel"
 
 say "The library becomes one archive, and a directory again: the same, bit for bit"
 run "kxbox convert standard.bxl standard.kbl --format archive"

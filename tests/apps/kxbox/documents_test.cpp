@@ -101,8 +101,8 @@ class Demo : public ToolTest
 
 TEST_F(Demo, IsAsItsPageShows)
 {
-    EXPECT_EQ(shell("'" KXBOX_REPOSITORY "/samples/demo.sh' build/demo"),
-              blocks("docs/demo.md", "text").toStdString());
+    EXPECT_EQ(trimmed(shell("'" KXBOX_REPOSITORY "/samples/demo.sh' build/demo")),
+              trimmed(blocks("docs/demo.md", "text").toStdString()));
 }
 
 /// The commands of the tool, such as "tr add", and the help of each.
