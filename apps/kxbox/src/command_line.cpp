@@ -18,14 +18,16 @@ const char* const a_footer =
     "as in Motion/Walk, with \\/ for a slash in a name; / is the library itself.\n"
     "Exit codes: 0 done, 1 check found problems, 2 bad usage, 3 failed.";
 
-// Put in front of a value that looks like a list to CLI11, and taken off again when it has been
+// Put in front of a value that means something to CLI11, and taken off again when it has been
 // parsed.
 constexpr char a_mark = '\x1f';
 
 std::string marked(std::string word)
 {
     const bool isList = word.size() > 1 && word.front() == '[' && word.back() == ']';
-    return isList ? a_mark + std::move(word) : std::move(word);
+    const bool endsCommand = word == "++";
+    const bool isMarked = !word.empty() && word.front() == a_mark; // must not lose it
+    return isList || endsCommand || isMarked ? a_mark + std::move(word) : std::move(word);
 }
 
 std::string unmarked(std::string word)
