@@ -162,6 +162,12 @@ private:
     Json m_json;
 };
 
+/// What is wrong with a number of levels.
+std::string requireLevels(const std::string& number)
+{
+    return number.rfind('-', 0) == 0 ? number + " is less than 0" : std::string();
+}
+
 // show
 
 Json messagesOf(const OpenLibrary& library, const BoxLibraryNode& node)
@@ -321,7 +327,7 @@ void addShowingCommands(CommandLine& commands)
     CommandLine::addText(treeCommand, "NODE", tree->node, "Where to begin");
     treeCommand.add_option("--depth", tree->depth, "How many levels to show below it")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Validator(requireLevels, std::string()));
 
     struct ShowArguments
     {

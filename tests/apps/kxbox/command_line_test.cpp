@@ -29,6 +29,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"fr\nob"}, "no command 'fr\\nob' (see 'kxbox --help')"},
         UsageCase{{""}, "no command '' (see 'kxbox --help')"},
         UsageCase{{"info"}, "LIB is required (see 'kxbox info --help')"},
+        UsageCase{{"tree", "l", "--depth", "-1"},
+                  "--depth: -1 is less than 0 (see 'kxbox tree --help')"},
         UsageCase{{"reorder", "l", "/", "0", "x", "1"},
                   "Could not convert: LAST = x (see 'kxbox reorder --help')"},
         UsageCase{{"add-folder", "l", "/"}, "NAME is required (see 'kxbox add-folder --help')"},
