@@ -264,11 +264,15 @@ std::string ioText(const char* title, const Json& list)
     std::string text = list.empty() ? "" : std::string(title) + "\n";
     for (const Json& io : list) {
         const QString name = QString::fromStdString(textOf(io["name"])).leftJustified(width);
-        std::string tooltip = textOf(io["tooltip"]);
+        QString line = QStringLiteral("  ") + name;
         if (io.contains("value")) {
-            tooltip = "= " + textOf(io["value"]) + "  " + tooltip;
+            line += QStringLiteral("  = ") + QString::fromStdString(textOf(io["value"]));
         }
-        text += "  " + name.toStdString() + "  " + tooltip + "\n";
+        line += QStringLiteral("  ") + QString::fromStdString(textOf(io["tooltip"]));
+        while (line.endsWith(QLatin1Char(' '))) { // there is no tooltip
+            line.chop(1);
+        }
+        text += line.toStdString() + "\n";
     }
     return text;
 }
@@ -282,9 +286,11 @@ std::string messagesText(const Json& messages)
         }
         for (const Json& message : list) {
             const std::string state = textOf(message["state"]);
-            text += "  " + textOf(message["source"]) + "\n    " +
-                    (state == "finished" ? "" : "(" + state + ") ") +
-                    textOf(message["translation"]) + "\n";
+            std::string translation = textOf(message["translation"]);
+            if (state != "finished") {
+                translation = "(" + state + ")" + (translation.empty() ? "" : " ") + translation;
+            }
+            text += "  " + textOf(message["source"]) + "\n    " + translation + "\n";
         }
     }
     return text;
