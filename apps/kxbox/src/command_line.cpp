@@ -117,16 +117,15 @@ void CommandLine::checkCommand(const std::vector<std::string>& words) const
             throw UsageError("a command is missing" + end);
         }
         const std::string& name = words[i];
-        if (name.rfind('-', 0) == 0) {
+        if (m_place == Place::Shell && name.rfind('-', 0) == 0) {
             return; // --help
         }
         if (std::find(m_alone.begin(), m_alone.end(), name) != m_alone.end()) {
             throw UsageError("'" + name + "' can't be part of a batch");
         }
         const auto found =
-            std::find_if(commands.begin(), commands.end(), [&name](const CLI::App* command) {
-                return command->get_name() == name;
-            });
+            std::find_if(commands.begin(), commands.end(),
+                         [&name](const CLI::App* command) { return command->get_name() == name; });
         if (found == commands.end()) {
             throw UsageError("no command '" + name + "'" + end);
         }
