@@ -8,6 +8,7 @@
 
 #include <kxboxlibrary/box_data.hpp>
 
+#include <QDir>
 #include <QFileInfo>
 #include <boost/make_shared.hpp>
 
@@ -87,10 +88,15 @@ void gatherResources(ProjectModel& resources, const std::vector<std::string>& pa
 {
     for (const std::string& path : paths) {
         const QString local = QString::fromStdString(path);
-        const QString name = QFileInfo(QFileInfo(local).absoluteFilePath()).fileName();
+        // Of "data/" and "." too.
+        const QString name =
+            QFileInfo(QDir::cleanPath(QFileInfo(local).absoluteFilePath())).fileName();
         const std::string reason = reservedReason(name.toStdString(), false);
         if (!reason.empty()) {
             throw Failure(path + ": can't be a resource: " + reason);
+        }
+        if (resources.getFileList(QString(), true, false, false).contains(name)) {
+            throw Failure(path + ": another resource is called '" + name.toStdString() + "' too");
         }
         if (QFileInfo(local).isDir()) {
             resources.importFile(ProjectModel(local), QString(), name, true);
