@@ -119,7 +119,9 @@ private:
     Action m_chosen;
 };
 
-/// Throws Failure for what the tree only logs, such as a directory that can't be moved.
+/// Throws Failure for what the tree only logs, such as a directory that can't be moved. Not for a
+/// name from disk that an order file can't hold: nothing is lost by that, and nobody could rename
+/// the node otherwise.
 void requireNoNodeErrors(const LogWatch& watch, const std::string& library);
 
 /// What `changes` look like as the outcome of a command.

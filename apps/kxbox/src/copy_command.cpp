@@ -67,6 +67,8 @@ void copyNodes(const OpenLibrary& from, const std::vector<BoxLibraryNode*>& node
         static_cast<void>(clone.release()); // it is the folder's now
         contexts.insert(node->translationContext(), copy->translationContext());
         // Left over from a node that was there once.
+        changes.addMessages(copy->translationContext(), QString(),
+                            countMessages(*into, copy->translationContext()));
         KR::Localization::removeMessages(translations,
                                          ContextRecursiveFinder(copy->translationContext()));
         if (copy->name() != node->name()) {
@@ -79,12 +81,15 @@ void copyNodes(const OpenLibrary& from, const std::vector<BoxLibraryNode*>& node
         from.progress().step();
     }
     const Translators messages = messagesOf(from->translations(), contexts);
-    for (auto it = messages.begin(); it != messages.end(); ++it) {
-        if (!translations.contains(it.key())) {
-            changes.add("language", it.key().toStdString());
-            translations.insert(it.key(), it.value());
+    QStringList languages = messages.keys();
+    languages.sort(); // or the plan could differ from the report
+    for (const QString& language : languages) {
+        const Translator translator = messages.value(language);
+        if (!translations.contains(language)) {
+            changes.add("language", language.toStdString());
+            translations.insert(language, translator);
         } else {
-            translations[it.key()].append(it.value().messages());
+            translations[language].append(translator.messages());
         }
     }
     into->setTranslations(translations);

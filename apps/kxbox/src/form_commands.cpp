@@ -87,9 +87,27 @@ void makeDestination(const std::string& destination)
     }
 }
 
+/// A behaviour's project in the library would be written over the behaviour itself, or become a
+/// node of it.
+void requireOutside(const OpenLibrary& library, const std::string& destination)
+{
+    const QString place = QFileInfo(library->path()).canonicalFilePath();
+    // The nearest directory upward that is there, since the destination need not be.
+    QFileInfo at(
+        QDir::cleanPath(QFileInfo(QString::fromStdString(destination)).absoluteFilePath()));
+    while (!at.exists() && !at.isRoot()) {
+        at = QFileInfo(at.path());
+    }
+    const QString found = at.canonicalFilePath();
+    if (found == place || found.startsWith(place + QLatin1Char('/'))) {
+        throw Failure(destination + ": it lies in the library itself");
+    }
+}
+
 Outcome exportBehaviors(Session& session, const std::string& destination)
 {
     const OpenLibrary& library = session.library();
+    requireOutside(library, destination);
     const std::vector<Behavior> behaviors = behaviorsOf(library, destination);
     if (!session.dryRun) {
         makeDestination(destination);

@@ -8,6 +8,7 @@
 
 #include <kxboxlibrary/box_data.hpp>
 
+#include <QDir>
 #include <QFileInfo>
 #include <boost/make_shared.hpp>
 
@@ -29,7 +30,8 @@ struct NewArguments
 
 Outcome makeLibrary(const NewArguments& arguments, const Session& session)
 {
-    const QString path = QString::fromStdString(arguments.library);
+    // Without a "/" at the end, behind which there would be no file name.
+    const QString path = QDir::cleanPath(QString::fromStdString(arguments.library));
     const QString title = arguments.title.empty() ? KX::BoxLibrary::makeTitleFromPath(path)
                                                   : QString::fromStdString(arguments.title);
     requireFreePlace(arguments.library);
@@ -87,10 +89,15 @@ void gatherResources(ProjectModel& resources, const std::vector<std::string>& pa
 {
     for (const std::string& path : paths) {
         const QString local = QString::fromStdString(path);
-        const QString name = QFileInfo(QFileInfo(local).absoluteFilePath()).fileName();
+        // Of "data/" and "." too.
+        const QString name =
+            QFileInfo(QDir::cleanPath(QFileInfo(local).absoluteFilePath())).fileName();
         const std::string reason = reservedReason(name.toStdString(), false);
         if (!reason.empty()) {
             throw Failure(path + ": can't be a resource: " + reason);
+        }
+        if (resources.getFileList(QString(), true, false, false).contains(name)) {
+            throw Failure(path + ": another resource is called '" + name.toStdString() + "' too");
         }
         if (QFileInfo(local).isDir()) {
             resources.importFile(ProjectModel(local), QString(), name, true);
@@ -159,7 +166,12 @@ void setData(OpenLibrary& library, Changes& changes, const SetArguments& argumen
     KX::BoxData& data = *node.boxData();
     const std::string address = library.address(node);
     if (arguments.tooltip && *arguments.tooltip != data.tooltip().toStdString()) {
-        data.setTooltip(QString::fromStdString(*arguments.tooltip));
+        try {
+            data.setTooltip(QString::fromStdString(*arguments.tooltip));
+        } catch (const std::invalid_argument& error) {
+            throw Failure(library.path() + ": the box '" + address +
+                          "' can't have this tooltip: " + error.what());
+        }
         changes.add("tooltip", address, *arguments.tooltip);
     }
     const QList<QString> bitmaps = bitmapsFrom(arguments.bitmaps);

@@ -194,9 +194,14 @@ void OpenLibrary::save()
 
 QMap<QString, int> countMessages(const KX::BoxLibrary& library, const QString& context)
 {
+    return countMessages(library.translations(), context);
+}
+
+QMap<QString, int> countMessages(const KX::BoxLibrary::Translators& translators,
+                                 const QString& context)
+{
     const KR::Localization::ContextRecursiveFinder concerns(context);
     QMap<QString, int> counts;
-    const KX::BoxLibrary::Translators translators = library.translations();
     for (auto it = translators.begin(); it != translators.end(); ++it) {
         const auto& messages = it.value().messages();
         const auto count =

@@ -91,6 +91,8 @@ pk::project::ProjectModel openProject(const std::string& path, Progress& progres
 
 /// How many messages of a context, and of all contexts below it, each language has; languages
 /// without any are left out.
+QMap<QString, int> countMessages(const KX::BoxLibrary::Translators& translators,
+                                 const QString& context);
 QMap<QString, int> countMessages(const KX::BoxLibrary& library, const QString& context);
 
 } // namespace kxbox

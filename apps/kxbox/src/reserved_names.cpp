@@ -54,12 +54,16 @@ void checkName(const std::string& name, bool topLevel)
     if (name.empty()) {
         throw Failure("a name cannot be empty");
     }
-    const std::string reason = reservedReason(name, topLevel);
+    // The tree takes a number at the end off before it looks for a free one.
+    const std::string reason = reservedReason(KX::BoxLibraryNode::unNumberName(name), topLevel);
     if (!reason.empty()) {
         throw Failure("the name '" + name + "' is reserved: " + reason);
     }
     if (std::any_of(name.begin(), name.end(), [](char c) { return c >= '\0' && c < ' '; })) {
-        throw Failure("the name '" + name + "' has control characters");
+        throw Failure("the name '" + printable(name) + "' has control characters");
+    }
+    if (QString::fromStdString(name).toStdString() != name) {
+        throw Failure("the name '" + name + "' is not UTF-8");
     }
     const std::size_t bytes = KX::BoxLibraryNode::escapeFileName(name).size();
     if (bytes > a_longestFileName) {

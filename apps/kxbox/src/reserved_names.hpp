@@ -9,9 +9,9 @@ namespace kxbox {
 /// systems that take "Translations" for "translations". `topLevel`: directly below the root.
 std::string reservedReason(const std::string& name, bool topLevel);
 
-/// Throws Failure when a node should not be called `name`: for the reason above, or because the
-/// name is empty, has control characters, which order files can't hold, or is too long for a
-/// directory.
+/// Throws Failure when a node should not be called `name`, with any number: for the reason above,
+/// or because the name is empty, has control characters, which order files can't hold, is not
+/// UTF-8, or is too long for a directory.
 void checkName(const std::string& name, bool topLevel);
 
 } // namespace kxbox

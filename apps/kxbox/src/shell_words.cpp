@@ -32,7 +32,7 @@ std::vector<std::string> shellWords(const std::string& line)
             words.emplace_back();
             inWord = true;
         }
-        if (character == quote) {
+        if (quote != '\0' && character == quote) {
             quote = '\0';
         } else if (quote == '\0' && (character == '\'' || character == '"')) {
             quote = character;

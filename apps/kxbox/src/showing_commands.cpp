@@ -162,6 +162,12 @@ private:
     Json m_json;
 };
 
+/// What is wrong with a number of levels.
+std::string requireLevels(const std::string& number)
+{
+    return number.rfind('-', 0) == 0 ? number + " is less than 0" : std::string();
+}
+
 // show
 
 Json messagesOf(const OpenLibrary& library, const BoxLibraryNode& node)
@@ -258,11 +264,15 @@ std::string ioText(const char* title, const Json& list)
     std::string text = list.empty() ? "" : std::string(title) + "\n";
     for (const Json& io : list) {
         const QString name = QString::fromStdString(textOf(io["name"])).leftJustified(width);
-        std::string tooltip = textOf(io["tooltip"]);
+        QString line = QStringLiteral("  ") + name;
         if (io.contains("value")) {
-            tooltip = "= " + textOf(io["value"]) + "  " + tooltip;
+            line += QStringLiteral("  = ") + QString::fromStdString(textOf(io["value"]));
         }
-        text += "  " + name.toStdString() + "  " + tooltip + "\n";
+        line += QStringLiteral("  ") + QString::fromStdString(textOf(io["tooltip"]));
+        while (line.endsWith(QLatin1Char(' '))) { // there is no tooltip
+            line.chop(1);
+        }
+        text += line.toStdString() + "\n";
     }
     return text;
 }
@@ -276,9 +286,11 @@ std::string messagesText(const Json& messages)
         }
         for (const Json& message : list) {
             const std::string state = textOf(message["state"]);
-            text += "  " + textOf(message["source"]) + "\n    " +
-                    (state == "finished" ? "" : "(" + state + ") ") +
-                    textOf(message["translation"]) + "\n";
+            std::string translation = textOf(message["translation"]);
+            if (state != "finished") {
+                translation = "(" + state + ")" + (translation.empty() ? "" : " ") + translation;
+            }
+            text += "  " + textOf(message["source"]) + "\n    " + translation + "\n";
         }
     }
     return text;
@@ -321,7 +333,7 @@ void addShowingCommands(CommandLine& commands)
     CommandLine::addText(treeCommand, "NODE", tree->node, "Where to begin");
     treeCommand.add_option("--depth", tree->depth, "How many levels to show below it")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Validator(requireLevels, std::string()));
 
     struct ShowArguments
     {

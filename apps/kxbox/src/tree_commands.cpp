@@ -4,6 +4,8 @@
 #include "failure.hpp"
 #include "reserved_names.hpp"
 
+#include <kr/localization/context_patchers.hpp>
+#include <kr/localization/translators.hpp>
 #include <kxboxlibrary/tree_deleter.hpp>
 
 #include <QMap>
@@ -49,6 +51,22 @@ void notePlace(Changes& changes, const char* what, const Place& before, const Pl
 
 // rename
 
+/// Where a node came to a place at which messages were left over from one that was there once,
+/// drops these, which would take the place of its own. `translations`: as before the rename.
+void dropLeftOver(OpenLibrary& library, Changes& changes, KX::BoxLibrary::Translators translations,
+                  const QString& from, const QString& to)
+{
+    const auto leftOver = countMessages(translations, to);
+    if (!leftOver.isEmpty()) {
+        KR::Localization::ContextMatchPatcher patcher({{from, to}});
+        KR::Localization::removeMessages(translations,
+                                         KR::Localization::ContextRecursiveFinder(to));
+        KR::Localization::rewriteContexts(translations, patcher);
+        library->setTranslations(translations);
+        changes.addMessages(to, QString(), leftOver);
+    }
+}
+
 void renameNode(OpenLibrary& library, Changes& changes, const std::string& address,
                 const std::string& name)
 {
@@ -57,8 +75,12 @@ void renameNode(OpenLibrary& library, Changes& changes, const std::string& addre
     library.requireReadableTranslations();
     const Place before(library, node);
     const auto messages = countMessages(*library, before.context);
+    const KX::BoxLibrary::Translators translations = library->translations();
     node.setName(name);
     const Place after(library, node);
+    if (after.path != before.path) {
+        dropLeftOver(library, changes, translations, before.context, after.context);
+    }
     if (after.name != before.name || after.path != before.path) {
         notePlace(changes, "rename", before, after, name, messages);
     }
@@ -169,6 +191,12 @@ void moveNodes(OpenLibrary& library, Changes& changes, const MoveArguments& argu
             const auto messages = countMessages(*library, before.context);
             transfer(library, *node, folder);
             const Place after(library, *node);
+            // Of a node that was there once, or they would take the place of this one's.
+            const auto leftOver = countMessages(*library, after.context);
+            if (!leftOver.isEmpty()) {
+                library->removeTranslations(after.context);
+                changes.addMessages(after.context, QString(), leftOver);
+            }
             contexts.insert(before.context, after.context);
             notePlace(changes, "move", before, after, before.name, messages);
         }
