@@ -30,7 +30,8 @@ struct NewArguments
 
 Outcome makeLibrary(const NewArguments& arguments, const Session& session)
 {
-    const QString path = QString::fromStdString(arguments.library);
+    // Without a "/" at the end, behind which there would be no file name.
+    const QString path = QDir::cleanPath(QString::fromStdString(arguments.library));
     const QString title = arguments.title.empty() ? KX::BoxLibrary::makeTitleFromPath(path)
                                                   : QString::fromStdString(arguments.title);
     requireFreePlace(arguments.library);

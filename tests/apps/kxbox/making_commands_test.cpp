@@ -59,6 +59,12 @@ class MakingInADirectory : public ToolTest
 {
 };
 
+TEST_F(MakingInADirectory, TakesTheTitleFromAPathWithASlashAtTheEnd)
+{
+    EXPECT_EQ(run({"new", "lib.bxl/"}), (Ending{0, "library  lib -> lib.bxl/\n", ""}));
+    EXPECT_EQ(tree("lib.bxl"), "lib/\n");
+}
+
 // add-folder
 
 TEST_P(Making, MakesFolders)
