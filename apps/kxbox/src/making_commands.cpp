@@ -165,7 +165,12 @@ void setData(OpenLibrary& library, Changes& changes, const SetArguments& argumen
     KX::BoxData& data = *node.boxData();
     const std::string address = library.address(node);
     if (arguments.tooltip && *arguments.tooltip != data.tooltip().toStdString()) {
-        data.setTooltip(QString::fromStdString(*arguments.tooltip));
+        try {
+            data.setTooltip(QString::fromStdString(*arguments.tooltip));
+        } catch (const std::invalid_argument& error) {
+            throw Failure(library.path() + ": the box '" + address +
+                          "' can't have this tooltip: " + error.what());
+        }
         changes.add("tooltip", address, *arguments.tooltip);
     }
     const QList<QString> bitmaps = bitmapsFrom(arguments.bitmaps);

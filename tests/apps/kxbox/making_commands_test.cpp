@@ -293,6 +293,9 @@ TEST_F(MakingInADirectory, RefusesWhatABoxCannotHave)
     make("lib", Form::Directory, "add-folder / A\nadd-box / B --from box.bhx\n");
     expectRefused("lib", {"set", "lib", "B", "--tooltip", "new", "--bitmap", "x"}, 3,
                   "kxbox: lib: the box 'B' has no resource 'x' for a bitmap\n");
+    expectRefused("lib", {"set", "lib", "B", "--tooltip", "a\x1b"}, 3,
+                  "kxbox: lib: the box 'B' can't have this tooltip: characters that XML cannot "
+                  "hold in the attribute \"tooltip\" of element \"Box\"\n");
     expectRefused("lib", {"set", "lib", "A", "--tooltip", "T"}, 3,
                   "kxbox: lib: 'A' is a folder, not a box\n");
     expectRefused("lib", {"set", "lib", "B"}, 2,
