@@ -84,26 +84,23 @@ boost::shared_ptr<KX::XmlElement> readBoxFile(const std::string& path)
     }
 }
 
-/// Copies files, and directories with all that is in them, to the top of a project.
-void gatherResources(ProjectModel& resources, const std::vector<std::string>& paths)
+/// Copies a file, or a directory with all that is in it, to the top of a project.
+void addResource(ProjectModel& resources, const std::string& path)
 {
-    for (const std::string& path : paths) {
-        const QString local = QString::fromStdString(path);
-        // Of "data/" and "." too.
-        const QString name =
-            QFileInfo(QDir::cleanPath(QFileInfo(local).absoluteFilePath())).fileName();
-        const std::string reason = reservedReason(name.toStdString(), false);
-        if (!reason.empty()) {
-            throw Failure(path + ": can't be a resource: " + reason);
-        }
-        if (resources.getFileList(QString(), true, false, false).contains(name)) {
-            throw Failure(path + ": another resource is called '" + name.toStdString() + "' too");
-        }
-        if (QFileInfo(local).isDir()) {
-            resources.importFile(ProjectModel(local), QString(), name, true);
-        } else {
-            resources.writeFile(name, readLocalFile(path));
-        }
+    const QString local = QString::fromStdString(path);
+    // Of "data/" and "." too.
+    const QString name = QFileInfo(QDir::cleanPath(QFileInfo(local).absoluteFilePath())).fileName();
+    const std::string reason = reservedReason(name.toStdString(), false);
+    if (!reason.empty()) {
+        throw Failure(path + ": can't be a resource: " + reason);
+    }
+    if (resources.getFileList(QString(), true, false, false).contains(name)) {
+        throw Failure(path + ": another resource has the same name");
+    }
+    if (QFileInfo(local).isDir()) {
+        resources.importFile(ProjectModel(local), QString(), name, true);
+    } else {
+        resources.writeFile(name, readLocalFile(path));
     }
 }
 
@@ -113,7 +110,9 @@ void addBox(OpenLibrary& library, Changes& changes, const BoxArguments& argument
     checkName(arguments.name, folder.parent() == nullptr);
     const auto box = readBoxFile(arguments.file);
     ProjectModel resources;
-    gatherResources(resources, arguments.resources);
+    for (const std::string& path : arguments.resources) {
+        addResource(resources, path);
+    }
     const auto list = boost::make_shared<KX::BoxResourceList>(
         &resources, QString(), resources.getFileList(QString(), false, true, false));
     BoxLibraryNode* const node =

@@ -245,7 +245,7 @@ TEST_F(MakingInADirectory, RefusesResourcesThatItCannotTake)
                   "kxbox: box.bhx: can't be a resource: this is the name of a file of the "
                   "library\n");
     expectRefused("lib", resources({"a/icon.png", "b/icon.png"}), 3,
-                  "kxbox: b/icon.png: another resource is called 'icon.png' too\n");
+                  "kxbox: b/icon.png: another resource has the same name\n");
     expectRefused("lib", {"add-box", "lib", "/", "A", "--from", "x"}, 3,
                   "kxbox: x: No such file or directory\n");
 }
