@@ -55,15 +55,14 @@ Outcome batch(Session& session, const std::string& file)
 void addBatchCommand(CommandLine& commands)
 {
     const auto file = std::make_shared<std::string>();
-    CLI::App& command = commands.addAlone(
+    CommandOptions options = commands.addAlone(
         "batch", "Runs commands from a file on one open library: all of them, or none",
         [file](Session& session) { return batch(session, *file); });
-    commands.addLibrary(command);
-    CommandLine::addText(command, "FILE", *file,
-                         "A command a line, without kxbox and LIB, quoted as for a shell; # begins "
-                         "a comment, and - is the standard input")
-        ->required();
-    commands.addDryRun(command);
+    commands.addLibrary(options);
+    options.argument("FILE", *file,
+                     "A command a line, without kxbox and LIB, quoted as for a shell; # begins a "
+                     "comment, and - is the standard input");
+    commands.addDryRun(options);
 }
 
 } // namespace kxbox

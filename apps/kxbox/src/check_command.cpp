@@ -144,11 +144,11 @@ Outcome check(Session& session, const Arguments& arguments)
 void addCheckCommand(CommandLine& commands)
 {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App& command =
-        commands.addWriting("check", "Finds what is wrong with a library; exit code 1 if anything",
-                            [arguments](Session& session) { return check(session, *arguments); });
-    command.add_flag("--fix", arguments->fix, "Mend what can be mended without losing anything");
-    arguments->isBatch = command.get_option_no_throw("--dry-run") == nullptr;
+    arguments->isBatch = commands.place() == CommandLine::Place::Batch;
+    commands
+        .addWriting("check", "Finds what is wrong with a library; exit code 1 if anything",
+                    [arguments](Session& session) { return check(session, *arguments); })
+        .flag("--fix", arguments->fix, "Mend what can be mended without losing anything");
 }
 
 } // namespace kxbox

@@ -4,6 +4,9 @@
 #include "failure.hpp"
 #include "log_watch.hpp"
 
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <utility>
 
@@ -17,23 +20,6 @@ const char* const a_footer =
     "A library is a directory or an archive. A node of it is named by the names on the way to it,\n"
     "as in Motion/Walk, with \\/ for a slash in a name; / is the library itself.\n"
     "Exit codes: 0 done, 1 check found problems, 2 bad usage, 3 failed.";
-
-// Put in front of a value that means something to CLI11, and taken off again when it has been
-// parsed.
-constexpr char a_mark = '\x1f';
-
-std::string marked(std::string word)
-{
-    const bool isList = word.size() > 1 && word.front() == '[' && word.back() == ']';
-    const bool endsCommand = word == "++";
-    const bool isMarked = !word.empty() && word.front() == a_mark; // must not lose it
-    return isList || endsCommand || isMarked ? a_mark + std::move(word) : std::move(word);
-}
-
-std::string unmarked(std::string word)
-{
-    return !word.empty() && word.front() == a_mark ? word.substr(1) : std::move(word);
-}
 
 std::string hint(const std::string& command)
 {
@@ -52,14 +38,15 @@ OpenLibrary& Session::library()
     return *m_library;
 }
 
-CommandLine::CommandLine(Place place) : m_place(place), m_app(a_about, "kxbox")
+CommandLine::CommandLine(Place place)
+    : m_place(place), m_app(std::make_unique<CLI::App>(a_about, "kxbox"))
 {
-    m_app.require_subcommand(1);
+    m_app->require_subcommand(1);
     if (place == Place::Shell) {
-        m_app.footer(a_footer);
-        m_app.set_version_flag("--version", std::string("kxbox ") + KXBOX_VERSION);
+        m_app->footer(a_footer);
+        m_app->set_version_flag("--version", std::string("kxbox ") + KXBOX_VERSION);
     } else {
-        m_app.set_help_flag();
+        m_app->set_help_flag();
     }
     addShowingCommands(*this);
     addFindCommand(*this);
@@ -72,21 +59,23 @@ CommandLine::CommandLine(Place place) : m_place(place), m_app(a_about, "kxbox")
     addBatchCommand(*this);
 }
 
+CommandLine::~CommandLine() = default;
+
 Outcome CommandLine::run(std::vector<std::string> words, Session& session)
 {
     checkCommand(words);
     const std::string command = words.empty() ? "" : " " + words.front();
-    std::transform(words.begin(), words.end(), words.begin(), marked);
+    std::transform(words.begin(), words.end(), words.begin(), CommandOptions::protectedWord);
     std::reverse(words.begin(), words.end()); // as CLI11 wants them
     try {
-        m_app.parse(std::move(words));
+        m_app->parse(std::move(words));
     } catch (const CLI::CallForHelp&) {
         Outcome help;
-        help.text = m_app.help();
+        help.text = m_app->help();
         return help;
     } catch (const CLI::CallForVersion&) {
         Outcome version;
-        version.text = m_app.version() + "\n";
+        version.text = m_app->version() + "\n";
         return version;
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what() + (m_place == Place::Shell ? hint(command) : std::string()));
@@ -107,7 +96,7 @@ Outcome CommandLine::run(std::vector<std::string> words, Session& session)
 void CommandLine::checkCommand(const std::vector<std::string>& words) const
 {
     const std::string end = m_place == Place::Shell ? hint("") : "";
-    const CLI::App* app = &m_app;
+    const CLI::App* app = m_app.get();
     for (std::size_t i = 0;; ++i) {
         const auto commands = app->get_subcommands({});
         if (commands.empty()) {
@@ -133,26 +122,28 @@ void CommandLine::checkCommand(const std::vector<std::string>& words) const
     }
 }
 
-CLI::App& CommandLine::add(const std::string& name, const std::string& help, Action action)
+CommandOptions CommandLine::add(const std::string& name, const std::string& help, Action action)
 {
-    CLI::App& command = *(m_group != nullptr ? m_group : &m_app)->add_subcommand(name, help);
+    CLI::App& command = *(m_group != nullptr ? m_group : m_app.get())->add_subcommand(name, help);
     command.callback([this, action = std::move(action)] { m_chosen = action; });
+    CommandOptions options(command);
     if (m_place == Place::Shell) {
-        command.add_flag("--json", m_json, "Print JSON");
+        options.flag("--json", m_json, "Print JSON");
     } else {
         command.set_help_flag();
     }
-    return command;
+    return options;
 }
 
-CLI::App& CommandLine::addReading(const std::string& name, const std::string& help, Action action)
+CommandOptions CommandLine::addReading(const std::string& name, const std::string& help,
+                                       Action action)
 {
-    CLI::App& command = add(name, help, std::move(action));
-    addLibrary(command);
-    return command;
+    CommandOptions options = add(name, help, std::move(action));
+    addLibrary(options);
+    return options;
 }
 
-CLI::App& CommandLine::addEditing(const std::string& name, const std::string& help, Edit edit)
+CommandOptions CommandLine::addEditing(const std::string& name, const std::string& help, Edit edit)
 {
     return addWriting(name, help, [this, edit = std::move(edit)](Session& session) {
         OpenLibrary& library = session.library();
@@ -167,14 +158,16 @@ CLI::App& CommandLine::addEditing(const std::string& name, const std::string& he
     });
 }
 
-CLI::App& CommandLine::addWriting(const std::string& name, const std::string& help, Action action)
+CommandOptions CommandLine::addWriting(const std::string& name, const std::string& help,
+                                       Action action)
 {
-    CLI::App& command = addReading(name, help, std::move(action));
-    addDryRun(command);
-    return command;
+    CommandOptions options = addReading(name, help, std::move(action));
+    addDryRun(options);
+    return options;
 }
 
-CLI::App& CommandLine::addAlone(const std::string& name, const std::string& help, Action action)
+CommandOptions CommandLine::addAlone(const std::string& name, const std::string& help,
+                                     Action action)
 {
     if (m_place == Place::Batch) {
         m_alone.push_back(name);
@@ -186,7 +179,7 @@ void CommandLine::setGroup(const std::string& name, const std::string& help)
 {
     m_group = nullptr;
     if (!name.empty()) {
-        m_group = m_app.add_subcommand(name, help);
+        m_group = m_app->add_subcommand(name, help);
         m_group->require_subcommand(1);
         if (m_place == Place::Batch) {
             m_group->set_help_flag();
@@ -194,44 +187,19 @@ void CommandLine::setGroup(const std::string& name, const std::string& help)
     }
 }
 
-CLI::Option* CommandLine::addText(CLI::App& command, const std::string& name, std::string& value,
-                                  const std::string& help)
+void CommandLine::addLibrary(CommandOptions& options)
 {
-    return command.add_option(name, value, help)->type_name("")->transform(unmarked);
-}
-
-CLI::Option* CommandLine::addText(CLI::App& command, const std::string& name,
-                                  std::optional<std::string>& value, const std::string& help)
-{
-    return command.add_option(name, value, help)->type_name("")->transform(unmarked);
-}
-
-CLI::Option* CommandLine::addTexts(CLI::App& command, const std::string& name,
-                                   std::vector<std::string>& values, const std::string& help)
-{
-    return command.add_option(name, values, help)->type_name("")->transform(unmarked);
-}
-
-CLI::Option* CommandLine::addFormat(CLI::App& command, std::string& format)
-{
-    return addText(command, "--format", format, "The form of the library: directory or archive")
-        ->type_name("directory|archive")
-        ->check(CLI::IsMember({"directory", "archive"}));
-}
-
-void CommandLine::addLibrary(CLI::App& command)
-{
-    command.add_flag("--file-names", m_fileNames,
-                     "Name nodes by their directories instead of their names");
+    options.flag("--file-names", m_fileNames,
+                 "Name nodes by their directories instead of their names");
     if (m_place == Place::Shell) {
-        addText(command, "LIB", m_library, "The library: a directory or an archive")->required();
+        options.argument("LIB", m_library, "The library: a directory or an archive");
     }
 }
 
-void CommandLine::addDryRun(CLI::App& command)
+void CommandLine::addDryRun(CommandOptions& options)
 {
     if (m_place == Place::Shell) {
-        command.add_flag("--dry-run", m_dryRun, "Say what would be done, and change nothing");
+        options.flag("--dry-run", m_dryRun, "Say what would be done, and change nothing");
     }
 }
 

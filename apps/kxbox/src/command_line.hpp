@@ -1,16 +1,13 @@
 #pragma once
 
 #include "changes.hpp"
+#include "command_options.hpp"
 #include "open_library.hpp"
 #include "progress.hpp"
 #include "text.hpp"
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,6 +60,13 @@ public:
     };
 
     explicit CommandLine(Place place);
+    ~CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+    CommandLine(CommandLine&&) = delete;
+    CommandLine& operator=(CommandLine&&) = delete;
+
+    Place place() const { return m_place; }
 
     /// Parses the words of a command line, without the program's name, does what they say in
     /// `session`, and saves the library if the command edited it; on a line of a batch it does not.
@@ -74,43 +78,33 @@ public:
     // For the functions in commands.hpp, each of which adds some commands.
 
     /// A command on an opened library that changes nothing.
-    CLI::App& addReading(const std::string& name, const std::string& help, Action action);
+    CommandOptions addReading(const std::string& name, const std::string& help, Action action);
     /// A command that notes what it changes in a library.
     using Edit = std::function<void(OpenLibrary&, Changes&)>;
-    CLI::App& addEditing(const std::string& name, const std::string& help, Edit edit);
+    CommandOptions addEditing(const std::string& name, const std::string& help, Edit edit);
     /// A command that knows --dry-run and makes its own outcome.
-    CLI::App& addWriting(const std::string& name, const std::string& help, Action action);
+    CommandOptions addWriting(const std::string& name, const std::string& help, Action action);
     /// A command that can't be on a line of a batch; its options but --json are its own business,
     /// the library too.
-    CLI::App& addAlone(const std::string& name, const std::string& help, Action action);
+    CommandOptions addAlone(const std::string& name, const std::string& help, Action action);
 
     /// Commands that are added from now on are subcommands of `name`, until the next call; none for
     /// an empty name.
     void setGroup(const std::string& name, const std::string& help);
 
-    /// An option (or, without "--", an argument) whose value is taken as it is. CLI11 itself takes
-    /// "[a,b]" for a list where an option can have several values.
-    static CLI::Option* addText(CLI::App& command, const std::string& name, std::string& value,
-                                const std::string& help);
-    static CLI::Option* addText(CLI::App& command, const std::string& name,
-                                std::optional<std::string>& value, const std::string& help);
-    static CLI::Option* addTexts(CLI::App& command, const std::string& name,
-                                 std::vector<std::string>& values, const std::string& help);
-    /// --format, "directory" or "archive".
-    static CLI::Option* addFormat(CLI::App& command, std::string& format);
     /// The argument LIB, and --file-names.
-    void addLibrary(CLI::App& command);
+    void addLibrary(CommandOptions& options);
     /// --dry-run.
-    void addDryRun(CLI::App& command);
+    void addDryRun(CommandOptions& options);
 
 private:
     /// Throws UsageError when the words don't begin with a command.
     void checkCommand(const std::vector<std::string>& words) const;
-    CLI::App& add(const std::string& name, const std::string& help, Action action);
+    CommandOptions add(const std::string& name, const std::string& help, Action action);
 
     Place m_place;
     std::vector<std::string> m_alone; // the commands that a batch can't have
-    CLI::App m_app;
+    std::unique_ptr<CLI::App> m_app;
     CLI::App* m_group = nullptr; // of m_app
     std::string m_library;
     bool m_fileNames = false;

@@ -121,18 +121,15 @@ Outcome copy(Session& session, const Arguments& arguments)
 void addCopyCommand(CommandLine& commands)
 {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = commands.addAlone(
+    CommandOptions options = commands.addAlone(
         "copy", "Copies nodes into another library, with their files and messages",
         [arguments](Session& session) { return copy(session, *arguments); });
-    commands.addLibrary(command);
-    CommandLine::addTexts(command, "NODE", arguments->nodes, "Folders and boxes")->required();
-    CommandLine::addText(command, "--into", arguments->library, "The library to copy them into")
-        ->type_name("LIB2")
-        ->required();
-    CommandLine::addText(command, "--to", arguments->folder,
-                         "The folder there; if not given, its top")
-        ->type_name("FOLDER");
-    commands.addDryRun(command);
+    commands.addLibrary(options);
+    options.arguments("NODE", arguments->nodes, "Folders and boxes")
+        .option("--into", "LIB2", arguments->library, "The library to copy them into")
+        .required()
+        .option("--to", "FOLDER", arguments->folder, "The folder there; if not given, its top");
+    commands.addDryRun(options);
 }
 
 } // namespace kxbox

@@ -158,20 +158,14 @@ Outcome find(Session& session, const Arguments& arguments)
 void addFindCommand(CommandLine& commands)
 {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App& command =
-        commands.addReading("find", "Finds nodes by their texts, in any case of letters",
-                            [arguments](Session& session) { return find(session, *arguments); });
-    CommandLine::addText(command, "TEXT", arguments->text, "What to look for")->required();
-    command
-        .add_option("--in", arguments->fields,
-                    "Where to look: name, tooltip, io (names and tooltips of inputs, outputs and "
-                    "parameters)")
-        ->type_name("FIELD,...")
-        ->delimiter(',')
-        ->check(CLI::IsMember({"name", "tooltip", "io"}));
-    CommandLine::addText(command, "--lang", arguments->language,
-                         "Look at translations into this language only")
-        ->type_name("L");
+    commands
+        .addReading("find", "Finds nodes by their texts, in any case of letters",
+                    [arguments](Session& session) { return find(session, *arguments); })
+        .argument("TEXT", arguments->text, "What to look for")
+        .list("--in", "FIELD,...", {"name", "tooltip", "io"}, arguments->fields,
+              "Where to look: name, tooltip, io (names and tooltips of inputs, outputs and "
+              "parameters)")
+        .option("--lang", "L", arguments->language, "Look at translations into this language only");
 }
 
 } // namespace kxbox

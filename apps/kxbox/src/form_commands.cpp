@@ -145,23 +145,23 @@ Outcome exportBehaviors(Session& session, const std::string& destination)
 void addFormCommands(CommandLine& commands)
 {
     const auto converted = std::make_shared<ConvertArguments>();
-    CLI::App& convertCommand =
+    CommandOptions convertOptions =
         commands.addAlone("convert", "Writes a library in a form, file for file",
                           [converted](Session& session) { return convert(session, *converted); });
-    CommandLine::addText(convertCommand, "LIB", converted->library, "The library")->required();
-    CommandLine::addText(convertCommand, "OUT", converted->out, "Where to")->required();
-    CommandLine::addFormat(convertCommand, converted->format)->required();
-    commands.addDryRun(convertCommand);
+    convertOptions.argument("LIB", converted->library, "The library")
+        .argument("OUT", converted->out, "Where to")
+        .choice("--format", formatNames(), converted->format, "The form")
+        .required();
+    commands.addDryRun(convertOptions);
 
     const auto destination = std::make_shared<std::string>();
-    CLI::App& exportCommand = commands.addAlone(
+    CommandOptions exportOptions = commands.addAlone(
         "export", "Writes each behaviour of a library as a project of its own",
         [destination](Session& session) { return exportBehaviors(session, *destination); });
-    commands.addLibrary(exportCommand);
-    CommandLine::addText(exportCommand, "DESTINATION", *destination,
-                         "The directory to write them into; made if there is none")
-        ->required();
-    commands.addDryRun(exportCommand);
+    commands.addLibrary(exportOptions);
+    exportOptions.argument("DESTINATION", *destination,
+                           "The directory to write them into; made if there is none");
+    commands.addDryRun(exportOptions);
 }
 
 } // namespace kxbox

@@ -51,6 +51,11 @@ void requireFreePlace(const std::string& path)
     }
 }
 
+std::vector<std::string> formatNames()
+{
+    return {"directory", "archive"};
+}
+
 pk::project::ArchiveFormat projectFormat(const std::string& name)
 {
     return KX::libraryFormatToProjectFormat(name == "archive" ? KX::BoxLibrary::Archive

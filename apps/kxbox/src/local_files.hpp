@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <string>
+#include <vector>
 
 /// Files outside of any library.
 namespace kxbox {
@@ -15,7 +16,8 @@ QByteArray readLocalFile(const std::string& path);
 /// Throws Failure when something is at `path`.
 void requireFreePlace(const std::string& path);
 
-/// The project's form for "directory" and "archive".
+/// What the forms of a library are called, and the project's form for a name.
+std::vector<std::string> formatNames();
 pk::project::ArchiveFormat projectFormat(const std::string& name);
 
 } // namespace kxbox

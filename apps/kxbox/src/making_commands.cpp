@@ -192,15 +192,14 @@ void setData(OpenLibrary& library, Changes& changes, const SetArguments& argumen
 void addMakingCommands(CommandLine& commands)
 {
     const auto make = std::make_shared<NewArguments>();
-    CLI::App& newCommand =
+    CommandOptions newOptions =
         commands.addAlone("new", "Makes an empty library",
                           [make](Session& session) { return makeLibrary(*make, session); });
-    CommandLine::addText(newCommand, "LIB", make->library, "Where to")->required();
-    CommandLine::addText(newCommand, "--title", make->title,
-                         "Its title; if there is none, its file name without .bxl or .kbl")
-        ->type_name("T");
-    CommandLine::addFormat(newCommand, make->format);
-    commands.addDryRun(newCommand);
+    newOptions.argument("LIB", make->library, "Where to")
+        .option("--title", "T", make->title,
+                "Its title; if there is none, its file name without .bxl or .kbl")
+        .choice("--format", formatNames(), make->format, "Its form, a directory if not given");
+    commands.addDryRun(newOptions);
 
     struct FolderArguments
     {
@@ -208,41 +207,35 @@ void addMakingCommands(CommandLine& commands)
         std::string name;
     };
     const auto folder = std::make_shared<FolderArguments>();
-    CLI::App& folderCommand = commands.addEditing(
-        "add-folder", "Makes a folder", [folder](OpenLibrary& library, Changes& changes) {
-            addFolder(library, changes, folder->parent, folder->name);
-        });
-    CommandLine::addText(folderCommand, "PARENT", folder->parent, "The folder to put it in")
-        ->required();
-    CommandLine::addText(folderCommand, "NAME", folder->name, "Its name")->required();
+    commands
+        .addEditing("add-folder", "Makes a folder",
+                    [folder](OpenLibrary& library, Changes& changes) {
+                        addFolder(library, changes, folder->parent, folder->name);
+                    })
+        .argument("PARENT", folder->parent, "The folder to put it in")
+        .argument("NAME", folder->name, "Its name");
 
     const auto box = std::make_shared<BoxArguments>();
-    CLI::App& boxCommand = commands.addEditing(
-        "add-box", "Makes a box",
-        [box](OpenLibrary& library, Changes& changes) { addBox(library, changes, *box); });
-    CommandLine::addText(boxCommand, "PARENT", box->parent, "The folder to put it in")->required();
-    CommandLine::addText(boxCommand, "NAME", box->name, "Its name")->required();
-    CommandLine::addText(boxCommand, "--from", box->file, "The box file to make it from")
-        ->type_name("FILE")
-        ->required();
-    CommandLine::addTexts(boxCommand, "--resource", box->resources,
-                          "Files, and directories with their files, to put beside it")
-        ->type_name("F");
+    commands
+        .addEditing(
+            "add-box", "Makes a box",
+            [box](OpenLibrary& library, Changes& changes) { addBox(library, changes, *box); })
+        .argument("PARENT", box->parent, "The folder to put it in")
+        .argument("NAME", box->name, "Its name")
+        .option("--from", "FILE", box->file, "The box file to make it from")
+        .required()
+        .options("--resource", "F", box->resources,
+                 "Files, and directories with their files, to put beside it");
 
     const auto set = std::make_shared<SetArguments>();
-    CLI::App& setCommand =
-        commands.addEditing("set", "Edits a box", [set](OpenLibrary& library, Changes& changes) {
-            setData(library, changes, *set);
-        });
-    CommandLine::addText(setCommand, "NODE", set->node, "A box")->required();
-    CommandLine::addText(setCommand, "--tooltip", set->tooltip, "What it is for")->type_name("T");
-    CommandLine::addTexts(setCommand, "--bitmap", set->bitmaps,
-                          "Resources of the box that show it; '' for none")
-        ->type_name("B");
-    CommandLine::addText(setCommand, "--expanded", set->expanded,
-                         "Whether it is shown with its bitmap: yes or no")
-        ->type_name("YES|NO")
-        ->check(CLI::IsMember({"yes", "no"}));
+    commands
+        .addEditing(
+            "set", "Edits a box",
+            [set](OpenLibrary& library, Changes& changes) { setData(library, changes, *set); })
+        .argument("NODE", set->node, "A box")
+        .option("--tooltip", "T", set->tooltip, "What it is for")
+        .options("--bitmap", "B", set->bitmaps, "Resources of the box that show it; '' for none")
+        .choice("--expanded", {"yes", "no"}, set->expanded, "Whether it is shown with its bitmap");
 }
 
 } // namespace kxbox

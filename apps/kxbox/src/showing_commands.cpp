@@ -162,10 +162,20 @@ private:
     Json m_json;
 };
 
-/// What is wrong with a number of levels.
-std::string requireLevels(const std::string& number)
+struct TreeArguments
 {
-    return number.rfind('-', 0) == 0 ? number + " is less than 0" : std::string();
+    std::string node;
+    int depth = std::numeric_limits<int>::max();
+};
+
+Outcome tree(Session& session, const TreeArguments& arguments)
+{
+    OpenLibrary& library = session.library();
+    const TreeView view(library, library.node(arguments.node), arguments.depth);
+    Outcome outcome;
+    outcome.text = view.text();
+    outcome.json = {{"library", library.path()}, {"tree", view.json()}};
+    return outcome;
 }
 
 // show
@@ -309,56 +319,47 @@ std::string boxText(const Json& json)
            messagesText(json["messages"]);
 }
 
+struct ShowArguments
+{
+    std::string node;
+    bool xml = false;
+};
+
+Outcome show(Session& session, const ShowArguments& arguments)
+{
+    OpenLibrary& library = session.library();
+    BoxLibraryNode& node = library.box(arguments.node);
+    Outcome outcome;
+    if (arguments.xml) {
+        outcome.text = node.loadBoxData().toStdString();
+        outcome.json = {
+            {"library", library.path()}, {"node", library.address(node)}, {"xml", outcome.text}};
+    } else {
+        outcome.json = boxJson(library, node);
+        outcome.text = boxText(outcome.json);
+    }
+    return outcome;
+}
+
 } // namespace
 
 void addShowingCommands(CommandLine& commands)
 {
     commands.addReading("info", "Says what a library is and what it holds", info);
 
-    struct TreeArguments
-    {
-        std::string node;
-        int depth = std::numeric_limits<int>::max();
-    };
-    const auto tree = std::make_shared<TreeArguments>();
-    CLI::App& treeCommand =
-        commands.addReading("tree", "Shows folders and boxes", [tree](Session& session) {
-            OpenLibrary& library = session.library();
-            const TreeView view(library, library.node(tree->node), tree->depth);
-            Outcome outcome;
-            outcome.text = view.text();
-            outcome.json = {{"library", library.path()}, {"tree", view.json()}};
-            return outcome;
-        });
-    CommandLine::addText(treeCommand, "NODE", tree->node, "Where to begin");
-    treeCommand.add_option("--depth", tree->depth, "How many levels to show below it")
-        ->type_name("N")
-        ->check(CLI::Validator(requireLevels, std::string()));
+    const auto treed = std::make_shared<TreeArguments>();
+    commands
+        .addReading("tree", "Shows folders and boxes",
+                    [treed](Session& session) { return tree(session, *treed); })
+        .optionalArgument("NODE", treed->node, "Where to begin")
+        .count("--depth", "N", treed->depth, "How many levels to show below it");
 
-    struct ShowArguments
-    {
-        std::string node;
-        bool xml = false;
-    };
-    const auto show = std::make_shared<ShowArguments>();
-    CLI::App& showCommand =
-        commands.addReading("show", "Shows all that a box is made of", [show](Session& session) {
-            OpenLibrary& library = session.library();
-            BoxLibraryNode& node = library.box(show->node);
-            Outcome outcome;
-            if (show->xml) {
-                outcome.text = node.loadBoxData().toStdString();
-                outcome.json = {{"library", library.path()},
-                                {"node", library.address(node)},
-                                {"xml", outcome.text}};
-            } else {
-                outcome.json = boxJson(library, node);
-                outcome.text = boxText(outcome.json);
-            }
-            return outcome;
-        });
-    CommandLine::addText(showCommand, "NODE", show->node, "A box")->required();
-    showCommand.add_flag("--xml", show->xml, "Print its box file instead");
+    const auto shown = std::make_shared<ShowArguments>();
+    commands
+        .addReading("show", "Shows all that a box is made of",
+                    [shown](Session& session) { return show(session, *shown); })
+        .argument("NODE", shown->node, "A box")
+        .flag("--xml", shown->xml, "Print its box file instead");
 }
 
 } // namespace kxbox

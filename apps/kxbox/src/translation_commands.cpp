@@ -312,30 +312,27 @@ void set(const OpenLibrary& library, Changes& changes, const SetArguments& argum
     }
 }
 
-void addTextArguments(CLI::App& command, TextArguments& arguments)
-{
-    CommandLine::addText(command, "NODE", arguments.node, "The node whose text it is")->required();
-    CommandLine::addText(command, "LANG", arguments.language, "The language")->required();
-    CommandLine::addText(command, "SOURCE", arguments.source, "The text")->required();
-}
-
 void addTextCommands(CommandLine& commands)
 {
-    const auto text = std::make_shared<TextArguments>();
-    CLI::App& getCommand =
-        commands.addReading("get", "Prints the translation of a text of a node",
-                            [text](Session& session) { return get(session, *text); });
-    addTextArguments(getCommand, *text);
+    const auto addArguments = [](CommandOptions options, TextArguments& arguments) {
+        return options.argument("NODE", arguments.node, "The node whose text it is")
+            .argument("LANG", arguments.language, "The language")
+            .argument("SOURCE", arguments.source, "The text");
+    };
+    const auto got = std::make_shared<TextArguments>();
+    addArguments(commands.addReading("get", "Prints the translation of a text of a node",
+                                     [got](Session& session) { return get(session, *got); }),
+                 *got);
 
     const auto setting = std::make_shared<SetArguments>();
-    CLI::App& setCommand = commands.addEditing(
-        "set", "Sets the translation of a text of a node",
-        [setting](OpenLibrary& library, Changes& changes) { set(library, changes, *setting); });
-    addTextArguments(setCommand, *setting);
-    CommandLine::addText(setCommand, "TEXT", setting->translation,
-                         "The translation, its plural forms each on a line; '' for none")
-        ->required();
-    setCommand.add_flag("--unfinished", setting->unfinished, "It is still to be looked over");
+    addArguments(commands.addEditing("set", "Sets the translation of a text of a node",
+                                     [setting](OpenLibrary& library, Changes& changes) {
+                                         set(library, changes, *setting);
+                                     }),
+                 *setting)
+        .argument("TEXT", setting->translation,
+                  "The translation, its plural forms each on a line; '' for none")
+        .flag("--unfinished", setting->unfinished, "It is still to be looked over");
 }
 
 } // namespace
@@ -347,13 +344,12 @@ void addTranslationCommands(CommandLine& commands)
                         status);
 
     const auto language = std::make_shared<std::string>();
-    CLI::App& addCommand =
-        commands.addEditing("add", "Adds a language, with all texts to be translated",
-                            [language](OpenLibrary& library, Changes& changes) {
-                                addLanguage(library, changes, *language);
-                            });
-    CommandLine::addText(addCommand, "LANG", *language, "Its code, such as fr or pt_BR")
-        ->required();
+    commands
+        .addEditing("add", "Adds a language, with all texts to be translated",
+                    [language](OpenLibrary& library, Changes& changes) {
+                        addLanguage(library, changes, *language);
+                    })
+        .argument("LANG", *language, "Its code, such as fr or pt_BR");
 
     commands.addEditing("update", "Brings the messages up to date with the texts of the boxes",
                         update);

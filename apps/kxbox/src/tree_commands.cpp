@@ -254,53 +254,44 @@ void addTreeCommands(CommandLine& commands)
         std::string name;
     };
     const auto rename = std::make_shared<RenameArguments>();
-    CLI::App& renameCommand =
-        commands.addEditing("rename", "Gives a node another name; its files and messages follow",
-                            [rename](OpenLibrary& library, Changes& changes) {
-                                renameNode(library, changes, rename->node, rename->name);
-                            });
-    CommandLine::addText(renameCommand, "NODE", rename->node, "A folder or box")->required();
-    CommandLine::addText(renameCommand, "NAME", rename->name, "Its new name")->required();
+    commands
+        .addEditing("rename", "Gives a node another name; its files and messages follow",
+                    [rename](OpenLibrary& library, Changes& changes) {
+                        renameNode(library, changes, rename->node, rename->name);
+                    })
+        .argument("NODE", rename->node, "A folder or box")
+        .argument("NAME", rename->name, "Its new name");
 
     const auto removed = std::make_shared<std::vector<std::string>>();
-    CLI::App& removeCommand =
-        commands.addEditing("remove", "Removes nodes, with their files and messages",
-                            [removed](OpenLibrary& library, Changes& changes) {
-                                removeNodes(library, changes, *removed);
-                            });
-    CommandLine::addTexts(removeCommand, "NODE", *removed, "Folders and boxes")->required();
+    commands
+        .addEditing("remove", "Removes nodes, with their files and messages",
+                    [removed](OpenLibrary& library, Changes& changes) {
+                        removeNodes(library, changes, *removed);
+                    })
+        .arguments("NODE", *removed, "Folders and boxes");
 
     const auto move = std::make_shared<MoveArguments>();
-    CLI::App& moveCommand = commands.addEditing(
-        "move", "Moves nodes into a folder, with their files and messages",
-        [move](OpenLibrary& library, Changes& changes) { moveNodes(library, changes, *move); });
-    CommandLine::addTexts(moveCommand, "NODE", move->nodes, "Folders and boxes")->required();
-    CommandLine::addText(moveCommand, "--to", move->folder, "The folder to move them into")
-        ->type_name("FOLDER")
-        ->required();
-    moveCommand
-        .add_option("--at", move->at,
-                    "In front of which of its nodes, counted from 0; if not given, at the end")
-        ->type_name("N");
+    commands
+        .addEditing(
+            "move", "Moves nodes into a folder, with their files and messages",
+            [move](OpenLibrary& library, Changes& changes) { moveNodes(library, changes, *move); })
+        .arguments("NODE", move->nodes, "Folders and boxes")
+        .option("--to", "FOLDER", move->folder, "The folder to move them into")
+        .required()
+        .option("--at", "N", move->at,
+                "In front of which of its nodes, counted from 0; if not given, at the end");
 
     const auto reordered = std::make_shared<ReorderArguments>();
-    CLI::App& reorderCommand = commands.addEditing(
-        "reorder", "Moves a run of nodes within their folder; nodes are counted from 0",
-        [reordered](OpenLibrary& library, Changes& changes) {
-            reorder(library, changes, *reordered);
-        });
-    CommandLine::addText(reorderCommand, "FOLDER", reordered->folder, "The folder")->required();
-    reorderCommand.add_option("FIRST", reordered->first, "The first to move")
-        ->type_name("")
-        ->required();
-    reorderCommand.add_option("LAST", reordered->last, "The last to move")
-        ->type_name("")
-        ->required();
-    reorderCommand
-        .add_option("DEST", reordered->destination,
-                    "The one that they come to stand in front of; the number of nodes is the end")
-        ->type_name("")
-        ->required();
+    commands
+        .addEditing("reorder", "Moves a run of nodes within their folder; nodes are counted from 0",
+                    [reordered](OpenLibrary& library, Changes& changes) {
+                        reorder(library, changes, *reordered);
+                    })
+        .argument("FOLDER", reordered->folder, "The folder")
+        .argument("FIRST", reordered->first, "The first to move")
+        .argument("LAST", reordered->last, "The last to move")
+        .argument("DEST", reordered->destination,
+                  "The one that they come to stand in front of; the number of nodes is the end");
 }
 
 } // namespace kxbox
