@@ -86,8 +86,13 @@ Fixes fix(OpenLibrary& library, Findings findings, Problems& problems)
 {
     Fixes fixes;
     fixMetadata(library, fixes);
-    fixDirectoryNames(library, findings.translations, fixes);
-    fixTranslations(library, findings.translations, fixes);
+    std::size_t done = 0;
+    do { // as long as one thing mended makes another one possible
+        done = fixes.done.size();
+        fixes.refused.clear();
+        fixDirectoryNames(library, findings.translations, fixes);
+        fixTranslations(library, findings.translations, fixes);
+    } while (fixes.done.size() > done);
     library->updateTranslationFilesList();
     library->updateTranslators();
     const Problems order = followed(findings.order, fixes.renamed);

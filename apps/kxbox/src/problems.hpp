@@ -3,6 +3,7 @@
 #include "text.hpp"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kxbox {

@@ -75,26 +75,38 @@ bool fillField(Message& into, const Message& from, const Value& (Message::*get)(
     return done;
 }
 
+/// The state of a message that has two, in files where it has the same translation or one has none.
+Message::State stateOf(const Message& into, const Message& from, bool isSame)
+{
+    if (!isInUse(from)) {
+        return into.state();
+    }
+    if (isSame) { // what is confirmed in one of the files is
+        const bool isMore = from.state() == Message::State::Finished || !isInUse(into);
+        return isMore ? from.state() : into.state();
+    }
+    if (from.isTranslated()) {
+        return from.state();
+    }
+    return isInUse(into) ? into.state() : Message::State::Unfinished;
+}
+
 bool fillTranslation(Message& into, const Message& from)
 {
-    if (!from.isTranslated()) {
-        return true;
-    }
     const bool isSame = formsOf(into) == formsOf(from);
-    if (into.isTranslated() && !isSame) {
+    if (into.isTranslated() && from.isTranslated() && !isSame) {
         return false;
     }
-    // What is confirmed, or at least in use, in one of the files is.
-    if (!isSame || from.state() == Message::State::Finished || (isInUse(from) && !isInUse(into))) {
+    into.setState(stateOf(into, from, isSame));
+    if (!into.isTranslated()) {
         into.setTranslations(from.translations());
-        into.setState(from.state());
     }
     return true;
 }
 
 bool fillExtras(Message& into, const Message& from)
 {
-    const Message::Extras extras = from.extras();
+    const Message::Extras& extras = from.extras();
     for (auto it = extras.cbegin(); it != extras.cend(); ++it) {
         if (into.extras().value(it.key(), it.value()) != it.value()) {
             return false;
@@ -123,7 +135,7 @@ bool fillHead(Translator& into, const Translator& from)
 {
     QString source = into.sourceLanguageCode();
     QStringList dependencies = into.dependencies();
-    const Message::Extras extras = from.extras();
+    const Message::Extras& extras = from.extras();
     const auto fits = [&](const QString& key) {
         return into.extras().value(key, extras.value(key)) == extras.value(key);
     };
