@@ -59,8 +59,8 @@ TEST_P(BoxFiles, AreReadAsTheLibraryReadsThem)
 
 std::string project(const char* xmlns)
 {
-    return "<KinestraProject xmlns=\"" + std::string(xmlns) +
-           "\" bhx_version=\"3\"><Box/></KinestraProject>";
+    return std::string(R"(<KinestraProject bhx_version="3" xmlns=")") + xmlns +
+           R"("><Box/></KinestraProject>)";
 }
 
 const std::string a_noNamespace =

@@ -34,7 +34,7 @@ std::string orderFile(const std::vector<std::string>& names)
 
 std::string boxFile(const std::string& content)
 {
-    return "<KinestraBox bhx_version=\"3\"><Box name=\"root\">" + content + "</Box></KinestraBox>";
+    return R"(<KinestraBox bhx_version="3"><Box name="root">)" + content + "</Box></KinestraBox>";
 }
 
 std::string message(const std::string& context, const std::string& source,

@@ -77,7 +77,7 @@ std::string contradiction(void (Message::*set)(Value), const Value& one, const V
     Message second = messageOf("A");
     (second.*set)(other);
     Merger merger(translatorOf({first}));
-    const std::string reason = merger.add(translatorOf({messageOf("A"), second}));
+    std::string reason = merger.add(translatorOf({messageOf("A"), second}));
     EXPECT_EQ(merger.result(), translatorOf({first}));
     return reason;
 }
