@@ -62,6 +62,9 @@ Lock Lock::take(const Place& place, std::chrono::milliseconds patience)
         if (!file && errno == EACCES) {
             // Another user's, perhaps of a program that died: reading is enough to lock it.
             file = Fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW), path);
+            if (!file && errno == ENOENT) {
+                errno = EACCES; // nobody's: that it can't be made is the reason
+            }
         }
         if (!file) {
             throwErrno(path);

@@ -194,6 +194,23 @@ TEST_P(SafetyInBothForms, ALockFileThatAnotherUsersProgramLeftIsNotInTheWay)
     EXPECT_EQ(ProjectModel(path()).readFile(q("c")), QByteArray("2"));
 }
 
+TEST_P(SafetyInBothForms, SavingWhereNothingCanBeMadeSaysThatItIsNotPermitted)
+{
+    make();
+    const QString above = QFileInfo(path()).path();
+    EXPECT_EQ(::chmod(above.toStdString().c_str(), 0555), 0);
+    {
+        const AnotherUser user;
+        ProjectModel model(path());
+        model.writeFile(q("new"), "1");
+        const std::string message =
+            messageOf<IoError>([&] { model.save(QString(), ArchiveFormat::Source, true); });
+        EXPECT_EQ(message, path().toStdString() + ": it can't be saved: " + above.toStdString() +
+                               "/.Library.kxlock: Permission denied");
+    }
+    permitAll(above);
+}
+
 TEST(AModel, GoesFromDirectoryToArchiveToDirectoryUnchanged)
 {
     const TemporaryDirectory directory;
