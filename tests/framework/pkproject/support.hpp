@@ -1,8 +1,7 @@
 #pragma once
 
-#include "temporary_files.hpp"
-
 #include "disk.hpp"
+#include "temporary_files.hpp"
 
 #include <pk/project/project_model.hpp>
 
