@@ -1,5 +1,7 @@
 #include "changes.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace kxbox {

@@ -6,6 +6,8 @@
 #include "progress.hpp"
 #include "text.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <functional>
 #include <memory>
 #include <string>

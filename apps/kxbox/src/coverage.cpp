@@ -5,6 +5,7 @@
 #include "table.hpp"
 
 #include <QHash>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdint>

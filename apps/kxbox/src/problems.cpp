@@ -1,5 +1,7 @@
 #include "problems.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <tuple>
 #include <unordered_set>

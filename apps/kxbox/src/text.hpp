@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <nlohmann/json_fwd.hpp>
 
-#include <nlohmann/json.hpp>
 #include <string>
 
 namespace kxbox {

@@ -1,6 +1,7 @@
 #include "changes.hpp"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace kxbox {
 namespace {

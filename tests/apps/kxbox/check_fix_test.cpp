@@ -4,6 +4,8 @@
 #include <kxboxlibrary/box_constants.hpp>
 #include <pk/project/project_model.hpp>
 
+#include <nlohmann/json.hpp>
+
 namespace kxbox::test {
 namespace {
 

@@ -3,6 +3,8 @@
 
 #include <pk/project/project_model.hpp>
 
+#include <nlohmann/json.hpp>
+
 namespace kxbox::test {
 namespace {
 

@@ -1,5 +1,7 @@
 #include "tool.hpp"
 
+#include <nlohmann/json.hpp>
+
 namespace kxbox::test {
 namespace {
 

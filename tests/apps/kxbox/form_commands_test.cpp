@@ -1,5 +1,7 @@
 #include "tool.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -1,6 +1,8 @@
 // tr get and tr set.
 #include "translations.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <utility>
 #include <vector>
 

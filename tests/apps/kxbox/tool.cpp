@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
+#include <nlohmann/json.hpp>
 
 #include <linux/capability.h>
 #include <sys/prctl.h>

@@ -5,9 +5,9 @@
 #include <QProcess>
 #include <QStringList>
 #include <gtest/gtest.h>
+#include <nlohmann/json_fwd.hpp>
 
 #include <map>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 
 #include <kr/localization/ts.hpp>
 
+#include <nlohmann/json.hpp>
+
 #include <utility>
 #include <vector>
 

@@ -1,5 +1,7 @@
 #include "tool.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace kxbox::test {
