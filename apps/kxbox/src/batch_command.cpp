@@ -22,7 +22,11 @@ Outcome batch(Session& session, const std::string& file)
     OpenLibrary& library = session.library();
     const bool isInput = file == "-";
     const std::string name = isInput ? "standard input" : file;
-    const auto lines = readLocalFile(isInput ? "/dev/stdin" : file).split('\n');
+    QByteArray text = isInput ? readStandardInput() : readLocalFile(file);
+    if (text.startsWith("\xef\xbb\xbf")) {
+        text.remove(0, 3); // the byte order mark of some editors
+    }
+    const auto lines = text.split('\n');
     Outcome outcome;
     outcome.json = {{"library", library.path()}, {"dryRun", session.dryRun}};
     outcome.json["results"] = Json::array();

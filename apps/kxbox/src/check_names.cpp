@@ -69,19 +69,15 @@ void checkSiblings(const SurveyedNode& folder, Problems& problems)
 bool isDevice(const QString& name)
 {
     static const QSet<QString> devices = [] {
-        QSet<QString> names = {QStringLiteral("CON"), QStringLiteral("PRN"), QStringLiteral("AUX"),
-                               QStringLiteral("NUL")};
-        for (int i = 1; i <= 9; ++i) {
-            names << QStringLiteral("COM%1").arg(i) << QStringLiteral("LPT%1").arg(i);
+        QSet<QString> names = {QStringLiteral("CON"),    QStringLiteral("PRN"),
+                               QStringLiteral("AUX"),    QStringLiteral("NUL"),
+                               QStringLiteral("CONIN$"), QStringLiteral("CONOUT$")};
+        for (const QChar digit : QString::fromUtf8("123456789¹²³")) {
+            names << QStringLiteral("COM") + digit << QStringLiteral("LPT") + digit;
         }
         return names;
     }();
     return devices.contains(name.section(QLatin1Char('.'), 0, 0).trimmed().toUpper());
-}
-
-bool isControl(QChar character)
-{
-    return character.unicode() < 0x20 || character.unicode() == 0x7f;
 }
 
 QString specialCharactersIn(const QString& name)

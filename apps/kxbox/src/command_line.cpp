@@ -22,6 +22,17 @@ const char* const a_footer =
     "as in Motion/Walk, with \\/ for a slash in a name; / is the library itself.\n"
     "Exit codes: 0 done, 1 check found problems, 2 bad usage, 3 failed.";
 
+void requireUtf8(const std::vector<std::string>& words)
+{
+    for (const std::string& word : words) {
+        if (QString::fromStdString(word).toStdString() != word &&
+            word.rfind("\xef\xbb\xbf", 0) != 0) { // QString drops a byte order mark
+            throw UsageError("'" + word + "' is not UTF-8");
+        }
+    }
+}
+
+/// `command`, if there is one, begins with a space.
 std::string hint(const std::string& command)
 {
     return " (see 'kxbox" + command + " --help')";
@@ -64,8 +75,8 @@ CommandLine::~CommandLine() = default;
 
 Outcome CommandLine::run(std::vector<std::string> words, Session& session)
 {
-    checkCommand(words);
-    const std::string command = words.empty() ? "" : " " + words.front();
+    requireUtf8(words);
+    const std::string command = commandOf(words);
     std::transform(words.begin(), words.end(), words.begin(), CommandOptions::protectedWord);
     std::reverse(words.begin(), words.end()); // as CLI11 wants them
     try {
@@ -94,32 +105,34 @@ Outcome CommandLine::run(std::vector<std::string> words, Session& session)
     return outcome;
 }
 
-void CommandLine::checkCommand(const std::vector<std::string>& words) const
+std::string CommandLine::commandOf(const std::vector<std::string>& words) const
 {
     const std::string end = m_place == Place::Shell ? hint("") : "";
+    std::string command;
     const CLI::App* app = m_app.get();
     for (std::size_t i = 0;; ++i) {
         const auto commands = app->get_subcommands({});
         if (commands.empty()) {
-            return;
+            return command;
         }
         if (i == words.size()) {
             throw UsageError("a command is missing" + end);
         }
         const std::string& name = words[i];
         if (m_place == Place::Shell && name.rfind('-', 0) == 0) {
-            return; // --help
+            return command; // --help
         }
         if (std::find(m_alone.begin(), m_alone.end(), name) != m_alone.end()) {
             throw UsageError("'" + name + "' can't be part of a batch");
         }
         const auto found =
             std::find_if(commands.begin(), commands.end(),
-                         [&name](const CLI::App* command) { return command->get_name() == name; });
+                         [&name](const CLI::App* known) { return known->get_name() == name; });
         if (found == commands.end()) {
             throw UsageError("no command '" + name + "'" + end);
         }
         app = *found;
+        command += " " + name;
     }
 }
 

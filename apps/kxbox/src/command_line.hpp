@@ -100,8 +100,9 @@ public:
     void addDryRun(CommandOptions& options);
 
 private:
-    /// Throws UsageError when the words don't begin with a command.
-    void checkCommand(const std::vector<std::string>& words) const;
+    /// The command at the front of the words, each of its own with a space in front: " tr add".
+    /// Nothing for an option in its place. Throws UsageError when there is none.
+    std::string commandOf(const std::vector<std::string>& words) const;
     CommandOptions add(const std::string& name, const std::string& help, Action action);
 
     Place m_place;

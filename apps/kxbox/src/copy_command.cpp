@@ -102,9 +102,12 @@ Outcome copy(Session& session, const Arguments& arguments)
     OpenLibrary into(arguments.library, session.progress());
     into.setAddressing(from.addressing());
     BoxLibraryNode& folder = into.folder(arguments.folder);
-    for (const BoxLibraryNode* const node : nodes) {
-        checkName(node->name(), folder.parent() == nullptr);
+    for (BoxLibraryNode* const top : nodes) {
+        for (const BoxLibraryNode* const node : OpenLibrary::subtree(*top)) {
+            checkName(node->name(), node == top && folder.parent() == nullptr);
+        }
     }
+    from.requireReadableTranslations();
     into.requireReadableTranslations();
     Changes changes;
     const LogWatch watch;

@@ -59,6 +59,7 @@ Stamp stampOf(const std::string& file)
 struct Behavior
 {
     std::string address;
+    QString path;
     std::string file;
     Stamp before;
 };
@@ -71,7 +72,7 @@ std::vector<Behavior> behaviorsOf(const OpenLibrary& library, const std::string&
         if (paths.contains(node->path())) {
             const std::string file =
                 destination + "/" + node->path().toStdString() + "/behavior.bhx";
-            behaviors.push_back({library.address(*node), file, stampOf(file)});
+            behaviors.push_back({library.address(*node), node->path(), file, stampOf(file)});
         }
     }
     return behaviors;
@@ -82,49 +83,73 @@ void makeDestination(const std::string& destination)
     if (::mkdir(destination.c_str(), 0777) != 0 && errno != EEXIST) {
         throw Failure(destination + ": can't be made: " + std::strerror(errno));
     }
-    if (!QFileInfo(QString::fromStdString(destination)).isDir()) {
-        throw Failure(destination + ": not a directory");
-    }
 }
 
 /// A behaviour's project in the library would be written over the behaviour itself, or become a
 /// node of it.
 void requireOutside(const OpenLibrary& library, const std::string& destination)
 {
-    const QString place = QFileInfo(library->path()).canonicalFilePath();
-    // The nearest directory upward that is there, since the destination need not be.
-    QFileInfo at(
-        QDir::cleanPath(QFileInfo(QString::fromStdString(destination)).absoluteFilePath()));
-    while (!at.exists() && !at.isRoot()) {
-        at = QFileInfo(at.path());
+    const QFileInfo place(QString::fromStdString(destination));
+    if (place.exists() && !place.isDir()) {
+        throw Failure(destination + ": not a directory");
     }
-    const QString found = at.canonicalFilePath();
-    if (found == place || found.startsWith(place + QLatin1Char('/'))) {
+    // A library need not have metadata by which requirePlace() knows it.
+    const QString top = QFileInfo(library->path()).canonicalFilePath();
+    const QString found =
+        (place.exists() ? place : QFileInfo(place.absolutePath())).canonicalFilePath();
+    if (found == top || found.startsWith(top + QLatin1Char('/'))) {
         throw Failure(destination + ": it lies in the library itself");
     }
+}
+
+/// Whether something that is no directory is in the way of a directory below another.
+bool isBlocked(const std::string& destination, const QString& path)
+{
+    QString place = QString::fromStdString(destination);
+    for (const QString& name : path.split(QLatin1Char('/'))) {
+        place += QLatin1Char('/') + name;
+        const QFileInfo info(place);
+        if (info.isSymLink() || (info.exists() && !info.isDir())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Exports, or for a dry run says what would be, and gives whether each was.
+std::vector<bool> exported(Session& session, const std::vector<Behavior>& behaviors,
+                           const std::string& destination)
+{
+    if (!session.dryRun) {
+        makeDestination(destination);
+        session.progress().begin("exporting");
+        session.library()->exportBehaviors(QString::fromStdString(destination));
+    }
+    std::vector<bool> result;
+    for (const Behavior& behavior : behaviors) {
+        const Stamp now = stampOf(behavior.file);
+        result.push_back(session.dryRun ? !isBlocked(destination, behavior.path)
+                                        : !now.empty() && now != behavior.before);
+    }
+    return result;
 }
 
 Outcome exportBehaviors(Session& session, const std::string& destination)
 {
     const OpenLibrary& library = session.library();
     requireOutside(library, destination);
+    requirePlace(destination);
     const std::vector<Behavior> behaviors = behaviorsOf(library, destination);
-    if (!session.dryRun) {
-        makeDestination(destination);
-        session.progress().begin("exporting");
-        library->exportBehaviors(QString::fromStdString(destination));
-    }
-    Json exported = Json::array();
+    const std::vector<bool> done = exported(session, behaviors, destination);
+    Json written = Json::array();
     Json missing = Json::array();
     Outcome outcome;
-    for (const Behavior& behavior : behaviors) {
-        const Stamp now = stampOf(behavior.file);
-        const bool done = session.dryRun || (!now.empty() && now != behavior.before);
-        (done ? exported : missing).push_back(behavior.address);
-        outcome.text +=
-            (done ? "exported      " : "not exported  ") + printable(behavior.address) + "\n";
+    for (std::size_t i = 0; i < behaviors.size(); ++i) {
+        const std::string& address = behaviors[i].address;
+        (done[i] ? written : missing).push_back(address);
+        outcome.text += (done[i] ? "exported      " : "not exported  ") + printable(address) + "\n";
     }
-    outcome.text += counted(static_cast<int>(exported.size()), "behaviour", "behaviours") +
+    outcome.text += counted(static_cast<int>(written.size()), "behaviour", "behaviours") +
                     (session.dryRun ? " would be exported to " : " exported to ") +
                     printable(destination) + "\n";
     if (!missing.empty()) {
@@ -135,7 +160,7 @@ Outcome exportBehaviors(Session& session, const std::string& destination)
     outcome.json = {{"library", library.path()},
                     {"dryRun", session.dryRun},
                     {"destination", destination},
-                    {"exported", std::move(exported)},
+                    {"exported", std::move(written)},
                     {"notExported", std::move(missing)}};
     return outcome;
 }

@@ -10,11 +10,16 @@
 /// Files outside of any library.
 namespace kxbox {
 
-/// The bytes of a file. Throws Failure, with the reason, when it can't be read.
+/// The bytes of a file, or of the standard input. Throws Failure, with the reason, when it can't be
+/// read or has more than a gigabyte.
 QByteArray readLocalFile(const std::string& path);
+QByteArray readStandardInput();
 
-/// Throws Failure when something is at `path`.
+/// Throws Failure when nothing new can be made at `path`: something is there, the directory above
+/// is not, or it is in a library.
 void requireFreePlace(const std::string& path);
+/// The same for what may be there already.
+void requirePlace(const std::string& path);
 
 /// What the forms of a library are called, and the project's form for a name.
 std::vector<std::string> formatNames();

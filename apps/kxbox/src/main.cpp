@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <fcntl.h>
 #include <new>
 #include <unistd.h>
 
@@ -36,13 +37,12 @@ void print(const std::string& text)
     }
 }
 
-std::string dump(const Json& json)
-{
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
-
 ExitCode run(const std::vector<std::string>& words)
 {
+    // Before anything is done. What else keeps the output from being written comes too late.
+    if (::fcntl(STDOUT_FILENO, F_GETFD) == -1) {
+        throw Failure(std::string("standard output: ") + std::strerror(errno));
+    }
     const LogWatch watch;
     CommandLine commandLine(CommandLine::Place::Shell);
     Outcome outcome;
@@ -51,12 +51,12 @@ ExitCode run(const std::vector<std::string>& words)
         Session session(progress);
         outcome = commandLine.run(words, session);
     }
-    for (const pk::log::Record& record : watch.records()) {
-        complain("warning: " + record.message);
-    }
-    print(commandLine.json() ? dump(outcome.json) : outcome.text);
+    print(commandLine.json() ? jsonText(outcome.json) : outcome.text);
     if (!outcome.failure.empty()) {
         throw Failure(outcome.failure);
+    }
+    for (const pk::log::Record& record : watch.records()) {
+        complain("warning: " + record.message);
     }
     return outcome.problems ? Problems : Done;
 }

@@ -30,11 +30,11 @@ struct NewArguments
 
 Outcome makeLibrary(const NewArguments& arguments, const Session& session)
 {
+    requireFreePlace(arguments.library);
     // Without a "/" at the end, behind which there would be no file name.
     const QString path = QDir::cleanPath(QString::fromStdString(arguments.library));
     const QString title = arguments.title.empty() ? KX::BoxLibrary::makeTitleFromPath(path)
                                                   : QString::fromStdString(arguments.title);
-    requireFreePlace(arguments.library);
     const std::unique_ptr<KX::BoxLibrary, KX::TreeDeleter> library(new KX::BoxLibrary(title));
     if (!session.dryRun) {
         // Not saveTo(), which takes the title from the path and what is there for the old library.

@@ -1,5 +1,9 @@
 #include "messages.hpp"
 
+#include <nlohmann/json.hpp>
+
+#include <utility>
+
 namespace kxbox {
 
 using KR::Localization::Message;
@@ -18,6 +22,19 @@ const char* nameOf(Message::State state)
         return "obsolete";
     }
     return "";
+}
+
+void addTranslation(Json& object, const Message& message)
+{
+    if (!message.isPlural()) {
+        object["translation"] = message.translation().toStdString();
+        return;
+    }
+    Json forms = Json::array();
+    for (const QString& form : message.translations()) {
+        forms.push_back(form.toStdString());
+    }
+    object["translations"] = std::move(forms);
 }
 
 bool isGone(const Message& message)

@@ -6,6 +6,8 @@
 #include <kr/localization/context_patchers.hpp>
 #include <kxboxlibrary/box_constants.hpp>
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <utility>
 
@@ -185,8 +187,18 @@ void OpenLibrary::requireReadableTranslations() const
     }
 }
 
+bool OpenLibrary::isWritable() const
+{
+    const QFileInfo place(m_library->path());
+    return place.isWritable() && QFileInfo(place.path()).isWritable();
+}
+
 void OpenLibrary::save()
 {
+    const QFileInfo place(m_library->path());
+    if (place.isFile() && !place.isWritable()) {
+        throw Failure(m_path + ": it is read-only");
+    }
     m_progress.begin("saving");
     m_library->save();
     m_edited = false;

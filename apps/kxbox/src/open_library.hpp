@@ -68,10 +68,14 @@ public:
     /// because it can't be read, names no language, or its language has another file.
     void requireReadableTranslations() const;
 
+    /// Whether the disk lets it be saved: the library, and the directory that it is in, where the
+    /// store keeps what it needs for a save.
+    bool isWritable() const;
     /// Whether there is something to save.
     bool isEdited() const { return m_edited; }
     void setEdited() { m_edited = true; }
-    /// Throws what the project store throws.
+    /// Throws Failure for an archive that can't be written, which the store would replace all the
+    /// same, and what the store throws.
     void save();
 
 private:

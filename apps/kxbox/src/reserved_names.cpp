@@ -59,11 +59,9 @@ void checkName(const std::string& name, bool topLevel)
     if (!reason.empty()) {
         throw Failure("the name '" + name + "' is reserved: " + reason);
     }
-    if (std::any_of(name.begin(), name.end(), [](char c) { return c >= '\0' && c < ' '; })) {
+    const QString text = QString::fromStdString(name);
+    if (std::any_of(text.begin(), text.end(), isControl)) {
         throw Failure("the name '" + printable(name) + "' has control characters");
-    }
-    if (QString::fromStdString(name).toStdString() != name) {
-        throw Failure("the name '" + name + "' is not UTF-8");
     }
     const std::size_t bytes = KX::BoxLibraryNode::escapeFileName(name).size();
     if (bytes > a_longestFileName) {

@@ -71,7 +71,7 @@ Outcome info(Session& session)
     const QStringList languages = languagesOf(*library);
     const QFileInfo place(library->path());
     const std::string form = place.isDir() ? "directory" : "archive";
-    const bool readOnly = !place.isWritable();
+    const bool readOnly = !library.isWritable();
     const qint64 bytes = bytesOf(*library);
 
     Outcome outcome;
@@ -190,9 +190,10 @@ Json messagesOf(const OpenLibrary& library, const BoxLibraryNode& node)
         const auto translator = translators.value(language);
         for (const auto& message : translator.messages()) {
             if (message.context() == context) {
-                list.push_back({{"source", message.source().toStdString()},
-                                {"translation", message.translation().toStdString()},
-                                {"state", nameOf(message.state())}});
+                Json entry = {{"source", message.source().toStdString()}};
+                addTranslation(entry, message);
+                entry["state"] = nameOf(message.state());
+                list.push_back(std::move(entry));
             }
         }
         json[language.toStdString()] = std::move(list);
@@ -287,6 +288,15 @@ std::string ioText(const char* title, const Json& list)
     return text;
 }
 
+std::string joinedForms(const Json& forms)
+{
+    std::string text;
+    for (const Json& form : forms) {
+        text += (text.empty() ? "" : " | ") + textOf(form);
+    }
+    return text;
+}
+
 std::string messagesText(const Json& messages)
 {
     std::string text;
@@ -296,11 +306,12 @@ std::string messagesText(const Json& messages)
         }
         for (const Json& message : list) {
             const std::string state = textOf(message["state"]);
-            std::string translation = textOf(message["translation"]);
-            if (state != "finished") {
-                translation = "(" + state + ")" + (translation.empty() ? "" : " ") + translation;
-            }
-            text += "  " + textOf(message["source"]) + "\n    " + translation + "\n";
+            text += "  " + textOf(message["source"]) + "\n    ";
+            text += state == "finished" ? "" : "(" + state + ") ";
+            text += message.contains("translation") ? textOf(message["translation"])
+                                                    : joinedForms(message["translations"]);
+            text.erase(text.find_last_not_of(' ') + 1);
+            text += "\n";
         }
     }
     return text;

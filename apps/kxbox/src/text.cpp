@@ -1,5 +1,7 @@
 #include "text.hpp"
 
+#include <nlohmann/json.hpp>
+
 namespace kxbox {
 
 namespace {
@@ -20,7 +22,8 @@ std::string escaped(QChar character)
     }
 }
 
-/// Also those that turn the direction of writing around.
+} // namespace
+
 bool isControl(QChar character)
 {
     return character.category() == QChar::Other_Control ||
@@ -29,7 +32,19 @@ bool isControl(QChar character)
            character.unicode() == 0x2028 || character.unicode() == 0x2029;
 }
 
-} // namespace
+std::string jsonText(const Json& json)
+{
+    const auto dumped = json.dump(2, ' ', false, Json::error_handler_t::replace);
+    QString text;
+    for (const QChar character : QString::fromStdString(dumped)) {
+        if (isControl(character) && character != QLatin1Char('\n')) {
+            text += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            text += character;
+        }
+    }
+    return text.toStdString() + "\n";
+}
 
 std::string printable(const QString& text)
 {

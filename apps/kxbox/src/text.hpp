@@ -15,6 +15,12 @@ using Json = nlohmann::ordered_json;
 std::string printable(const std::string& text);
 std::string printable(const QString& text);
 
+/// Whether a character can control a terminal, or turn the direction of writing around.
+bool isControl(QChar character);
+
+/// JSON without such characters: within its strings they are "\u009b" and the like.
+std::string jsonText(const Json& json);
+
 /// "1 box", "2 boxes".
 std::string counted(int number, const std::string& one, const std::string& many);
 

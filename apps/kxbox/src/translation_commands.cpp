@@ -182,15 +182,10 @@ Outcome get(Session& session, const TextArguments& arguments)
                     {"node", library.address(node)},
                     {"language", arguments.language},
                     {"source", arguments.source}};
-    if (message.isPlural()) {
-        outcome.json["translations"] = Json::array();
-        for (const QString& form : message.translations()) {
-            outcome.json["translations"].push_back(form.toStdString());
-            outcome.text += printable(form) + "\n";
-        }
-    } else {
-        outcome.json["translation"] = message.translation().toStdString();
-        outcome.text = printable(message.translation()) + "\n";
+    addTranslation(outcome.json, message);
+    for (const QString& form :
+         message.isPlural() ? message.translations() : QStringList(message.translation())) {
+        outcome.text += printable(form) + "\n";
     }
     outcome.json["state"] = nameOf(message.state());
     return outcome;
@@ -207,9 +202,6 @@ struct SetArguments : TextArguments
 void requireTranslation(const OpenLibrary& library, const std::string& translation)
 {
     const QString text = QString::fromStdString(translation);
-    if (text.toStdString() != translation) {
-        throw Failure(library.path() + ": the translation is not UTF-8");
-    }
     for (const QChar character : text) {
         const ushort code = character.unicode();
         const bool isControl = character.category() == QChar::Other_Control && code != '\t' &&

@@ -2,6 +2,7 @@
 #include "command_line.hpp"
 #include "commands.hpp"
 #include "failure.hpp"
+#include "log_watch.hpp"
 #include "reserved_names.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -83,6 +84,8 @@ void renameNode(OpenLibrary& library, Changes& changes, const std::string& addre
     }
     if (after.name != before.name || after.path != before.path) {
         notePlace(changes, "rename", before, after, name, messages);
+    } else if (after.name != name) {
+        changes.add("renumber", name, after.name);
     }
 }
 
@@ -93,13 +96,19 @@ void removeNodes(OpenLibrary& library, Changes& changes, const std::vector<std::
     const std::vector<BoxLibraryNode*> nodes = library.nodesBelowRoot(addresses);
     library.requireReadableTranslations();
     library.progress().begin("removing", nodes.size());
-    for (BoxLibraryNode* const node : nodes) {
+    KX::BoxLibrary::Translators translations = library->translations();
+    for (const BoxLibraryNode* const node : nodes) {
         const Place place(library, *node);
-        const auto messages = countMessages(*library, place.context);
-        KX::removeChildTree(*node->parent(), node->index());
         changes.add("remove", place.address);
         changes.add("directory", place.path.toStdString());
-        changes.addMessages(place.context, QString(), messages);
+        changes.addMessages(place.context, QString(), countMessages(translations, place.context));
+        KR::Localization::removeMessages(translations,
+                                         KR::Localization::ContextRecursiveFinder(place.context));
+    }
+    // At once, since each change of messages writes all translation files.
+    library->setTranslations(translations);
+    for (BoxLibraryNode* const node : nodes) {
+        KX::removeChildTree(*node->parent(), node->index());
         library.progress().step();
     }
 }
@@ -139,10 +148,13 @@ void transfer(OpenLibrary& library, BoxLibraryNode& node, BoxLibraryNode& folder
 {
     BoxLibraryNode& oldFolder = *node.parent();
     const QString oldPath = node.path();
+    const LogWatch aboutTheCopy({"pkproject"}); // which does not stay
     std::unique_ptr<BoxLibraryNode, KX::TreeDeleter> taken(node.take());
     folder.appendChild(taken.get());
-    static_cast<void>(taken.release());      // it is the folder's now
-    library->projectModel().remove(oldPath); // take() leaves a copy
+    static_cast<void>(taken.release()); // it is the folder's now
+    // In place of the copy that take() made: with all that a library does not copy, such as what
+    // version control keeps in a directory, and to be saved as a rename.
+    library->projectModel().move(oldPath, node.path(), true);
     oldFolder.saveFolder();
 }
 

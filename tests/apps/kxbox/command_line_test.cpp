@@ -135,5 +135,30 @@ TEST_F(CommandLineWords, AreFollowedByAnErrorWhenNothingCanBePrinted)
               QByteArray("kxbox: standard output: No space left on device\n"));
 }
 
+TEST_F(CommandLineWords, AreFollowedByNothingWithoutAStandardOutput)
+{
+    copySample("lib");
+    const Files before = filesOf(path("lib"));
+    EXPECT_EQ(shell("kxbox rename lib Logic Reason >&-; echo $?"),
+              "kxbox: standard output: Bad file descriptor\n3\n");
+    EXPECT_EQ(filesOf(path("lib")), before);
+}
+
+TEST_F(CommandLineWords, AreUtf8)
+{
+    const std::string error = ": '\xef\xbf\xbd' is not UTF-8";
+    EXPECT_EQ(shell("kxbox new \"$(printf '\\377')\"; kxbox new lib --title \"$(printf '\\377')\""),
+              "kxbox" + error + "\nkxbox" + error + "\n");
+    EXPECT_EQ(filesOf(path()), Files());
+}
+
+TEST_F(CommandLineWords, ThatAreBadNameTheHelpOfTheirCommand)
+{
+    EXPECT_EQ(run({"tr", "set", "lib"}).error,
+              "kxbox: NODE is required (see 'kxbox tr set --help')\n");
+    EXPECT_EQ(run({"--json"}).exitCode, 2);
+    EXPECT_NE(run({"--json"}).error.find("(see 'kxbox --help')"), std::string::npos);
+}
+
 } // namespace
 } // namespace kxbox::test

@@ -157,6 +157,15 @@ TEST_P(Copying, RefusesWhatItCannotDo)
     expectRefused("lib", {"copy", "bad", "A/TRANSLATIONS", "--into", "lib"}, 3,
                   "kxbox: the name 'TRANSLATIONS' is reserved: at the top of a library this is "
                   "the place of the translations\n");
+    putBoxFile("bad/A/box.bhx/box.bhx");
+    expectRefused("lib", {"copy", "bad", "A", "--into", "lib"}, 3,
+                  "kxbox: the name 'box.bhx' is reserved: this is the name of a file of the "
+                  "library\n");
+    copySample("half");
+    putLocal(path("half/translations/translation_xx.ts"), "<TS/>");
+    expectRefused("lib", {"copy", "half", "Logic", "--into", "lib"}, 3,
+                  "kxbox: half: 1 of 4 translation files would be lost: 'kxbox check' says which "
+                  "and why\n");
 }
 
 } // namespace

@@ -149,6 +149,8 @@ TEST_P(Exporting, TellsWhatCouldNotBeExported)
     EXPECT_EQ(run({"export", "lib", "out"}),
               (Ending{3, expected + "12 behaviours exported to out\n", error}));
     EXPECT_EQ(getLocal(path("out/Motion/Posture/Sit down")), QByteArray("in the way"));
+    EXPECT_EQ(run({"export", "lib", "out", "--dry-run"}),
+              (Ending{3, expected + "12 behaviours would be exported to out\n", error}));
     EXPECT_TRUE(QFileInfo::exists(path("out/Motion/Posture/Crouch/behavior.bhx")));
     const Ending asJson = run({"export", "lib", "out", "--json"});
     EXPECT_EQ(asJson.exitCode, 3);
@@ -161,9 +163,20 @@ TEST_P(Exporting, TellsWhatCouldNotBeExported)
 TEST_P(Exporting, NeedsADirectory)
 {
     putLocal(path("file"), "mine");
-    EXPECT_EQ(run({"export", "lib", "file"}), (Ending{3, "", "kxbox: file: not a directory\n"}));
-    EXPECT_EQ(run({"export", "lib", "no/where"}),
-              (Ending{3, "", "kxbox: no/where: can't be made: No such file or directory\n"}));
+    const std::string nowhere =
+        "kxbox: no/where: the directory '" + path("no").toStdString() + "' does not exist\n";
+    for (const char* const dryRun : {"", "--dry-run"}) {
+        const auto failure = [&](const char* destination) {
+            Words words = {"export", "lib", destination};
+            if (*dryRun != '\0') {
+                words.emplace_back(dryRun);
+            }
+            return run(words);
+        };
+        EXPECT_EQ(failure("file"), (Ending{3, "", "kxbox: file: not a directory\n"}));
+        EXPECT_EQ(failure("no/where"), (Ending{3, "", nowhere}));
+        EXPECT_EQ(failure(""), (Ending{3, "", "kxbox: '': no path\n"}));
+    }
     EXPECT_EQ(getLocal(path("file")), QByteArray("mine"));
 }
 
@@ -178,9 +191,47 @@ TEST_P(Exporting, DoesNotWriteIntoTheLibrary)
         }
         EXPECT_EQ(run({"export", "lib", "lib2", "--dry-run"}).exitCode, 0);
     } else {
-        expectRefused("lib", {"export", "lib", "lib"}, 3,
-                      "kxbox: lib: it lies in the library itself\n");
+        expectRefused("lib", {"export", "lib", "lib"}, 3, "kxbox: lib: not a directory\n");
     }
+}
+
+class Places : public ToolTest
+{
+};
+
+TEST_F(Places, OfNewLibrariesAreFreeAndInNoOther)
+{
+    make("lib", Form::Directory, "add-folder / A\n");
+    make("other");
+    const Files before = filesOf(path());
+    const std::string inside =
+        ": it would lie in the library '" + path("lib").toStdString() + "'\n";
+    for (const Words& words : {Words{"new"}, Words{"convert", "other"}}) {
+        const auto error = [&](const std::string& place) {
+            Words all = words;
+            all.insert(all.end(), {place, "--format", "directory", "--dry-run"});
+            const Ending planned = run(all);
+            all.pop_back();
+            EXPECT_EQ(run(all), planned);
+            EXPECT_EQ(planned.exitCode, 3);
+            return planned.error;
+        };
+        EXPECT_EQ(error("lib/A/new"), "kxbox: lib/A/new" + inside);
+        EXPECT_EQ(error("no/new"), "kxbox: no/new: the directory '" + path("no").toStdString() +
+                                       "' does not exist\n");
+        EXPECT_EQ(error("lib"), "kxbox: lib: something is there already\n");
+        EXPECT_EQ(error(""), "kxbox: '': no path\n");
+    }
+    EXPECT_EQ(filesOf(path()), before);
+}
+
+TEST_F(Places, OfExportsAreInNoLibrary)
+{
+    make("lib");
+    copySample("other");
+    expectRefused("lib", {"export", "other", "lib/out"}, 3,
+                  "kxbox: lib/out: it would lie in the library '" + path("lib").toStdString() +
+                      "'\n");
 }
 
 class ExportingMadeOnes : public ToolTest

@@ -132,12 +132,26 @@ TEST_P(LibrariesInBothForms, ThatCannotBeWrittenStayAsTheyAre)
          {Words{"rename", "d/lib", "Motion", "M"}, Words{"remove", "d/lib", "Motion"},
           Words{"copy", "d/lib", "Motion", "--into", "d/lib"}}) {
         const std::string place = path("d").toStdString();
-        EXPECT_EQ(runUnprivileged(words),
-                  (Ending{3, "",
-                          "kxbox: " + place + "/lib: it can't be saved: " + place +
-                              "/.lib.kxlock: Permission denied\n"}));
+        const std::string error =
+            GetParam() == Form::Archive
+                ? "d/lib: it is read-only"
+                : place + "/lib: it can't be saved: " + place + "/.lib.kxlock: Permission denied";
+        EXPECT_EQ(runUnprivileged(words), (Ending{3, "", "kxbox: " + error + "\n"}));
         EXPECT_EQ(filesOf(path("d/lib")), before);
     }
+    EXPECT_NE(runUnprivileged({"info", "d/lib"}).out.find("read-only   yes\n"), std::string::npos);
+}
+
+TEST_F(OpeningLibraries, LeavesAnArchiveAloneThatIsReadOnly)
+{
+    QDir().mkpath(path("d"));
+    ASSERT_EQ(::chmod(path("d").toStdString().c_str(), 0777), 0);
+    copySample("d/lib", Form::Archive);
+    ASSERT_EQ(::chmod(path("d/lib").toStdString().c_str(), 0444), 0);
+    const Files before = filesOf(path("d/lib"));
+    EXPECT_EQ(runUnprivileged({"rename", "d/lib", "Motion", "M"}),
+              (Ending{3, "", "kxbox: d/lib: it is read-only\n"}));
+    EXPECT_EQ(filesOf(path("d/lib")), before);
     EXPECT_NE(runUnprivileged({"info", "d/lib"}).out.find("read-only   yes\n"), std::string::npos);
 }
 

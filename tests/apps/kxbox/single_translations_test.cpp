@@ -196,7 +196,7 @@ TEST_P(SingleTranslations, HaveNoControlCharacters)
     EXPECT_EQ(run({"batch", "lib", "-"}, set + "'a" + '\0' + "b'"),
               (Ending{3, "", place + "a translation can't have the character U+0000\n"}));
     EXPECT_EQ(run({"batch", "lib", "-"}, set + "caf\xe9"),
-              (Ending{3, "", place + "the translation is not UTF-8\n"}));
+              (Ending{2, "", "kxbox: standard input:1: 'caf\xef\xbf\xbd' is not UTF-8\n"}));
 }
 
 } // namespace

@@ -407,5 +407,28 @@ INSTANTIATE_TEST_SUITE_P(
                     RangeCase{{"move", "lib", "F/a", "--to", "/", "--at", "-1"},
                               "--at -1 is out of range: '/' has 1 node, counted from 0"}));
 
+class MovingDirectories : public ToolTest
+{
+};
+
+TEST_F(MovingDirectories, KeepsWhatVersionControlHasInThem)
+{
+    make("lib", Form::Directory, "add-folder / A\nadd-folder / B\nadd-folder A Sub\n");
+    putLocal(path("lib/A/Sub/.git"), "gitdir: elsewhere");
+    EXPECT_EQ(run({"move", "lib", "A/Sub", "--to", "B"}), (Ending{0,
+                                                                  "move       A/Sub -> B/Sub\n"
+                                                                  "directory  A/Sub -> B/Sub\n"
+                                                                  "position   B/Sub -> 0\n",
+                                                                  ""}));
+    EXPECT_EQ(getLocal(path("lib/B/Sub/.git")), QByteArray("gitdir: elsewhere"));
+    EXPECT_FALSE(QFileInfo::exists(path("lib/A/Sub")));
+}
+
+TEST_F(MovingDirectories, SaysThatANumberWasDroppedAlsoWhenNothingElseChanges)
+{
+    make("lib", Form::Directory, "add-folder / A\n");
+    EXPECT_EQ(run({"rename", "lib", "A", "A (2)"}), (Ending{0, "renumber  A (2) -> A\n", ""}));
+}
+
 } // namespace
 } // namespace kxbox::test
