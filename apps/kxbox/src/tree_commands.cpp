@@ -84,8 +84,6 @@ void renameNode(OpenLibrary& library, Changes& changes, const std::string& addre
     }
     if (after.name != before.name || after.path != before.path) {
         notePlace(changes, "rename", before, after, name, messages);
-    } else if (after.name != name) {
-        changes.add("renumber", name, after.name);
     }
 }
 

@@ -424,11 +424,5 @@ TEST_F(MovingDirectories, KeepsWhatVersionControlHasInThem)
     EXPECT_FALSE(QFileInfo::exists(path("lib/A/Sub")));
 }
 
-TEST_F(MovingDirectories, SaysThatANumberWasDroppedAlsoWhenNothingElseChanges)
-{
-    make("lib", Form::Directory, "add-folder / A\n");
-    EXPECT_EQ(run({"rename", "lib", "A", "A (2)"}), (Ending{0, "renumber  A (2) -> A\n", ""}));
-}
-
 } // namespace
 } // namespace kxbox::test
