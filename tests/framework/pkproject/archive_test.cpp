@@ -22,7 +22,7 @@ protected:
     ArchiveSource source() const
     {
         const std::string text = path().toStdString();
-        return {Place::of(text), openPath(text, O_RDONLY)};
+        return {Place::of(text), openPath(text, O_RDONLY), {}};
     }
     // Replaces four bytes at an offset from the end, or from the start.
     void poke(std::size_t at, std::uint32_t value) const
