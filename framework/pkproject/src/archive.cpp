@@ -255,10 +255,17 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
     std::vector<Item> items;
     items.reserve(count);
     std::uint64_t bytes = 0;
+    std::uint64_t nameBytes = 0;
     for (std::uint64_t position = 0; position < count; ++position) {
         Item next = item(position);
         bytes += std::min(next.bytes, std::numeric_limits<std::uint64_t>::max() - bytes);
         checkBounds(bytes, next.bytes, next.path);
+        // In UTF-8 a name can be three times as long as it stands in the archive.
+        nameBytes += next.path.size();
+        if (nameBytes > m_limits.directoryBytes) {
+            throw LimitError(m_place.path + ": its names have more than the " +
+                             std::to_string(m_limits.directoryBytes) + " bytes that are read");
+        }
         if (next.path.empty()) {
             continue;
         }

@@ -70,7 +70,7 @@ private:
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
-    std::string nameOf(std::uint64_t position, const char* converted);
+    std::string nameOf(std::uint64_t position, const char* raw);
     void checkReadable(const zip_stat_t& info, const std::string& name) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;

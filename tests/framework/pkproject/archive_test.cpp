@@ -221,18 +221,6 @@ INSTANTIATE_TEST_SUITE_P(
         Hostile{"Pipe", {{"a", "", S_IFIFO | 0644}}, nullptr, nullptr, "is a link or a device"}),
     [](const auto& hostile) { return std::string(hostile.param.name); });
 
-TEST_F(AnArchive, WithANulInANameIsReadAsNothingElse)
-{
-    putZip(path(), {{"a#b", "1"}});
-    ASSERT_TRUE(patchLocal(path(), "a#b", std::string("a\0b", 3)));
-    ASSERT_TRUE(patchLocal(path(), "a#b", std::string("a\0b", 3)));
-    try {
-        EXPECT_EQ(treeOf(ProjectModel(path())).size(), 1U);
-    } catch (const FormatError& error) {
-        EXPECT_NE(std::string(error.what()).find("p.zip"), std::string::npos);
-    }
-}
-
 TEST_F(AnArchive, ThatDeclaresTooLargeAFileIsRefused)
 {
     putZip(path(), {{"a", std::string(100'000, 'x')}});
