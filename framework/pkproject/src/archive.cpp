@@ -1,6 +1,7 @@
 #include "archive.hpp"
 
-#include <pk/project/archive_limits.hpp>
+#include "archive_check.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <QString>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <limits>
 #include <unistd.h>
 
 namespace pk::project {
@@ -33,13 +35,18 @@ struct ZipErrorFini
     zip_error_t error{};
 };
 
-// Whether the file begins like an archive, so that what is wrong with it must be damage.
-bool beginsLikeArchive(const Fd& file)
+// The methods that unpack with little memory whatever the archive says.
+bool isRead(zip_uint16_t method)
 {
-    char signature[4] = {};
-    const ssize_t got = ::pread(file.get(), signature, sizeof signature, 0);
-    const std::string text(signature, got > 0 ? static_cast<std::size_t>(got) : 0);
-    return text == "PK\3\4" || text == "PK\5\6";
+    return method == ZIP_CM_STORE || method == ZIP_CM_DEFLATE || method == ZIP_CM_BZIP2;
+}
+
+// The order of a tree: what belongs to one directory stands together.
+bool isBefore(const std::string& a, const std::string& b)
+{
+    const auto rank = [](char c) { return c == '/' ? 0 : static_cast<unsigned char>(c); };
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [&](char x, char y) { return rank(x) < rank(y); });
 }
 
 // An independent stream on the same open file, for a library that takes over what it is given.
@@ -58,15 +65,18 @@ FILE* streamOf(const Fd& file)
 
 struct ArchiveSource::Item
 {
-    ProjectPath path;
+    std::string path; ///< normalised
     bool isDirectory = false;
     std::uint16_t mode = 0;
     std::uint64_t position = 0;
     std::uint64_t bytes = 0;
 };
 
-ArchiveSource::ArchiveSource(Place place, Fd file)
-    : m_place(std::move(place)), m_file(std::move(file)), m_stamp(Stamp::of(statOf(m_file)))
+ArchiveSource::ArchiveSource(Place place, Fd file, const ArchiveLimits& limits)
+    : m_place(std::move(place)),
+      m_file(std::move(file)),
+      m_stamp(Stamp::of(statOf(m_file))),
+      m_limits(limits)
 {
 }
 
@@ -75,6 +85,7 @@ zip_t* ArchiveSource::handle()
     if (m_zip) {
         return m_zip.get();
     }
+    checkArchive(m_file, m_place.path, m_limits);
     ZipErrorFini failure;
     zip_source_t* const source = zip_source_filep_create(streamOf(m_file), 0, -1, &failure.error);
     if (source == nullptr) {
@@ -83,9 +94,6 @@ zip_t* ArchiveSource::handle()
     m_zip.reset(zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &failure.error));
     if (!m_zip) {
         zip_source_free(source);
-        if (zip_error_code_zip(&failure.error) == ZIP_ER_NOZIP && !beginsLikeArchive(m_file)) {
-            throw FormatError(m_place.path + ": it is neither a directory nor a zip archive");
-        }
         failDamaged(failure.text());
     }
     return m_zip.get();
@@ -96,23 +104,29 @@ void ArchiveSource::load(Index& index)
     std::uint64_t made = 0;
     for (const Item& item : items()) {
         Entry* directory = &index.root();
-        for (std::size_t i = 0; i + 1 < item.path.size(); ++i) {
+        std::size_t begin = 0;
+        for (std::size_t end = 0; (end = item.path.find('/', begin)) != std::string::npos;
+             begin = end + 1) {
+            const std::string name = item.path.substr(begin, end - begin);
             auto& children = directory->folder->children;
-            if (children.empty() || children.back()->name != item.path[i]) {
-                Index::appendLoaded(*directory, item.path[i], true, 0755);
-                checkCount(++made);
+            if (children.empty() || children.back()->name != name) {
+                if (++made > m_limits.entries) {
+                    throw LimitError(m_place.path + ": it has more directories than the " +
+                                     std::to_string(m_limits.entries) + " that are read");
+                }
+                Index::appendLoaded(*directory, name, true, 0755);
             }
             directory = children.back().get();
             if (!directory->isDirectory()) {
-                failDamaged("'" + joinPath(item.path) + "' lies in a file");
+                failDamaged("'" + item.path + "' lies in a file");
             }
         }
         const auto& children = directory->folder->children;
-        if (!children.empty() && children.back()->name == item.path.back()) {
-            failDamaged("it holds '" + joinPath(item.path) + "' twice");
+        const std::string name = item.path.substr(begin);
+        if (!children.empty() && children.back()->name == name) {
+            failDamaged("it holds '" + item.path + "' twice");
         }
-        Entry& entry =
-            Index::appendLoaded(*directory, item.path.back(), item.isDirectory, item.mode);
+        Entry& entry = Index::appendLoaded(*directory, name, item.isDirectory, item.mode);
         entry.stamp.id = item.position;
         entry.stamp.bytes = static_cast<std::int64_t>(item.bytes);
     }
@@ -124,15 +138,32 @@ Metadata ArchiveSource::loadMetadata()
         return {};
     }
     const Item file = item(*m_metadata);
-    const std::string bytes = read(file.position, file.bytes, a_metadataFile);
-    return parseMetadata(QByteArray::fromStdString(bytes), m_place.path + "/" + a_metadataFile);
+    const std::string path = m_place.path + "/" + a_metadataFile;
+    if (file.bytes > m_limits.metadataBytes) {
+        throw LimitError(path + ": it unpacks to " + std::to_string(file.bytes) +
+                         " bytes, more than is read of it");
+    }
+    std::string bytes;
+    read(file.position, file.bytes, a_metadataFile,
+         [&](const char* more, std::size_t size) { bytes.append(more, size); });
+    return parseMetadata(QByteArray::fromStdString(bytes), path);
 }
 
 std::shared_ptr<StagedFile> ArchiveSource::unpack(const Entry& entry, Staging& staging)
 {
-    const auto size = static_cast<std::uint64_t>(entry.stamp.bytes);
-    const std::string bytes = read(entry.stamp.id, size, Index::sourcePath(entry));
-    return staging.write(entry.name, bytes.data(), bytes.size());
+    auto staged = staging.newFile(entry.name);
+    // The usual disk, not the seam: what is staged is no part of a save.
+    Disk disk;
+    const Fd file = disk.create(staged->path(), 0600);
+    read(entry.stamp.id, static_cast<std::uint64_t>(entry.stamp.bytes), Index::sourcePath(entry),
+         [&](const char* bytes, std::size_t size) { disk.write(file, bytes, size); });
+    staged->seal();
+    return staged;
+}
+
+void ArchiveSource::verify(std::uint64_t position, std::uint64_t size, const std::string& name)
+{
+    read(position, size, name, [](const char*, std::size_t) {});
 }
 
 void ArchiveSource::checkUnchanged() const
@@ -147,27 +178,23 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
 {
     zip_stat_t info;
     zip_stat_init(&info);
-    constexpr zip_uint64_t needed = ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_ENCRYPTION_METHOD;
-    if (zip_stat_index(handle(), position, 0, &info) != 0 || (info.valid & needed) != needed) {
+    constexpr zip_uint64_t needed =
+        ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
+    if (zip_stat_index(handle(), position, ZIP_FL_ENC_RAW, &info) != 0 ||
+        (info.valid & needed) != needed) {
         failDamaged(zip_strerror(handle()));
     }
     const std::string name = nameOf(position, info.name);
-    if (info.encryption_method != ZIP_EM_NONE) {
-        throw FormatError(m_place.path + ": encrypted archive: '" + name + "' can't be read");
-    }
+    checkReadable(info, name);
+    zip_uint8_t system = 0;
+    zip_uint32_t attributes = 0;
+    zip_file_get_external_attributes(handle(), position, 0, &system, &attributes);
     Item item;
     item.position = position;
     item.bytes = info.size;
     item.isDirectory = !name.empty() && name.back() == '/';
     item.mode = item.isDirectory ? 0755 : 0644;
-    try {
-        item.path = parsePath(QString::fromStdString(name));
-    } catch (const InvalidPath& error) {
-        throw FormatError(m_place.path + ": it holds what no project can: " + error.what());
-    }
-    zip_uint8_t system = 0;
-    zip_uint32_t attributes = 0;
-    zip_file_get_external_attributes(handle(), position, 0, &system, &attributes);
+    setPath(item, name, system == ZIP_OPSYS_UNIX);
     const mode_t mode = attributes >> 16;
     if (system == ZIP_OPSYS_UNIX && mode != 0) {
         if (!S_ISREG(mode) && !S_ISDIR(mode) && (mode & S_IFMT) != 0) {
@@ -179,94 +206,130 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
     return item;
 }
 
-// The name as it stands in the archive if it is UTF-8, else as the archive library makes UTF-8 of
-// it.
-std::string ArchiveSource::nameOf(std::uint64_t position, const char* converted)
+void ArchiveSource::checkReadable(const zip_stat_t& info, const std::string& name) const
 {
-    const char* const raw = zip_get_name(handle(), position, ZIP_FL_ENC_RAW);
-    const bool isUtf8 = raw != nullptr && QString::fromUtf8(raw).toUtf8() == raw;
-    return isUtf8 ? raw : converted;
+    if (info.encryption_method != ZIP_EM_NONE) {
+        throw FormatError(m_place.path + ": encrypted archive: '" + name + "' can't be read");
+    }
+    if (!isRead(info.comp_method)) {
+        throw FormatError(m_place.path + ": '" + name + "' can't be read: it is packed by method " +
+                          std::to_string(info.comp_method) + ", which is not supported");
+    }
 }
 
-// Sorted by their paths, so that what belongs to one directory stands together.
+// Only on Unix "\" can be part of a name; elsewhere it was meant to be a separator.
+void ArchiveSource::setPath(Item& item, const std::string& name, bool isUnix) const
+{
+    const std::string refusal = m_place.path + ": it holds what no project can: ";
+    try {
+        item.path = joinPath(parsePath(textOf(name)));
+    } catch (const InvalidPath& error) {
+        throw FormatError(refusal + error.what());
+    }
+    if (!isUnix && name.find('\\') != std::string::npos) {
+        throw FormatError(refusal + "'" + name + "': names are separated by '/', not by '\\'");
+    }
+    if (!isArchivePath(item.path)) {
+        throw FormatError(refusal + "'" + name + "': the path leads out of the archive");
+    }
+}
+
+// The name as it stands in the archive if it is UTF-8, else as the archive library makes UTF-8 of
+// it.
+std::string ArchiveSource::nameOf(std::uint64_t position, const char* raw)
+{
+    if (textOf(raw).toUtf8() == raw) {
+        return raw;
+    }
+    const char* const converted = zip_get_name(handle(), position, 0);
+    if (converted == nullptr) {
+        failDamaged(zip_strerror(handle()));
+    }
+    return converted;
+}
+
+// In the order of the tree.
 std::vector<ArchiveSource::Item> ArchiveSource::items()
 {
     const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle(), 0));
-    checkCount(count);
     std::vector<Item> items;
+    items.reserve(count);
     std::uint64_t bytes = 0;
+    std::uint64_t nameBytes = 0;
     for (std::uint64_t position = 0; position < count; ++position) {
         Item next = item(position);
-        bytes += std::min(next.bytes, archive_limits::a_maxBytes + 1);
-        checkBounds(bytes, next.bytes, joinPath(next.path));
+        bytes += std::min(next.bytes, std::numeric_limits<std::uint64_t>::max() - bytes);
+        checkBounds(bytes, next.bytes, next.path);
+        // In UTF-8 a name can be three times as long as it stands in the archive.
+        nameBytes += next.path.size();
+        if (nameBytes > m_limits.directoryBytes) {
+            throw LimitError(m_place.path + ": its names have more than the " +
+                             std::to_string(m_limits.directoryBytes) + " bytes that are read");
+        }
         if (next.path.empty()) {
             continue;
         }
-        if (!isReserved(next.path)) {
+        if (!isReservedName(next.path.substr(0, next.path.find('/')))) {
             items.push_back(std::move(next));
-        } else if (next.path.size() == 1 && next.path.front() == a_metadataFile) {
+        } else if (next.path == a_metadataFile) {
+            if (m_metadata) {
+                failDamaged("it holds '" + next.path + "' twice");
+            }
             m_metadata = position;
-        } else if (next.path.front() != a_metadataFile) {
-            m_foreign.emplace_back(position, joinPath(next.path) + (next.isDirectory ? "/" : ""));
+        } else if (next.path.compare(0, next.path.find('/'), a_metadataFile) != 0) {
+            m_foreign.emplace_back(position, next.path + (next.isDirectory ? "/" : ""));
         }
     }
     std::sort(items.begin(), items.end(),
-              [](const Item& a, const Item& b) { return a.path < b.path; });
+              [](const Item& a, const Item& b) { return isBefore(a.path, b.path); });
     return items;
-}
-
-void ArchiveSource::checkCount(std::uint64_t count) const
-{
-    if (count > archive_limits::a_maxEntries) {
-        throw LimitError(m_place.path + ": it holds " + std::to_string(count) +
-                         " entries, more than the " + std::to_string(archive_limits::a_maxEntries) +
-                         " that are read");
-    }
 }
 
 void ArchiveSource::checkBounds(std::uint64_t bytes, std::uint64_t fileBytes,
                                 const std::string& name) const
 {
-    if (fileBytes > archive_limits::a_maxFileBytes) {
+    if (fileBytes > m_limits.fileBytes) {
         throw LimitError(m_place.path + ": '" + name + "' unpacks to " + std::to_string(fileBytes) +
                          " bytes, more than is read of one file");
     }
-    if (bytes > archive_limits::a_maxBytes) {
+    if (bytes > m_limits.bytes) {
         throw LimitError(m_place.path + ": it unpacks to more bytes than are read of one archive");
     }
     const auto packed = static_cast<std::uint64_t>(m_stamp.bytes);
-    if (bytes > archive_limits::a_ratioFreeBytes && bytes / archive_limits::a_maxRatio > packed) {
-        throw LimitError(m_place.path + ": it unpacks to more than " +
-                         std::to_string(archive_limits::a_maxRatio) + " times its size");
+    const std::uint64_t ratio = std::max<std::uint64_t>(m_limits.ratio, 1);
+    if (bytes > m_limits.ratioFreeBytes && (bytes - 1) / ratio >= packed) {
+        throw LimitError(m_place.path + ": it unpacks to more than " + std::to_string(ratio) +
+                         " times its size");
     }
 }
 
-std::string ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::string& name)
+void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::string& name,
+                         const Sink& sink)
 {
     const std::unique_ptr<zip_file_t, ZipFileClose> file(zip_fopen_index(handle(), position, 0));
     if (!file) {
         failDamaged("'" + name + "': " + zip_strerror(handle()));
     }
-    // One byte more than declared shows both that there is no more and that the checksum fits.
-    std::string bytes(size + 1, '\0');
-    std::size_t got = 0;
+    // Reading on to the end shows both that there is no more and that the checksum fits.
+    std::vector<char> buffer(a_bufferSize);
+    std::uint64_t left = size;
     for (;;) {
-        const std::size_t room = std::min(bytes.size() - got, a_bufferSize);
-        const zip_int64_t now = room > 0 ? zip_fread(file.get(), &bytes[got], room) : -1;
-        if (now < 0) {
-            failDamaged("'" + name + "': " +
-                        (room > 0 ? zip_file_strerror(file.get()) : "it is longer than declared"));
+        const zip_int64_t got = zip_fread(file.get(), buffer.data(), buffer.size());
+        if (got < 0) {
+            failDamaged("'" + name + "': " + zip_file_strerror(file.get()));
         }
-        if (now == 0) {
+        if (got == 0) {
             break;
         }
-        got += static_cast<std::size_t>(now);
+        if (static_cast<std::uint64_t>(got) > left) {
+            failDamaged("'" + name + "': it is longer than declared");
+        }
+        left -= static_cast<std::uint64_t>(got);
+        sink(buffer.data(), static_cast<std::size_t>(got));
     }
-    if (got != size) {
+    if (left > 0) {
         failDamaged("'" + name + "': it is shorter than declared");
     }
-    bytes.resize(got);
-    return bytes;
 }
 
 void ArchiveSource::failDamaged(const std::string& reason) const

@@ -6,9 +6,12 @@
 #include "place.hpp"
 #include "staging.hpp"
 
+#include <pk/project/archive_limits.hpp>
+
 #include <zip.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,7 +33,7 @@ class ArchiveSource
 {
 public:
     /// The archive in an open file. `place` is where it is on disk.
-    ArchiveSource(Place place, Fd file);
+    ArchiveSource(Place place, Fd file, const ArchiveLimits& limits);
 
     const Place& place() const { return m_place; }
 
@@ -39,14 +42,17 @@ public:
     /// bounds.
     void load(Index& index);
 
-    /// Reads the metadata file that load() found. Throws FormatError.
+    /// Reads the metadata file that load() found. Throws FormatError, LimitError.
     Metadata loadMetadata();
 
     /// A staged file with the bytes of an entry of the source, whose checksum is verified. Throws
     /// FormatError for a damaged entry, IoError.
     std::shared_ptr<StagedFile> unpack(const Entry& entry, Staging& staging);
 
-    /// The archive for copying entries out of it.
+    /// Unpacks an entry, as unpack() does, only to see that it is undamaged.
+    void verify(std::uint64_t position, std::uint64_t size, const std::string& name);
+
+    /// The archive for copying entries out of it. Throws as load().
     zip_t* handle();
 
     /// Positions and names of version-control files in the archive: no part of the project, but
@@ -64,15 +70,19 @@ private:
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
-    std::string nameOf(std::uint64_t position, const char* converted);
-    void checkCount(std::uint64_t count) const;
+    std::string nameOf(std::uint64_t position, const char* raw);
+    void checkReadable(const zip_stat_t& info, const std::string& name) const;
+    void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
-    std::string read(std::uint64_t position, std::uint64_t size, const std::string& name);
+    using Sink = std::function<void(const char* bytes, std::size_t size)>;
+    void read(std::uint64_t position, std::uint64_t size, const std::string& name,
+              const Sink& sink);
     [[noreturn]] void failDamaged(const std::string& reason) const;
 
     Place m_place;
     Fd m_file;
     Stamp m_stamp;
+    ArchiveLimits m_limits;
     ZipHandle m_zip;
     std::optional<std::uint64_t> m_metadata; ///< where load() found it
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign;

@@ -1,5 +1,7 @@
 #include "archive_save.hpp"
 
+#include "archive_check.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <algorithm>
@@ -207,6 +209,11 @@ void ArchiveSave::keepForeign()
     m_keepForeign = true;
 }
 
+void ArchiveSave::verifyOriginals()
+{
+    m_verifyOriginals = true;
+}
+
 Fd ArchiveSave::write(const std::string& path, mode_t mode)
 {
     m_path = path;
@@ -269,6 +276,10 @@ void ArchiveSave::addMetadata(zip_t* zip)
 void ArchiveSave::addDirectory(zip_t* zip, Entry& directory)
 {
     for (const auto& child : directory.folder->children) {
+        if (!isArchivePath(Index::path(*child))) {
+            throw InvalidPath("'" + Index::path(*child) +
+                              "': in an archive the path would lead out of it");
+        }
         if (!child->isDirectory()) {
             addFile(zip, *child);
             continue;
@@ -287,6 +298,10 @@ void ArchiveSave::addFile(zip_t* zip, Entry& entry)
     const auto position = static_cast<std::uint64_t>(zip_get_num_entries(zip, 0));
     if (const Entry* const original = m_contents.archive ? originalInSource(entry) : nullptr) {
         m_added.push_back({&entry, position, static_cast<std::uint64_t>(original->stamp.bytes)});
+        if (m_verifyOriginals) {
+            m_contents.archive->verify(original->stamp.id,
+                                       static_cast<std::uint64_t>(original->stamp.bytes), name);
+        }
         addOriginal(zip, name, original->stamp.id, mode);
         return;
     }

@@ -28,9 +28,13 @@ public:
     /// Keeps the source archive's version-control files; for a save in place.
     void keepForeign();
 
+    /// Unpacks what is copied from the source archive once, so that damage is found; for a save to
+    /// another place.
+    void verifyOriginals();
+
     /// Writes the archive to a new file and waits until it is on the disk. The file stays open for
-    /// reading. A file that openUnlessGone() does not find is left out. Throws IoError, and what
-    /// Contents::open() throws.
+    /// reading. A file that openUnlessGone() does not find is left out. Throws IoError, InvalidPath
+    /// for a name that no archive can hold, and what Contents::open() throws.
     Fd write(const std::string& path, mode_t mode);
 
     /// Tells the index's entries, and the source that the new archive becomes, where things are in
@@ -60,6 +64,7 @@ private:
     Contents& m_contents;
     QByteArray m_metadata;
     bool m_keepForeign = false;
+    bool m_verifyOriginals = false;
     std::vector<std::unique_ptr<Input>> m_inputs;
     std::vector<Added> m_added;
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign; ///< in the new archive

@@ -25,6 +25,10 @@ void checkName(const std::string& directory, const std::string& name)
 {
     const bool ascii = std::all_of(name.begin(), name.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (beginsWithMark(name)) {
+        throw FormatError(directory + "/" + name +
+                          ": a name in a project has no byte order mark in front");
+    }
     if (!ascii && QString::fromStdString(name).toStdString() != name) {
         throw FormatError(directory + ": it holds a file name that is not UTF-8");
     }

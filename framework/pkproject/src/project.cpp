@@ -3,6 +3,7 @@
 #include "lock.hpp"
 #include "metadata.hpp"
 #include "place.hpp"
+#include "project_path.hpp"
 
 #include <pk/project/project.hpp>
 
@@ -64,8 +65,7 @@ void writeMetadata(const Place& place, const MetadataFile& file)
 } // namespace
 
 Project::Project(const std::string& directory)
-    : m_directory(QDir::cleanPath(QFileInfo(QString::fromStdString(directory)).absoluteFilePath())
-                      .toStdString())
+    : m_directory(QDir::cleanPath(QFileInfo(textOf(directory)).absoluteFilePath()).toStdString())
 {
     if (directory.empty() || !QFileInfo(QString::fromStdString(m_directory)).isDir()) {
         throw PathNotFound("'" + directory + "': no such directory");

@@ -41,6 +41,11 @@ ProjectModel::ProjectModel() : m_store(std::make_unique<Store>()) {}
 
 ProjectModel::ProjectModel(const QString& path) : m_store(std::make_unique<Store>(path)) {}
 
+ProjectModel::ProjectModel(const QString& path, const ArchiveLimits& limits)
+    : m_store(std::make_unique<Store>(path, limits))
+{
+}
+
 ProjectModel::~ProjectModel() = default;
 ProjectModel::ProjectModel(ProjectModel&& other) noexcept = default;
 ProjectModel& ProjectModel::operator=(ProjectModel&& other) noexcept = default;

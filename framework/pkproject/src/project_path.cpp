@@ -23,7 +23,7 @@ ProjectPath parsePath(const QString& path)
     if (path.contains(QChar(0))) {
         throw InvalidPath("'" + text.substr(0, text.find('\0')) + "': a path has no NUL character");
     }
-    if (text.size() > a_longestPath || QString::fromStdString(text) != path) {
+    if (text.size() > a_longestPath || textOf(text) != path) {
         throw InvalidPath("'" + text.substr(0, a_longestPath) + "': " +
                           (text.size() > a_longestPath ? "the path is too long"
                                                        : "the path is no valid Unicode"));
@@ -35,6 +35,10 @@ ProjectPath parsePath(const QString& path)
         if (part == "..") {
             throw InvalidPath("'" + text + "': a path in a project has no '..'");
         }
+        if (beginsWithMark(part)) {
+            throw InvalidPath("'" + text +
+                              "': a name in a project has no byte order mark in front");
+        }
         if (!part.empty() && part != ".") {
             parts.push_back(std::move(part));
         }
@@ -45,6 +49,16 @@ ProjectPath parsePath(const QString& path)
                           " components");
     }
     return parts;
+}
+
+QString textOf(const std::string& utf8)
+{
+    return QString::fromStdString("/" + utf8).mid(1);
+}
+
+bool beginsWithMark(const std::string& name)
+{
+    return name.compare(0, 3, "\xef\xbb\xbf") == 0;
 }
 
 std::string joinPath(const ProjectPath& path)

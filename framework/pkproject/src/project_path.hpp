@@ -13,6 +13,13 @@ using ProjectPath = std::vector<std::string>;
 /// Normalises a path as ProjectModel describes it; throws InvalidPath for one it refuses.
 ProjectPath parsePath(const QString& path);
 
+/// A text in UTF-8, with a byte order mark at its beginning, which QString takes for none of it.
+QString textOf(const std::string& utf8);
+
+/// Whether a name begins with a byte order mark. Much that reads text takes such a name for the one
+/// without the mark, so that no project has one.
+bool beginsWithMark(const std::string& name);
+
 /// The names joined with "/".
 std::string joinPath(const ProjectPath& path);
 

@@ -89,7 +89,8 @@ struct Store::Target
     mode_t modeOr(mode_t mode) const { return existing ? existing->st_mode & 0777 : mode; }
 };
 
-Store::Store(const QString& path) : m_sourcePath(absolutePath(path))
+Store::Store(const QString& path, const ArchiveLimits& limits)
+    : m_sourcePath(absolutePath(path)), m_limits(limits)
 {
     const std::string text = m_sourcePath.toStdString();
     if (path.isEmpty() || path.contains(QChar(0)) || ::access(text.c_str(), F_OK) != 0) {
@@ -122,7 +123,7 @@ void Store::load(const Place& place)
         m_contents.directory->load(*m_index);
         m_metadata = m_contents.directory->loadMetadata();
     } else if (S_ISREG(info.st_mode)) {
-        m_contents.archive = std::make_unique<ArchiveSource>(place, std::move(file));
+        m_contents.archive = std::make_unique<ArchiveSource>(place, std::move(file), m_limits);
         m_contents.archive->load(*m_index);
         m_metadata = m_contents.archive->loadMetadata();
     } else {
@@ -372,6 +373,8 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
         }
     } catch (const IoError& error) {
         throw IoError(target.place.path + ": it can't be saved: " + error.what());
+    } catch (const LimitError& error) {
+        throw LimitError(target.place.path + ": it can't be saved: " + error.what());
     }
     m_sourcePath = target.path;
     m_savedMetadata = m_metadata;
@@ -461,6 +464,8 @@ void Store::saveArchive(const Target& target)
             return;
         }
         save.keepForeign();
+    } else if (m_contents.archive) {
+        save.verifyOriginals();
     } else if (target.isSource) {
         m_contents.directory->checkUnchanged(*m_index);
     }
@@ -471,7 +476,10 @@ void Store::saveArchive(const Target& target)
     }
     FreshPlace fresh(target.place);
     auto source = std::make_unique<ArchiveSource>(
-        target.place, save.write(fresh.path(), target.modeOr(umaskLeaves(0666)) & 0666));
+        target.place, save.write(fresh.path(), target.modeOr(umaskLeaves(0666)) & 0666), m_limits);
+    // Nothing takes the place of a project that could not be opened afterwards.
+    Index saved;
+    source->load(saved);
     fresh.publish(target.existing);
     save.adopt(*source);
     adopt(nullptr, std::move(source));

@@ -21,7 +21,7 @@ class Store
 {
 public:
     Store() = default;
-    explicit Store(const QString& path);
+    explicit Store(const QString& path, const ArchiveLimits& limits = {});
 
     const QString& sourcePath() const { return m_sourcePath; }
     const Metadata& metadata() const { return m_metadata; }
@@ -56,6 +56,7 @@ private:
     void adopt(std::unique_ptr<DirectorySource> directory, std::unique_ptr<ArchiveSource> archive);
 
     QString m_sourcePath;
+    ArchiveLimits m_limits;
     Metadata m_metadata;
     Metadata m_savedMetadata;
     Contents m_contents;

@@ -22,8 +22,8 @@ protected:
             m_contents.directory->load(m_index);
         } else {
             putZip(path, {{"a", "text"}});
-            m_contents.archive =
-                std::make_unique<ArchiveSource>(place, openPath(place.path, O_RDONLY));
+            m_contents.archive = std::make_unique<ArchiveSource>(
+                place, openPath(place.path, O_RDONLY), ArchiveLimits{});
             m_contents.archive->load(m_index);
         }
     }

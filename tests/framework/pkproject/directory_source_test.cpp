@@ -85,6 +85,15 @@ TEST_F(ADirectorySource, RefusesANameThatIsNotUtf8)
     Disk::instance().unlink(file.path());
 }
 
+TEST_F(ADirectorySource, RefusesANameWithAMarkInFront)
+{
+    const std::string path = text("d/") + "\xef\xbb\xbf" + "a";
+    const Fd file = Disk::instance().create(path, 0644);
+    const std::string message = messageOf<FormatError>([&] { load(); });
+    EXPECT_EQ(message, path + ": a name in a project has no byte order mark in front");
+    Disk::instance().unlink(path); // or Qt could not remove it
+}
+
 TEST_F(ADirectorySource, DoesNotReadThroughALinkThatTookAFilesPlace)
 {
     putLocal(m_directory.path("secret"), "secret");

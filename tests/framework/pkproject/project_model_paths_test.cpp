@@ -118,15 +118,17 @@ TEST_P(RefusedModelPath, IsRefusedByEveryOperation)
     EXPECT_EQ(treeOf(model), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RefusedModelPath,
-                         testing::Values(ModelPathCase{"Absolute", q("/a")},
-                                         ModelPathCase{"Top", q("/")},
-                                         ModelPathCase{"Parent", q("..")},
-                                         ModelPathCase{"ParentInside", q("b/../a")},
-                                         ModelPathCase{"ParentAtTheEnd", q("a/..")},
-                                         ModelPathCase{"Nul", QString(QChar(0))},
-                                         ModelPathCase{"NulInside", q("a") + QChar(0) + q("b")}),
-                         [](const auto& c) { return std::string(c.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    All, RefusedModelPath,
+    testing::Values(ModelPathCase{"Absolute", q("/a")}, ModelPathCase{"Top", q("/")},
+                    ModelPathCase{"Parent", q("..")}, ModelPathCase{"ParentInside", q("b/../a")},
+                    ModelPathCase{"ParentAtTheEnd", q("a/..")},
+                    ModelPathCase{"Nul", QString(QChar(0))},
+                    ModelPathCase{"NulInside", q("a") + QChar(0) + q("b")},
+                    ModelPathCase{"Mark", QChar(0xfeff) + q("a")},
+                    ModelPathCase{"MarkAlone", QString(QChar(0xfeff))},
+                    ModelPathCase{"MarkInside", q("b/") + QChar(0xfeff) + q("a")}),
+    [](const auto& c) { return std::string(c.param.name); });
 
 class NormalisedModelPath : public testing::TestWithParam<ModelPathCase>
 {

@@ -54,6 +54,17 @@ INSTANTIATE_TEST_SUITE_P(Paths, RefusedPath,
                          testing::Values("/", "/a", "//a", "..", "../a", "a/..", "a/../b", "./..",
                                          "a/../"));
 
+TEST(ProjectPath, WithAByteOrderMarkInFrontIsInvalidAndSaysSo)
+{
+    const QString mark(QChar(0xfeff));
+    for (const QString& path : {mark, mark + q("a"), q("./") + mark + q("a"), q("a/") + mark}) {
+        EXPECT_EQ(messageOf<InvalidPath>([&] { parsePath(path); }),
+                  "'" + path.toStdString() +
+                      "': a name in a project has no byte order mark in front");
+    }
+    EXPECT_EQ(parsePath(q("a") + mark), ProjectPath{"a\xef\xbb\xbf"});
+}
+
 TEST(ProjectPath, WithNulIsInvalid)
 {
     const QString path = QStringLiteral("a") + QChar(0) + QStringLiteral("b");

@@ -55,7 +55,8 @@ struct PKPROJECT_EXPORT LockError : Error
     using Error::Error;
 };
 
-/// An archive exceeds the bounds within which archives are read (archive_limits.hpp).
+/// An archive exceeds the bounds within which archives are read, or would when it is saved
+/// (archive_limits.hpp).
 struct PKPROJECT_EXPORT LimitError : Error
 {
     using Error::Error;

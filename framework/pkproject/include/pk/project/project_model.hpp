@@ -35,9 +35,9 @@ enum class ArchiveFormat : int
 ///
 /// Paths are relative to the project's top and use "/". A leading "./", a trailing "/", doubled "/"
 /// and "." components are normalised away; the empty path is the top itself. An absolute path, a
-/// component "..", a NUL, what is no valid Unicode, and more than 4,096 bytes or 256 components are
-/// refused: fopen() gives null, hasFile() false, every other
-/// operation throws InvalidPath. File names are UTF-8 and compared byte by byte.
+/// component "..", a NUL, a name that begins with a byte order mark, what is no valid Unicode, and
+/// more than 4,096 bytes or 256 components are refused: fopen() gives null, hasFile() false, every
+/// other operation throws InvalidPath. File names are UTF-8 and compared byte by byte.
 ///
 /// No part of the project are, at its top level, the version-control entries ".git", ".hg" and
 /// ".svn", and the store's own metadata file ".kxproject": they are never found, listed, read,
@@ -65,6 +65,10 @@ public:
     /// FormatError for what is no project, LimitError for an archive out of bounds, LockError when
     /// another program keeps saving the project, IoError for what can't be read.
     explicit ProjectModel(const QString& path);
+
+    /// The same with other bounds for archives. They hold for what is opened here and for every
+    /// archive that the model is saved to.
+    ProjectModel(const QString& path, const ArchiveLimits& limits);
 
     ~ProjectModel();
     ProjectModel(ProjectModel&& other) noexcept;
@@ -150,9 +154,13 @@ public:
     /// file's name) that throws AlreadyExists. The top directory's own mode is the target's. A
     /// target inside the project itself, or one that holds it, is refused (InvalidPath). When the
     /// target is the source and someone else changed it since it was opened, ConflictError lists
-    /// what changed. Throws LockError when another program is saving the target, IoError with path
-    /// and reason for everything the operating system refuses. After an error the target and the
-    /// model are as before, and a later save, there or elsewhere, works.
+    /// what changed. A name that leads out of an archive where "\" separates names or "C:" is a
+    /// drive ("..\a", "C:/a") is no error in a directory, but InvalidPath for an archive, and an
+    /// archive that the model could not open within its limits is LimitError. Throws FormatError
+    /// when an archive that is the source is damaged where it has to be read. Throws LockError when
+    /// another program is saving the target, IoError with path and reason for everything the
+    /// operating system refuses. After an error the target and the model are as before, and a later
+    /// save, there or elsewhere, works.
     ///
     /// Saving to the source directory costs in proportion to what was changed since the last save;
     /// files whose bytes are as before are not touched. Saving to the source archive copies

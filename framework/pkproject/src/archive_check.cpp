@@ -1,0 +1,433 @@
+#include "archive_check.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <unistd.h>
+#include <vector>
+
+namespace pk::project {
+
+namespace {
+
+// The sizes of what the format has, without what varies.
+constexpr std::size_t a_endSize = 22;
+constexpr std::size_t a_locatorSize = 20;
+constexpr std::size_t a_bigEndSize = 56;
+constexpr std::size_t a_centralSize = 46;
+constexpr std::size_t a_localSize = 30;
+constexpr std::size_t a_longestComment = 0xffff;
+
+constexpr std::uint16_t a_bigField = 0x0001;      // sizes and offset of more than 32 bits
+constexpr std::uint16_t a_nameField = 0x7075;     // the name in UTF-8
+constexpr std::size_t a_nameFieldHead = 5;        // before that name
+constexpr std::uint16_t a_encryptedFlag = 0x0001; // of the general flags
+constexpr std::uint16_t a_stored = 0;             // the method
+
+// The archive library keeps each extra field in memory of its own and compares those of the two
+// headers of an entry with each other. Real archives have up to four.
+constexpr int a_mostFields = 6;
+
+// The archive library looks names up by walking a chain. In a real archive the longest has some
+// ten; long ones must have been made on purpose.
+constexpr std::uint32_t a_longestChain = 1000;
+
+std::uint64_t number(const std::string& bytes, std::size_t at, std::size_t size)
+{
+    std::uint64_t result = 0;
+    for (std::size_t i = size; i-- > 0;) {
+        result = result << 8 | static_cast<unsigned char>(bytes[at + i]);
+    }
+    return result;
+}
+
+std::uint16_t number16(const std::string& bytes, std::size_t at)
+{
+    return static_cast<std::uint16_t>(number(bytes, at, 2));
+}
+
+std::uint32_t number32(const std::string& bytes, std::size_t at)
+{
+    return static_cast<std::uint32_t>(number(bytes, at, 4));
+}
+
+bool hasSignature(const std::string& bytes, std::size_t at, const char* signature)
+{
+    return bytes.compare(at, 4, signature, 4) == 0;
+}
+
+// The hash by which the archive library finds names.
+std::uint32_t hashOf(const std::string& name)
+{
+    std::uint32_t hash = 5381;
+    for (const char c : name) {
+        hash = hash * 33 + static_cast<unsigned char>(c);
+    }
+    return hash;
+}
+
+// Where the central directory is, and how many entries it is said to have.
+struct Extent
+{
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    std::uint64_t count = 0;
+    bool isBig = false; ///< else the count is modulo 65,536
+};
+
+// What the central directory says of an entry, as far as it is needed here.
+struct Central
+{
+    std::uint16_t flags = 0;
+    std::uint16_t method = 0;
+    std::uint32_t crc = 0;
+    std::uint64_t packed = 0;
+    std::uint64_t bytes = 0;
+    std::uint64_t offset = 0;
+    std::string name;
+    std::string otherName; ///< which the archive library may prefer
+};
+
+// The bytes of the file that an entry takes up.
+struct Range
+{
+    std::uint64_t begin;
+    std::uint64_t packed;
+    std::uint32_t nameSize;
+    std::uint32_t nameAt; ///< in the central directory
+};
+
+class Check
+{
+public:
+    Check(const Fd& file, const std::string& path, const ArchiveLimits& limits)
+        : m_file(file),
+          m_path(path),
+          m_limits(limits),
+          m_size(static_cast<std::uint64_t>(statOf(file).st_size))
+    {
+    }
+
+    void run()
+    {
+        const Extent extent = findDirectory();
+        checkCount(extent.count);
+        if (extent.size > m_limits.directoryBytes) {
+            throw LimitError(m_path + ": its central directory has " + std::to_string(extent.size) +
+                             " bytes, more than the " + std::to_string(m_limits.directoryBytes) +
+                             " that are read");
+        }
+        m_directory = read(extent.offset, extent.size);
+        readDirectory(extent);
+        checkNames();
+        checkRanges(extent.offset);
+    }
+
+private:
+    [[noreturn]] void fail(const std::string& reason) const
+    {
+        throw FormatError(m_path + ": damaged archive: " + reason);
+    }
+
+    // Fewer bytes than asked for only at the end of the file.
+    std::string read(std::uint64_t offset, std::uint64_t size) const
+    {
+        const std::uint64_t there = offset < m_size ? m_size - offset : 0;
+        std::string bytes(std::min(size, there), '\0');
+        std::size_t got = 0;
+        while (got < bytes.size()) {
+            const ssize_t now = ::pread(m_file.get(), &bytes[got], bytes.size() - got,
+                                        static_cast<off_t>(offset + got));
+            if (now < 0 && errno != EINTR) {
+                throwErrno(m_path);
+            }
+            if (now == 0) {
+                fail("it became shorter while it was read");
+            }
+            got += now > 0 ? static_cast<std::size_t>(now) : 0;
+        }
+        return bytes;
+    }
+
+    Extent findDirectory() const;
+    Extent bigExtent(std::uint64_t locatorAt, const std::string& locator) const;
+    void checkCount(std::uint64_t count) const;
+    void readDirectory(const Extent& extent);
+    std::size_t readEntry(std::size_t at);
+    void readFields(Central& entry, const std::string& fields) const;
+    void readBigField(Central& entry, const std::string& field) const;
+    void checkEntry(const Central& entry) const;
+    void checkNames() const;
+    void checkRanges(std::uint64_t end);
+    std::uint64_t endOf(const Range& range) const;
+    std::string nameOf(const Range& range) const
+    {
+        return m_directory.substr(range.nameAt, range.nameSize);
+    }
+
+    const Fd& m_file;
+    const std::string& m_path;
+    const ArchiveLimits& m_limits;
+    std::uint64_t m_size;
+    std::string m_directory;
+    std::vector<Range> m_ranges;
+    std::vector<std::uint32_t> m_hashes; ///< of all names
+};
+
+// The record at the end of the archive, whose comment reaches to the end of the file. Where that
+// can be said of two, readers might differ in which they take.
+Extent Check::findDirectory() const
+{
+    const std::uint64_t tailSize =
+        std::min<std::uint64_t>(m_size, a_locatorSize + a_endSize + a_longestComment);
+    const std::string tail = read(m_size - tailSize, tailSize);
+    std::optional<std::size_t> found;
+    for (std::size_t at = 0; (at = tail.find("PK\5\6", at)) != std::string::npos; ++at) {
+        if (at + a_endSize <= tail.size() &&
+            at + a_endSize + number16(tail, at + 20) == tail.size()) {
+            if (found) {
+                fail("it has two ends");
+            }
+            found = at;
+        }
+    }
+    if (!found) {
+        const std::string begin = read(0, 4);
+        if (begin != "PK\3\4" && begin != "PK\5\6") {
+            throw FormatError(m_path + ": it is neither a directory nor a zip archive");
+        }
+        fail("its end is missing");
+    }
+    const std::uint64_t endAt = m_size - tailSize + *found;
+    if (*found >= a_locatorSize && hasSignature(tail, *found - a_locatorSize, "PK\6\7")) {
+        return bigExtent(endAt - a_locatorSize, tail.substr(*found - a_locatorSize, a_locatorSize));
+    }
+    Extent extent;
+    extent.count = number16(tail, *found + 10);
+    extent.size = number32(tail, *found + 12);
+    extent.offset = number32(tail, *found + 16);
+    if (extent.offset + extent.size != endAt) {
+        fail("its central directory is not where it should be");
+    }
+    return extent;
+}
+
+Extent Check::bigExtent(std::uint64_t locatorAt, const std::string& locator) const
+{
+    const std::uint64_t at = number(locator, 8, 8);
+    const std::string end = read(at, a_bigEndSize);
+    if (end.size() < a_bigEndSize || !hasSignature(end, 0, "PK\6\6") || at > locatorAt ||
+        number(end, 4, 8) != locatorAt - at - 12) {
+        fail("its end is damaged");
+    }
+    Extent extent;
+    extent.isBig = true;
+    extent.count = number(end, 32, 8);
+    extent.size = number(end, 40, 8);
+    extent.offset = number(end, 48, 8);
+    if (extent.offset > at || extent.size != at - extent.offset) {
+        fail("its central directory is not where it should be");
+    }
+    return extent;
+}
+
+void Check::checkCount(std::uint64_t count) const
+{
+    if (count > m_limits.entries) {
+        throw LimitError(m_path + ": it holds " + std::to_string(count) +
+                         " entries, more than the " + std::to_string(m_limits.entries) +
+                         " that are read");
+    }
+}
+
+void Check::readDirectory(const Extent& extent)
+{
+    // The places of names are kept in 32 bits.
+    if (m_directory.size() > std::numeric_limits<std::uint32_t>::max()) {
+        fail("its central directory is too large");
+    }
+    for (std::size_t at = 0; at < m_directory.size();) {
+        at += readEntry(at);
+        checkCount(m_ranges.size());
+    }
+    const std::uint64_t count = extent.isBig ? m_ranges.size() : m_ranges.size() % 0x10000;
+    if (count != extent.count) {
+        fail("its central directory has " + std::to_string(m_ranges.size()) +
+             " entries instead of " + std::to_string(extent.count));
+    }
+}
+
+// Gives how many bytes the entry takes up in the central directory.
+std::size_t Check::readEntry(std::size_t at)
+{
+    const std::size_t left = m_directory.size() - at;
+    if (left < a_centralSize || !hasSignature(m_directory, at, "PK\1\2")) {
+        fail("its central directory is damaged");
+    }
+    const std::size_t nameSize = number16(m_directory, at + 28);
+    const std::size_t fieldsSize = number16(m_directory, at + 30);
+    const std::size_t size = a_centralSize + nameSize + fieldsSize + number16(m_directory, at + 32);
+    if (size > left) {
+        fail("its central directory is cut off");
+    }
+    Central entry;
+    entry.flags = number16(m_directory, at + 8);
+    entry.method = number16(m_directory, at + 10);
+    entry.crc = number32(m_directory, at + 16);
+    entry.packed = number32(m_directory, at + 20);
+    entry.bytes = number32(m_directory, at + 24);
+    entry.offset = number32(m_directory, at + 42);
+    entry.name = m_directory.substr(at + a_centralSize, nameSize);
+    readFields(entry, m_directory.substr(at + a_centralSize + nameSize, fieldsSize));
+    checkEntry(entry);
+    m_ranges.push_back({entry.offset, entry.packed, static_cast<std::uint32_t>(nameSize),
+                        static_cast<std::uint32_t>(at + a_centralSize)});
+    m_hashes.push_back(hashOf(entry.name));
+    if (!entry.otherName.empty()) {
+        m_hashes.push_back(hashOf(entry.otherName));
+    }
+    return size;
+}
+
+// Counts the extra fields of a header, and takes from them what the entry needs.
+void Check::readFields(Central& entry, const std::string& fields) const
+{
+    bool hasBig = false;
+    int count = 0;
+    for (std::size_t at = 0; at + 4 <= fields.size();) {
+        const std::uint16_t id = number16(fields, at);
+        const std::size_t size = number16(fields, at + 2);
+        const std::string field = fields.substr(at + 4, size);
+        if (id == a_bigField && !hasBig) {
+            readBigField(entry, field);
+            hasBig = true;
+        } else if (id == a_nameField && field.size() > a_nameFieldHead) {
+            entry.otherName += field.substr(a_nameFieldHead);
+        }
+        at += 4 + size;
+        if (++count > a_mostFields) {
+            fail("'" + entry.name + "' has too many extra fields");
+        }
+    }
+}
+
+// It has, in this order, those numbers that don't fit into their places.
+void Check::readBigField(Central& entry, const std::string& field) const
+{
+    std::size_t at = 0;
+    for (std::uint64_t* const value : {&entry.bytes, &entry.packed, &entry.offset}) {
+        if (*value != 0xffffffff) {
+            continue;
+        }
+        if (at + 8 > field.size()) {
+            fail("the extra fields of '" + entry.name + "' are cut off");
+        }
+        *value = number(field, at, 8);
+        at += 8;
+    }
+}
+
+void Check::checkEntry(const Central& entry) const
+{
+    for (const std::string* const name : {&entry.name, &entry.otherName}) {
+        const std::size_t nul = name->find('\0');
+        if (nul != std::string::npos) {
+            throw FormatError(m_path + ": it holds what no project can: '" + name->substr(0, nul) +
+                              "': a path has no NUL character");
+        }
+    }
+    const bool isStored = entry.method == a_stored && (entry.flags & a_encryptedFlag) == 0;
+    const bool isEmpty = entry.packed == 0 && (entry.bytes != 0 || entry.crc != 0);
+    if (isEmpty || (isStored && entry.packed != entry.bytes)) {
+        fail("'" + entry.name + "' has not the size that it declares");
+    }
+}
+
+// Lays the hashes out in a table of the size that the archive library takes.
+void Check::checkNames() const
+{
+    std::size_t size = 256;
+    while (size * 3 < m_ranges.size() * 4) {
+        size *= 2;
+    }
+    std::vector<std::uint32_t> chains(size, 0);
+    for (const std::uint32_t hash : m_hashes) {
+        if (++chains[hash % size] > a_longestChain) {
+            fail("its names are such that it takes long to tell them apart");
+        }
+    }
+}
+
+void Check::checkRanges(std::uint64_t end)
+{
+    std::sort(m_ranges.begin(), m_ranges.end(),
+              [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    const Range* before = nullptr;
+    std::uint64_t free = 0;
+    for (const Range& range : m_ranges) {
+        if (before != nullptr && range.begin < free) {
+            fail("'" + nameOf(*before) + "' and '" + nameOf(range) + "' share bytes");
+        }
+        free = endOf(range);
+        if (free > end) {
+            fail("'" + nameOf(range) + "' is cut off");
+        }
+        before = &range;
+    }
+}
+
+// Where an entry's packed bytes end.
+std::uint64_t Check::endOf(const Range& range) const
+{
+    constexpr std::uint64_t usualFields = 64;
+    const std::string head = read(range.begin, a_localSize + range.nameSize + usualFields);
+    if (head.size() < a_localSize || !hasSignature(head, 0, "PK\3\4")) {
+        fail("'" + nameOf(range) + "' is not where it should be");
+    }
+    const std::size_t nameSize = number16(head, 26);
+    const std::size_t fieldsSize = number16(head, 28);
+    const std::uint64_t size = a_localSize + nameSize + fieldsSize;
+    if (fieldsSize > 0) {
+        const bool isThere = size <= head.size();
+        Central entry;
+        entry.name = nameOf(range);
+        readFields(entry, isThere ? head.substr(a_localSize + nameSize, fieldsSize)
+                                  : read(range.begin + a_localSize + nameSize, fieldsSize));
+    }
+    const std::uint64_t begin = range.begin + size;
+    if (begin > m_size || range.packed > m_size - begin) {
+        fail("'" + nameOf(range) + "' is cut off");
+    }
+    return begin + range.packed;
+}
+
+} // namespace
+
+void checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits)
+{
+    Check(file, path, limits).run();
+}
+
+bool isArchivePath(const std::string& path)
+{
+    const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    if (path.size() > 1 && isLetter(path[0]) && path[1] == ':' &&
+        (path.size() == 2 || isSeparator(path[2]))) {
+        return false;
+    }
+    for (auto begin = path.begin(); begin != path.end();) {
+        const auto end = std::find_if(begin, path.end(), isSeparator);
+        if (std::string(begin, end) == ".." || (begin == path.begin() && begin == end)) {
+            return false;
+        }
+        begin = end == path.end() ? end : end + 1;
+    }
+    return true;
+}
+
+} // namespace pk::project

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "disk.hpp"
+
+#include <pk/project/archive_limits.hpp>
+
+#include <string>
+
+namespace pk::project {
+
+/// Looks at an archive's headers before the archive library does, which believes what they say: it
+/// spends time and memory on as many entries and extra fields as there are, shows a name up to its
+/// first NUL, and lets entries share bytes. After this, opening the archive with the archive
+/// library costs in proportion to its central directory, and the bytes of no two entries overlap.
+///
+/// Throws FormatError for what is no zip archive or a damaged one, LimitError for one with too many
+/// entries or too large a central directory.
+void checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits);
+
+/// Whether a normalised path can stand in an archive. On a system that takes "\" for "/" and "C:"
+/// for a drive, it must not lead out of the place that the archive is unpacked to.
+bool isArchivePath(const std::string& path);
+
+} // namespace pk::project

@@ -1,0 +1,559 @@
+#include "raw_zip.hpp"
+#include "support.hpp"
+
+#include <pk/project/archive_limits.hpp>
+#include <pk/project/error.hpp>
+
+#include <functional>
+#include <ostream>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// Archives that somebody made to do harm: what is read of them costs little and stays inside.
+namespace pk::project::test {
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr long a_sanitizerFactor = 16; // freed memory is kept for a while
+#else
+constexpr long a_sanitizerFactor = 1;
+#endif
+constexpr long a_kilobytes = (256 << 10) * a_sanitizerFactor;
+constexpr rlim_t a_seconds = 60; // far more than anything here takes
+
+long peakKilobytes()
+{
+    rusage usage = {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+// How many kilobytes of memory an action takes at most, in a process of its own, which is ended
+// when the action takes too long.
+long kilobytesOf(const std::function<void()>& action)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const rlimit limit = {a_seconds, a_seconds};
+        ::setrlimit(RLIMIT_CPU, &limit);
+        const long before = peakKilobytes();
+        try {
+            action();
+        } catch (const std::exception&) {
+            // What is thrown is looked at elsewhere.
+        }
+        ::_exit(static_cast<int>(std::min(254L, (peakKilobytes() - before) / 1024 / 4)));
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+    return WEXITSTATUS(status) * 4L * 1024;
+}
+
+void readAllOf(const QString& path)
+{
+    const ProjectModel model(path);
+    for (const QString& name : model.getFileList(QString(), false, true, false)) {
+        model.getFileLocalPath(name);
+    }
+}
+
+std::string fieldsOf(int count)
+{
+    std::string fields;
+    for (int i = 0; i < count; ++i) {
+        fields += extraField(static_cast<std::uint16_t>(0x9000 + i), "x");
+    }
+    return fields;
+}
+
+RawEntry withMode(std::uint32_t mode)
+{
+    RawEntry entry = stored("device", "x");
+    entry.mode = mode;
+    return entry;
+}
+
+RawEntry madeBy(std::uint8_t system, const std::string& name)
+{
+    RawEntry entry = stored(name, "x");
+    entry.system = system;
+    return entry;
+}
+
+RawEntry changed(RawEntry entry, const std::function<void(RawEntry&)>& change)
+{
+    change(entry);
+    return entry;
+}
+
+RawEntry pointingAt(std::uint32_t at, RawEntry entry, const std::string& name)
+{
+    entry.at = at;
+    entry.name = name;
+    return entry;
+}
+
+std::string many(std::uint64_t count, const std::function<RawEntry(std::uint64_t)>& entry)
+{
+    RawZip zip;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        zip.add(entry(i));
+    }
+    return zip.bytes();
+}
+
+std::string withCount(RawZip zip, std::uint64_t count, bool big)
+{
+    zip.count = count;
+    return big ? zip.bigBytes() : zip.bytes();
+}
+
+// Names that the hash of the archive library doesn't tell apart: "aB" and "b!" have the same.
+std::string colliding(std::uint64_t number, int length)
+{
+    std::string name;
+    for (int i = 0; i < length; ++i) {
+        name += (number >> i & 1) != 0 ? "aB" : "b!";
+    }
+    return name;
+}
+
+// Each entry lies in the bytes of the one before.
+std::string quoted()
+{
+    const std::string kernel = deflated(QByteArray(40'000'000, '\0'));
+    RawZip zip{packedTo("0", kernel, 40'000'000)};
+    RawZip inner{packedTo("1", kernel, 40'000'000)};
+    RawZip outer{packedTo("2", inner.entries, 40'000'000)};
+    outer.add(pointingAt(31, packedTo("1", kernel, 40'000'000), "1"));
+    return outer.bytes();
+}
+
+struct Attack
+{
+    const char* name;
+    std::function<std::string()> make;
+    const char* reason;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Attack& attack)
+{
+    return stream << attack.name;
+}
+
+class AnAttack : public testing::TestWithParam<Attack>
+{
+};
+
+template <class... Entries>
+std::function<std::string()> zipOf(Entries... entries)
+{
+    return [=] { return RawZip{entries...}.bytes(); };
+}
+
+template <class... Attacks>
+auto attacks(Attacks... all)
+{
+    return testing::Values(all...);
+}
+
+const auto a_nameOfAttack = [](const auto& info) { return std::string(info.param.name); };
+
+} // namespace
+
+TEST_P(AnAttack, IsRefusedAtLittleCostAndLeavesNothing)
+{
+    const TemporaryFiles files;
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p.zip");
+    putLocal(path, QByteArray::fromStdString(GetParam().make()));
+    EXPECT_LT(kilobytesOf([&] { readAllOf(path); }), a_kilobytes);
+    const std::string message = messageOf<Error>([&] { readAllOf(path); });
+    EXPECT_EQ(message.find(path.toStdString()), 0U) << message;
+    EXPECT_NE(message.find(GetParam().reason), std::string::npos) << message;
+    EXPECT_EQ(
+        QDir(directory.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList(q("p.zip")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, AnAttack,
+    attacks(
+        Attack{"ParentByBackslash", zipOf(stored("..\\evil", "x")), "leads out"},
+        Attack{"ParentByBackslashWithin", zipOf(stored("a\\..\\..\\evil", "x")), "leads out"},
+        Attack{"ParentByBothSlashes", zipOf(stored("a/..\\evil", "x")), "leads out"},
+        Attack{"AbsoluteByBackslash", zipOf(stored("\\evil", "x")), "leads out"},
+        Attack{"Drive", zipOf(stored("C:/evil", "x")), "leads out"},
+        Attack{"DriveByBackslash", zipOf(stored("C:\\evil", "x")), "leads out"},
+        Attack{"DriveAfterADot", zipOf(stored("./c:/evil", "x")), "leads out"},
+        Attack{"DriveAlone", zipOf(stored("z:", "x")), "leads out"},
+        Attack{"BackslashOfDos", zipOf(madeBy(0, "a\\b")), "separated by '/'"},
+        Attack{"BackslashOfNtfs", zipOf(madeBy(10, "a\\b")), "separated by '/'"},
+        Attack{"Nul", zipOf(stored(std::string("a\0b", 3), "x")), "'a': a path has no NUL"},
+        Attack{"NulAtTheEnd", zipOf(stored(std::string("a\0", 2), "x")), "'a': a path has no NUL"},
+        Attack{"NulBeforeASlash", zipOf(stored(std::string("a\0/", 3), "")), "no NUL"},
+        Attack{"NulAlone", zipOf(stored(std::string(1, '\0'), "x")), "no NUL"},
+        Attack{"NulInTheOtherName",
+               zipOf(changed(stored("ab", "x"),
+                             [](RawEntry& e) {
+                                 e.fields =
+                                     extraField(0x7075, little(1, 1) + little(crcOf("ab"), 4) +
+                                                            std::string("a\0c", 3));
+                             })),
+               "'a': a path has no NUL"},
+        Attack{"ParentInTheOtherName",
+               zipOf(changed(stored("ab", "x"),
+                             [](RawEntry& e) {
+                                 e.fields = extraField(
+                                     0x7075, little(1, 1) + little(crcOf("ab"), 4) + "../evil");
+                                 e.localFields = e.fields;
+                             })),
+               "no '..'"},
+        Attack{"AnotherNameInTheLocalHeader",
+               zipOf(changed(stored("ab", "x"), [](RawEntry& e) { e.localName = "cd"; })),
+               "damaged archive: "},
+        Attack{"Mark",
+               zipOf(stored("\xef\xbb\xbf"
+                            "a",
+                            "x")),
+               "no byte order mark"},
+        Attack{"MarkKnownToBeUtf8",
+               zipOf(changed(stored("\xef\xbb\xbf"
+                                    "a",
+                                    "x"),
+                             [](RawEntry& e) { e.flags = 0x0800; })),
+               "no byte order mark"},
+        Attack{"MarkBelow",
+               zipOf(stored("a/\xef\xbb\xbf"
+                            "b",
+                            "x")),
+               "no byte order mark"},
+        Attack{"TooLong", zipOf(stored(std::string(4097, 'a'), "x")), "too long"},
+        Attack{"TooDeep", zipOf(stored(QByteArray("a/").repeated(256).toStdString() + "a", "x")),
+               "more than 256 components"},
+        Attack{"MetadataTwice", zipOf(stored(".kxproject", "{}"), stored("./.kxproject", "{}")),
+               "'.kxproject' twice"},
+        Attack{
+            "HardToTellApart",
+            [] { return many(2000, [](std::uint64_t i) { return stored(colliding(i, 11), ""); }); },
+            "takes long to tell them apart"}),
+    a_nameOfAttack);
+
+INSTANTIATE_TEST_SUITE_P(
+    Entries, AnAttack,
+    attacks(
+        Attack{"CharacterDevice", zipOf(withMode(S_IFCHR | 0644)), "a link or a device"},
+        Attack{"BlockDevice", zipOf(withMode(S_IFBLK | 0644)), "a link or a device"},
+        Attack{"Socket", zipOf(withMode(S_IFSOCK | 0644)), "a link or a device"},
+        Attack{"Encrypted",
+               zipOf(changed(stored("a", std::string(13, 'x')),
+                             [](RawEntry& e) {
+                                 e.flags = 1;
+                                 e.bytes = 1;
+                             })),
+               "encrypted archive: 'a'"},
+        Attack{"StronglyEncrypted",
+               zipOf(changed(stored("a", "x"), [](RawEntry& e) { e.flags = 0x41; })),
+               "encrypted archive: 'a'"},
+        Attack{"MethodThatTakesMemory",
+               zipOf(changed(stored("a", "x"), [](RawEntry& e) { e.method = 14; })),
+               "packed by method 14"},
+        Attack{"UnknownMethod",
+               zipOf(changed(stored("a", "x"), [](RawEntry& e) { e.method = 1234; })),
+               "packed by method 1234"},
+        Attack{"StoredWithAnotherSize",
+               zipOf(changed(stored("a", "some"), [](RawEntry& e) { e.bytes = 3; })),
+               "not the size that it declares"},
+        Attack{"SizeWithoutBytes", zipOf(packedTo("a", "", 10)), "not the size that it declares"},
+        Attack{"ChecksumWithoutBytes",
+               zipOf(changed(stored("a", ""), [](RawEntry& e) { e.crc = 1; })),
+               "not the size that it declares"},
+        Attack{"Shorter", zipOf(packedTo("a", deflated(QByteArray(1000, 'x')), 1001)),
+               "damaged archive: 'a': "},
+        Attack{"Longer", zipOf(packedTo("a", deflated(QByteArray(1000, 'x')), 999)),
+               "damaged archive: 'a': "},
+        Attack{"AnotherChecksum", zipOf(packedTo("a", deflated(QByteArray(1000, 'x')), 1000)),
+               "damaged archive: 'a': CRC error"},
+        Attack{"NothingThatUnpacks", zipOf(packedTo("a", std::string(1000, '\xff'), 1000)),
+               "damaged archive: 'a': "},
+        Attack{"LongerThanTheArchive",
+               zipOf(changed(stored("a", "some"),
+                             [](RawEntry& e) { e.packedSize = e.bytes = 5'000; })),
+               "'a' is cut off"},
+        Attack{"IntoTheCentralDirectory",
+               zipOf(changed(stored("a", "some"), [](RawEntry& e) { e.packedSize = e.bytes = 5; })),
+               "'a' is cut off"},
+        Attack{"Elsewhere",
+               [] {
+                   return RawZip{stored("a", "x"), pointingAt(32, stored("b", "x"), "b")}.bytes();
+               },
+               "'b' is not where it should be"},
+        Attack{
+            "BehindTheEnd",
+            [] {
+                return RawZip{stored("a", "x"), pointingAt(70'000, stored("b", "x"), "b")}.bytes();
+            },
+            "'b' is not where it should be"},
+        Attack{"ManyFields",
+               zipOf(changed(stored("a", "x"), [](RawEntry& e) { e.fields = fieldsOf(7); })),
+               "'a' has too many extra fields"},
+        Attack{
+            "ManyFieldsInTheLocalHeader",
+            zipOf(changed(stored("a", "x"), [](RawEntry& e) { e.localFields = fieldsOf(9000); })),
+            "'a' has too many extra fields"},
+        Attack{"CutOffField",
+               zipOf(changed(stored("a", "x"),
+                             [](RawEntry& e) {
+                                 e.bytes = 0xffffffff;
+                                 e.packedSize = 0xffffffff;
+                                 e.fields = extraField(1, little(1, 8));
+                             })),
+               "extra fields of 'a' are cut off"}),
+    a_nameOfAttack);
+
+INSTANTIATE_TEST_SUITE_P(
+    Directories, AnAttack,
+    attacks(Attack{"FewerEntriesThanDeclared",
+                   [] {
+                       return withCount({stored("a", "x"), stored("b", "y")}, 3, false);
+                   },
+                   "has 2 entries instead of 3"},
+            Attack{"MoreEntriesThanDeclared",
+                   [] {
+                       return withCount({stored("a", "x"), stored("b", "y")}, 1, true);
+                   },
+                   "has 2 entries instead of 1"},
+            Attack{"CutOff",
+                   [] {
+                       RawZip zip{stored("a", "x"), stored("b", "y")};
+                       zip.directory.pop_back();
+                       return zip.bytes();
+                   },
+                   "central directory is cut off"},
+            Attack{"CutOffInAHeader",
+                   [] {
+                       RawZip zip{stored("a", "x"), stored("b", "y")};
+                       zip.directory.resize(zip.directory.size() - 20);
+                       return zip.bytes();
+                   },
+                   "central directory is damaged"},
+            Attack{"Overwritten",
+                   [] {
+                       RawZip zip{stored("a", "x"), stored("b", "y")};
+                       zip.directory[47] = 'Q';
+                       return zip.bytes();
+                   },
+                   "central directory is damaged"},
+            Attack{"WithAHoleBehind",
+                   [] {
+                       const RawZip zip{stored("a", "x")};
+                       return zip.entries + zip.directory + "hole" + zip.end();
+                   },
+                   "not where it should be"},
+            Attack{"WithAHoleBehindAndABigEnd",
+                   [] {
+                       const RawZip zip{stored("a", "x")};
+                       return zip.entries + zip.directory + "hole" + zip.bigEnd() + zip.end();
+                   },
+                   "its end is damaged"},
+            Attack{"TwoEnds",
+                   [] {
+                       const RawZip zip{stored("a", "x")};
+                       return zip.entries + zip.directory + zip.end(RawZip().end());
+                   },
+                   "it has two ends"},
+            Attack{"NoEnd",
+                   [] {
+                       const RawZip zip{stored("a", "x")};
+                       return zip.entries + zip.directory + zip.end() + "more";
+                   },
+                   "its end is missing"},
+            Attack{"AMillionEntriesDeclared",
+                   [] { return withCount({stored("a", "x")}, 1'000'000, true); },
+                   "it holds 1000000 entries, more than the 250000"},
+            Attack{"AMillionEntries",
+                   [] {
+                       RawZip zip;
+                       for (int i = 0; i < 1'000'000; ++i) {
+                           zip.add(pointingAt(0, {}, std::to_string(i)));
+                       }
+                       return zip.bytes();
+                   },
+                   "more than the 33554432 that are read"},
+            Attack{"OneEntryTooMany",
+                   [] {
+                       RawZip zip;
+                       for (int i = 0; i < 250'001; ++i) {
+                           zip.add(pointingAt(0, {}, std::to_string(i)));
+                       }
+                       return zip.bytes();
+                   },
+                   "it holds 250001 entries, more than the 250000"},
+            Attack{"TooManyDirectories",
+                   [] {
+                       RawZip zip;
+                       for (int i = 0; i < 2'000; ++i) {
+                           zip.add(stored(std::to_string(i) +
+                                              QByteArray("/a").repeated(126).toStdString(),
+                                          ""));
+                       }
+                       return zip.bytes();
+                   },
+                   "more directories than the 250000"}),
+    a_nameOfAttack);
+
+INSTANTIATE_TEST_SUITE_P(
+    Bombs, AnAttack,
+    attacks(Attack{"OfManyEntriesWithTheSameBytes",
+                   [] {
+                       const RawEntry kernel =
+                           packedTo("0", deflated(QByteArray(40'000'000, '\0')), 40'000'000);
+                       RawZip zip{kernel};
+                       for (int i = 1; i < 1000; ++i) {
+                           zip.add(pointingAt(0, kernel, std::to_string(i)));
+                       }
+                       return zip.bytes();
+                   },
+                   "share bytes"},
+            Attack{"OfEntriesThatHoldOthers", quoted, "'2' and '1' share bytes"},
+            Attack{"ThatDeclaresGigabytesInOneFile",
+                   zipOf(packedTo("a", deflated(QByteArray(40'000'000, '\0')), 3'000'000'000)),
+                   "'a' unpacks to 3000000000 bytes, more than is read of one file"},
+            Attack{"ThatDeclaresGigabytes",
+                   [] {
+                       const std::string packed = deflated(QByteArray(128 << 20, '\0'));
+                       return many(16, [&](std::uint64_t i) {
+                           return packedTo(std::to_string(i), packed, 128 << 20);
+                       });
+                   },
+                   "more than 200 times its size"},
+            Attack{"ThatDeclaresLittle",
+                   zipOf(packedTo("a", deflated(QByteArray(40'000'000, '\0')), 1000)),
+                   "damaged archive: 'a': it is longer than declared"},
+            Attack{"OfMetadata",
+                   zipOf(packedTo(".kxproject", deflated(QByteArray(5 << 20, ' ')), 5 << 20)),
+                   "p.zip/.kxproject: it unpacks to 5242880 bytes"}),
+    a_nameOfAttack);
+
+class AnArchiveOfAStranger : public testing::Test
+{
+protected:
+    QString path() const { return m_directory.path("p.zip"); }
+    void put(const std::string& bytes) const { putLocal(path(), QByteArray::fromStdString(bytes)); }
+    TemporaryFiles m_files;
+    TemporaryDirectory m_directory;
+};
+
+TEST_F(AnArchiveOfAStranger, MayHaveNamesThatDifferOnlyInCase)
+{
+    put(RawZip{stored("a", "1"), stored("A", "2"), stored("B/c", "3"), stored("b/C", "4")}.bytes());
+    EXPECT_EQ(treeOf(ProjectModel(path())),
+              (Tree{{"A", "2"}, {"B/", ""}, {"B/c", "3"}, {"a", "1"}, {"b/", ""}, {"b/C", "4"}}));
+}
+
+TEST_F(AnArchiveOfAStranger, MayHaveABackslashInANameOfUnix)
+{
+    put(RawZip{stored("a\\b", "1"), stored("d: e/..f\\c:", "2")}.bytes());
+    const Tree tree{{"a\\b", "1"}, {"d: e/", ""}, {"d: e/..f\\c:", "2"}};
+    ProjectModel model(path());
+    EXPECT_EQ(treeOf(model), tree);
+    model.save(m_directory.path("copy.zip"), ArchiveFormat::Zip, false);
+    EXPECT_EQ(treeOf(ProjectModel(m_directory.path("copy.zip"))), tree);
+}
+
+TEST_F(AnArchiveOfAStranger, HasNoLinksButThoseOfUnix)
+{
+    put(RawZip{changed(withMode(S_IFLNK | 0777), [](RawEntry& e) { e.system = 0; })}.bytes());
+    ProjectModel model(path());
+    model.exportFile(QString(), m_directory.path("out"), true);
+    EXPECT_EQ(treeOf(m_directory.path("out")), (Tree{{"device", std::to_string(0644) + ":x"}}));
+}
+
+TEST_F(AnArchiveOfAStranger, MayHaveTheBigEndAndCommentAndSomethingInFront)
+{
+    RawZip zip;
+    zip.entries = "#!/bin/sh";
+    zip.add(stored("a", "1"));
+    zip.add(packedTo("b", "", 0));
+    put(zip.entries + zip.directory + zip.bigEnd() + zip.end("a PK\5\6 in a comment"));
+    EXPECT_EQ(treeOf(ProjectModel(path())), (Tree{{"a", "1"}, {"b", ""}}));
+}
+
+TEST_F(AnArchiveOfAStranger, MayHaveSizesInExtraFields)
+{
+    const std::string sizes = little(4, 8) + little(4, 8);
+    put(RawZip{
+        stored("a", "1"), changed(stored("b", "some"), [&](RawEntry& e) {
+            e.bytes = e.packedSize = 0xffffffff;
+            e.fields = extraField(0x5455, "time!") + extraField(1, sizes);
+            e.localFields = extraField(1, sizes);
+        })}.bytes());
+    EXPECT_EQ(treeOf(ProjectModel(path())), (Tree{{"a", "1"}, {"b", "some"}}));
+}
+
+// As some programs do, which count modulo 65,536.
+TEST_F(AnArchiveOfAStranger, MayHaveMoreEntriesThanItsEndCanCount)
+{
+    put(many(65'540, [](std::uint64_t i) { return stored(std::to_string(i), ""); }));
+    const ProjectModel model(path());
+    EXPECT_EQ(model.getFileList(QString(), false, false, false).size(), 65'540);
+    EXPECT_TRUE(model.hasFile(q("65539")));
+}
+
+TEST_F(AnArchiveOfAStranger, IsUnpackedPieceByPiece)
+{
+    // The checksum is wrong, which shows only when all has been read.
+    constexpr int size = 48 << 20;
+    put(RawZip{packedTo("a", deflatedZeros(size), size)}.bytes());
+    EXPECT_LT(kilobytesOf([&] { readAllOf(path()); }), (24 << 10) * a_sanitizerFactor);
+    const std::string message = messageOf<FormatError>([&] { readAllOf(path()); });
+    EXPECT_NE(message.find("'a': CRC error"), std::string::npos) << message;
+    EXPECT_TRUE(m_files.tree().empty());
+}
+
+TEST_F(AnArchiveOfAStranger, WithADamagedEntryIsSavedNowhereElse)
+{
+    put(RawZip{stored("a", "1"), packedTo("b", deflated("some text"), 9)}.bytes());
+    ProjectModel model(path());
+    for (const ArchiveFormat format : {ArchiveFormat::Zip, ArchiveFormat::Directory}) {
+        const std::string message =
+            messageOf<FormatError>([&] { model.save(m_directory.path("copy"), format, false); });
+        EXPECT_NE(message.find("'b': CRC error"), std::string::npos) << message;
+        EXPECT_FALSE(QFileInfo::exists(m_directory.path("copy")));
+    }
+    EXPECT_EQ(model.getSourcePath(), path());
+}
+
+TEST_F(AnArchiveOfAStranger, WithADamagedEntryKeepsItAsThatInPlace)
+{
+    put(RawZip{stored("a", "1"), packedTo("b", deflated("some text"), 9)}.bytes());
+    ProjectModel model(path());
+    model.writeFile(q("a"), "2");
+    model.save(QString(), ArchiveFormat::Source, true);
+    const ProjectModel opened(path());
+    EXPECT_EQ(opened.readFile(q("a")), QByteArray("2"));
+    const std::string message = messageOf<FormatError>([&] { opened.getFileLocalPath(q("b")); });
+    EXPECT_NE(message.find("'b': CRC error"), std::string::npos) << message;
+}
+
+TEST(AProjectForAnArchive, HasNoNamesThatLeadOutOfIt)
+{
+    const TemporaryDirectory directory;
+    for (const char* const name : {"..\\evil", "C:/evil", "C:\\evil", "\\evil", "a/..\\..\\evil"}) {
+        ProjectModel model;
+        model.writeFile(q(name), "x");
+        const std::string message = messageOf<InvalidPath>(
+            [&] { model.save(directory.path("p.zip"), ArchiveFormat::Zip, false); });
+        EXPECT_NE(message.find("in an archive the path would lead out of it"), std::string::npos)
+            << message;
+        EXPECT_TRUE(QDir(directory.path()).isEmpty());
+        model.save(directory.path("p"), ArchiveFormat::Directory, false);
+        EXPECT_EQ(treeOf(ProjectModel(directory.path("p"))), treeOf(model));
+        removeTree(directory.path("p").toStdString());
+    }
+}
+
+} // namespace pk::project::test
