@@ -119,8 +119,9 @@ public:
 
     /// Sets name and file name to what is asked for, without its number, or, when a sibling has
     /// that name, with the first free number from 2 on. Below a parent, names count as taken whose
-    /// files would meet others: the empty one (the parent's own directory), "bxlinfo", and at a
-    /// library's top "translations" and what cannot stand there (ProjectModel). Takes time that
+    /// files would meet others: the empty one (the parent's own directory), "bxlinfo", at a
+    /// library's top "translations", and, in every folder, since each can become the top of a
+    /// project by take() and clone(), what cannot stand there (ProjectModel). Takes time that
     /// does not depend on the number of siblings, once the first call has looked at all of them.
     /// Changes nothing else.
     void initName(const std::string& name);
