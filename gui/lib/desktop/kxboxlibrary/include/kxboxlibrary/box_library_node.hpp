@@ -292,6 +292,9 @@ private:
     void importResources(const BoxResourceList& resources);
     /// A project that has this node's files at its top.
     std::unique_ptr<pk::project::ProjectModel> copyFiles() const;
+    /// Removes from a copy of this node's files, at `prefix`, what was left of taken nodes in the
+    /// tree: loading would make nodes of it again.
+    void removeLeftFiles(pk::project::ProjectModel& copy, const QString& prefix) const;
     /// Removes what a node that was taken left at this child's place. Whether nothing is there
     /// then.
     bool clearPlace(pk::project::ProjectModel& model);
