@@ -224,7 +224,7 @@ public:
     /// This is half of a move or a cut: the files stay in the old project too, until something
     /// takes their place or they are removed, the old order file stays as it is, so do the
     /// messages, the library does not become dirty, and the old parent still forwards the node's
-    /// changes.
+    /// changes, until that comes below the node itself.
     BoxLibraryNode* take();
 
     /// Removes the node's directory, with all below it, from the project; of a node without a
@@ -303,7 +303,10 @@ private:
 
     void attach(int index, BoxLibraryNode* child);
     void detach(BoxLibraryNode* child);
-    void forward(BoxLibraryNode* child) const;
+    /// Makes the changes of `child` changes of this node too.
+    void forward(BoxLibraryNode* child);
+    /// Null stands for those that are gone.
+    void stopForwarding(BoxLibraryNode* forwarder);
     /// Makes `child` a child of a name like `name`, with `fill` for its files; undone when that
     /// throws.
     void adopt(int index, BoxLibraryNode* child, const std::string& name,
@@ -317,6 +320,8 @@ private:
     std::string m_name;
     std::string m_fileName;
     QPointer<BoxLibraryNode> m_parent; // not owned; null once it is gone
+    // What forwards this node's changes: its parent, and those before take(). Not owned.
+    QList<QPointer<BoxLibraryNode>> m_forwarders;
     QList<BoxLibraryNode*> m_children;
     boost::shared_ptr<BoxData> m_boxData;
     // Null until a child needs a name. Then always the names of m_children.
