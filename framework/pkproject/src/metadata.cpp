@@ -7,8 +7,29 @@
 
 namespace pk::project {
 
-bool setMetadataValue(Metadata& metadata, const QString& key, const QString& value)
+namespace {
+
+/// The text that is read where this one was written, as UTF-8.
+QString storable(QString text)
 {
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair) {
+            ++i;
+        } else if (text.at(i).isSurrogate()) {
+            text[i] = QLatin1Char('?');
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+bool setMetadataValue(Metadata& metadata, const QString& anyKey, const QString& anyValue)
+{
+    const QString key = storable(anyKey);
+    const QString value = storable(anyValue);
     if (metadata.value(key) == value) {
         return false;
     }
@@ -54,7 +75,9 @@ QByteArray formatMetadata(const Metadata& metadata)
     for (auto it = metadata.begin(); it != metadata.end(); ++it) {
         object.insert(it.key(), it.value());
     }
-    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+    QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Indented);
+    // Qt drops a byte order mark at the front of a text that it reads, unless it is escaped.
+    return bytes.replace("\xef\xbb\xbf", "\\ufeff");
 }
 
 } // namespace pk::project

@@ -15,7 +15,8 @@ using Metadata = QMap<QString, QString>;
 /// its keys in order. A project without metadata has no such file.
 constexpr const char* a_metadataFile = ".kxproject";
 
-/// Sets a value, or removes the key when it is empty; true when that changed anything.
+/// Sets a value, or removes the key when it is empty; true when that changed anything. Lone
+/// surrogates, which UTF-8 cannot have, become "?".
 bool setMetadataValue(Metadata& metadata, const QString& key, const QString& value);
 
 /// Reads the file's bytes; none give no metadata. `path` is for the message of the FormatError that

@@ -13,6 +13,25 @@ TEST(Metadata, RoundTrips)
     EXPECT_EQ(parseMetadata(formatMetadata(metadata), "x"), metadata);
 }
 
+TEST(Metadata, KeepsByteOrderMarks)
+{
+    const QString mark(QChar::ByteOrderMark);
+    const Metadata metadata{{mark + q("a"), mark + mark + q("x") + mark}, {q("b"), mark}};
+    EXPECT_EQ(parseMetadata(formatMetadata(metadata), "x"), metadata);
+}
+
+// A text in UTF-8 cannot have it: what would be read once the metadata were saved counts at once.
+TEST(Metadata, HasAQuestionMarkForALoneSurrogate)
+{
+    const Metadata metadata = parseMetadata(R"({"title": "a\ud83e", "\udd16": "b"})", "x");
+    EXPECT_EQ(metadata, (Metadata{{q("title"), q("a?")}, {q("?"), q("b")}}));
+    EXPECT_EQ(parseMetadata(formatMetadata(metadata), "x"), metadata);
+    Metadata set;
+    EXPECT_TRUE(setMetadataValue(set, QString(QChar(0xdd16)), QString(QChar(0xd83e))));
+    EXPECT_EQ(set, (Metadata{{q("?"), q("?")}}));
+    EXPECT_FALSE(setMetadataValue(set, QString(QChar(0xdd16)), QString(QChar(0xd83e))));
+}
+
 TEST(Metadata, IsWrittenInTheOrderOfItsKeys)
 {
     EXPECT_EQ(formatMetadata({{q("b"), q("2")}, {q("a"), q("1")}}),

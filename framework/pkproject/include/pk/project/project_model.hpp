@@ -83,7 +83,8 @@ public:
     /// The metadata value of a key; empty when absent.
     QString getMetadata(const QString& key) const;
 
-    /// Sets a metadata value; an empty one removes the key. Reaches the disk with the next save.
+    /// Sets a metadata value; an empty one removes the key. Lone surrogates become "?" in both.
+    /// Reaches the disk with the next save.
     void setMetadata(const QString& key, const QString& value);
 
     /// What is in `directory`, as names relative to it, sorted by their UTF-8 bytes: the files,

@@ -171,12 +171,13 @@ SiblingNames& BoxLibraryNode::childNames()
         m_childNames = std::make_unique<SiblingNames>();
         // The empty name would be this folder's own directory.
         m_childNames->add(std::string());
-        m_childNames->add("bxlinfo");
+        // No project can have the others at its top, where this folder's children are when it is
+        // detached.
+        for (const char* const name : {"bxlinfo", ".git", ".hg", ".svn", ".kxproject"}) {
+            m_childNames->add(name);
+        }
         if (m_library != nullptr) {
-            for (const char* const name :
-                 {BoxConstants::a_boxLibraryTranslations, ".git", ".hg", ".svn", ".kxproject"}) {
-                m_childNames->add(name);
-            }
+            m_childNames->add(BoxConstants::a_boxLibraryTranslations);
         }
         for (const BoxLibraryNode* const child : std::as_const(m_children)) {
             m_childNames->add(child->m_name);

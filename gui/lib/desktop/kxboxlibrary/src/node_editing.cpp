@@ -31,11 +31,34 @@ void BoxLibraryNode::detach(BoxLibraryNode* child)
     }
 }
 
-void BoxLibraryNode::forward(BoxLibraryNode* child) const
+void BoxLibraryNode::forward(BoxLibraryNode* child)
 {
-    // Unique, because a node that was taken from here is still connected.
-    connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged,
-            static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection));
+    // A node that was taken is still forwarded by its old parent. Where that is below `child` by
+    // now, changes would go round in circles.
+    QList<BoxLibraryNode*> reached{this};
+    for (int i = 0; i < reached.size(); ++i) {
+        BoxLibraryNode* const node = reached.at(i);
+        const auto forwarders = node->m_forwarders;
+        for (const QPointer<BoxLibraryNode>& forwarder : forwarders) {
+            if (forwarder == nullptr || forwarder->isBelow(child)) {
+                node->stopForwarding(forwarder);
+            } else if (!reached.contains(forwarder)) {
+                reached.append(forwarder);
+            }
+        }
+    }
+    if (!child->m_forwarders.contains(this)) {
+        connect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
+        child->m_forwarders.append(this);
+    }
+}
+
+void BoxLibraryNode::stopForwarding(BoxLibraryNode* forwarder)
+{
+    if (forwarder != nullptr) {
+        disconnect(this, &BoxLibraryNode::dataChanged, forwarder, &BoxLibraryNode::dataChanged);
+    }
+    m_forwarders.removeAll(forwarder);
 }
 
 void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::string& name,
@@ -171,7 +194,7 @@ void BoxLibraryNode::removeChild(int index)
     if (child == nullptr) {
         return;
     }
-    disconnect(child, &BoxLibraryNode::dataChanged, this, &BoxLibraryNode::dataChanged);
+    child->stopForwarding(this);
     try {
         child->removeTranslations();
     } catch (...) {

@@ -131,7 +131,7 @@ BoxLibraryNode* BoxLibraryNode::clone() const
     const bool isRoot = m_parent == nullptr && m_library != nullptr;
     copy->initName(isRoot ? m_library->title().toStdString() : m_name);
     copy->m_detachedProject = copyFiles();
-    copy->m_leftFiles = m_leftFiles; // they were copied too
+    removeLeftFiles(*copy->m_detachedProject, QString());
     if (m_boxData) {
         copy->m_boxData = m_boxData->clone(copy.get());
     }
@@ -139,6 +139,21 @@ BoxLibraryNode* BoxLibraryNode::clone() const
         copy->appendChildFromProject(child->m_fileName);
     }
     return copy.release();
+}
+
+void BoxLibraryNode::removeLeftFiles(ProjectModel& copy, const QString& prefix) const
+{
+    for (const QString& fileName : m_leftFiles) {
+        try {
+            copy.remove(prefix + fileName);
+        } catch (const pk::project::Error&) {
+            // They were removed before, or could not be copied to the top of a project.
+        }
+    }
+    for (const BoxLibraryNode* const child : m_children) {
+        child->removeLeftFiles(copy, prefix + QString::fromStdString(child->m_fileName) +
+                                         QLatin1Char('/'));
+    }
 }
 
 std::unique_ptr<ProjectModel> BoxLibraryNode::copyFiles() const

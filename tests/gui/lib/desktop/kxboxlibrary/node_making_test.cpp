@@ -309,6 +309,20 @@ TEST(NodeClone, OfANodeWithoutFilesHasNone)
     EXPECT_EQ(filesOf(*copyOfGone->project()), Names{});
 }
 
+// The files of a node that was cut stay until it is pasted, but are no nodes.
+TEST(NodeClone, HasNoNodesThatWereTaken)
+{
+    const Library library = open(
+        project({{"A/Kept/box.bhx", boxFile()}, {"A/B/Cut/box.bhx", boxFile()}, {"A/Cut/", {}}}));
+    BoxLibraryNode* const a = library->boxRoot()->child(0);
+    const DetachedNode cutBox(a->child("B")->child(0)->take());
+    const DetachedNode cutFolder(a->child("Cut")->take());
+    const DetachedNode copy(a->clone());
+    EXPECT_EQ(pathsBelow(*copy), (Names{"B", "Kept"}));
+    EXPECT_EQ(filesOf(*copy->project()), (Names{"B/bxlinfo", "Kept/box.bhx", "bxlinfo"}));
+    EXPECT_TRUE(library->projectModel().hasFile(q("A/B/Cut/box.bhx")));
+}
+
 TEST(NodeClone, OfADetachedNodeIsAnother)
 {
     const DetachedNode original(BoxLibraryNode::fromDescription(description("Box")));

@@ -269,6 +269,30 @@ TEST(NodeTaking, ADirtyLibraryStaysDirty)
     EXPECT_TRUE(library->isDirty());
 }
 
+// The old parent forwards the changes of a taken node, which must not go round in circles.
+TEST(NodeTaking, AFolderCanBeMovedIntoItsFormerChild)
+{
+    const Library library = open(project({{"A/B/", {}}, {"A/Box/box.bhx", boxFile()}}));
+    BoxLibraryNode* const a = library->boxRoot()->child(0);
+    BoxLibraryNode* const b = a->child("B");
+    library->boxRoot()->appendChild(b->take());
+    b->appendChild(a->take());
+    const QSignalSpy changes(b, &BoxLibraryNode::dataChanged);
+    a->child("Box")->setName("Renamed");
+    EXPECT_EQ(changes.count(), 1);
+}
+
+TEST(NodeTaking, AFolderCanBePutIntoItsFormerChildThatIsDetached)
+{
+    const Library library = open(project({{"A/B/C/", {}}, {"A/Box/box.bhx", boxFile()}}));
+    BoxLibraryNode* const a = library->boxRoot()->child(0);
+    const DetachedNode b(a->child("B")->take());
+    b->child("C")->appendChild(a->take());
+    const QSignalSpy changes(b.get(), &BoxLibraryNode::dataChanged);
+    a->child("Box")->setName("Renamed");
+    EXPECT_EQ(changes.count(), 1);
+}
+
 TEST(NodeTaking, ANodeWithoutAParentIsNotTaken)
 {
     const Library library = boxLibrary();

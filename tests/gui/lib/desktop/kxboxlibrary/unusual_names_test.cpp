@@ -16,9 +16,9 @@ class ReservedNames : public testing::TestWithParam<ReservedName>
 INSTANTIATE_TEST_SUITE_P(All, ReservedNames,
                          testing::Values(ReservedName{"bxlinfo", false},
                                          ReservedName{"translations", true},
-                                         ReservedName{".git", true}, ReservedName{".hg", true},
-                                         ReservedName{".svn", true},
-                                         ReservedName{".kxproject", true}));
+                                         ReservedName{".git", false}, ReservedName{".hg", false},
+                                         ReservedName{".svn", false},
+                                         ReservedName{".kxproject", false}));
 
 TEST_P(ReservedNames, CountAsTaken)
 {
@@ -36,6 +36,18 @@ TEST_P(ReservedNames, CountAsTaken)
     EXPECT_TRUE(library->projectModel().hasFile(box->path() + q("/box.bhx")));
     EXPECT_TRUE(library->projectModel().hasFile(inner->path() + q("/box.bhx")));
     EXPECT_EQ(contextsOf(*library, "fr"), Names{"Library:/" + name + " (2)"});
+}
+
+// Whatever a node is called, its files come along.
+TEST_P(ReservedNames, StayWithAFolderThatIsTakenOrCopied)
+{
+    const Library library = newLibrary();
+    BoxLibraryNode* const folder = library->boxRoot()->appendChild("Folder");
+    folder->appendChild(description(GetParam().name));
+    BoxLibraryNode* const copy = library->boxRoot()->appendChild(folder->clone());
+    DetachedNode taken(folder->take());
+    EXPECT_TRUE(taken->project()->hasFile(taken->child(0)->path() + q("/box.bhx")));
+    EXPECT_TRUE(library->projectModel().hasFile(copy->child(0)->path() + q("/box.bhx")));
 }
 
 // QString::fromUtf8() takes off one byte order mark, so a name with two would change each time.

@@ -119,8 +119,9 @@ public:
 
     /// Sets name and file name to what is asked for, without its number, or, when a sibling has
     /// that name, with the first free number from 2 on. Below a parent, names count as taken whose
-    /// files would meet others: the empty one (the parent's own directory), "bxlinfo", and at a
-    /// library's top "translations" and what cannot stand there (ProjectModel). Takes time that
+    /// files would meet others: the empty one (the parent's own directory), "bxlinfo", at a
+    /// library's top "translations", and, in every folder, since each can become the top of a
+    /// project by take() and clone(), what cannot stand there (ProjectModel). Takes time that
     /// does not depend on the number of siblings, once the first call has looked at all of them.
     /// Changes nothing else.
     void initName(const std::string& name);
@@ -223,7 +224,7 @@ public:
     /// This is half of a move or a cut: the files stay in the old project too, until something
     /// takes their place or they are removed, the old order file stays as it is, so do the
     /// messages, the library does not become dirty, and the old parent still forwards the node's
-    /// changes.
+    /// changes, until that comes below the node itself.
     BoxLibraryNode* take();
 
     /// Removes the node's directory, with all below it, from the project; of a node without a
@@ -291,6 +292,9 @@ private:
     void importResources(const BoxResourceList& resources);
     /// A project that has this node's files at its top.
     std::unique_ptr<pk::project::ProjectModel> copyFiles() const;
+    /// Removes from a copy of this node's files, at `prefix`, what was left of taken nodes in the
+    /// tree: loading would make nodes of it again.
+    void removeLeftFiles(pk::project::ProjectModel& copy, const QString& prefix) const;
     /// Removes what a node that was taken left at this child's place. Whether nothing is there
     /// then.
     bool clearPlace(pk::project::ProjectModel& model);
@@ -299,7 +303,10 @@ private:
 
     void attach(int index, BoxLibraryNode* child);
     void detach(BoxLibraryNode* child);
-    void forward(BoxLibraryNode* child) const;
+    /// Makes the changes of `child` changes of this node too.
+    void forward(BoxLibraryNode* child);
+    /// Null stands for those that are gone.
+    void stopForwarding(BoxLibraryNode* forwarder);
     /// Makes `child` a child of a name like `name`, with `fill` for its files; undone when that
     /// throws.
     void adopt(int index, BoxLibraryNode* child, const std::string& name,
@@ -313,6 +320,8 @@ private:
     std::string m_name;
     std::string m_fileName;
     QPointer<BoxLibraryNode> m_parent; // not owned; null once it is gone
+    // What forwards this node's changes: its parent, and those before take(). Not owned.
+    QList<QPointer<BoxLibraryNode>> m_forwarders;
     QList<BoxLibraryNode*> m_children;
     boost::shared_ptr<BoxData> m_boxData;
     // Null until a child needs a name. Then always the names of m_children.
