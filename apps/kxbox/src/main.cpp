@@ -26,7 +26,8 @@ enum ExitCode
 
 void complain(const std::string& text)
 {
-    std::fputs(("kxbox: " + printable(text) + "\n").c_str(), stderr);
+    // Where nothing can be complained to, the exit code is left to speak.
+    static_cast<void>(std::fputs(("kxbox: " + printable(text) + "\n").c_str(), stderr));
 }
 
 void print(const std::string& text)

@@ -83,9 +83,25 @@ std::string OpenLibrary::address(const BoxLibraryNode& node) const
     return node_address::format(names);
 }
 
+std::string OpenLibrary::reasonAgainst(const std::string& address, const BoxLibraryNode& folder,
+                                       const std::string& name,
+                                       const std::vector<BoxLibraryNode*>& found) const
+{
+    std::string reason;
+    if (!found.empty()) {
+        reason = "'" + address + "' is ambiguous: '" + found[0]->fileName() + "' and '";
+        reason += found[1]->fileName() + "' are both called '" + name;
+        return reason + "' (--file-names tells them apart)";
+    }
+    reason = "no node '" + address + "': ";
+    reason += folder.parent() == nullptr ? "the library" : "'" + this->address(folder) + "'";
+    reason +=
+        isFolder(folder) ? " has no '" + name + "'" : " is a box, which has no nodes below it";
+    return reason;
+}
+
 BoxLibraryNode& OpenLibrary::node(const std::string& address) const
 {
-    const std::string subject = m_path + ": no node '" + address + "': ";
     BoxLibraryNode* at = m_library->boxRoot();
     for (const std::string& name : node_address::parse(address)) {
         std::vector<BoxLibraryNode*> found;
@@ -94,17 +110,8 @@ BoxLibraryNode& OpenLibrary::node(const std::string& address) const
                 found.push_back(child);
             }
         }
-        if (found.size() > 1) {
-            throw Failure(m_path + ": '" + address + "' is ambiguous: '" + found[0]->fileName() +
-                          "' and '" + found[1]->fileName() + "' are both called '" + name +
-                          "' (--file-names tells them apart)");
-        }
-        if (found.empty()) {
-            const std::string place =
-                at->parent() == nullptr ? "the library" : "'" + this->address(*at) + "'";
-            throw Failure(subject + place +
-                          (isFolder(*at) ? " has no '" + name + "'"
-                                         : " is a box, which has no nodes below it"));
+        if (found.size() != 1) {
+            throw Failure(m_path + ": " + reasonAgainst(address, *at, name, found));
         }
         at = found.front();
     }

@@ -80,6 +80,10 @@ public:
 
 private:
     std::string nameOf(const KX::BoxLibraryNode& node) const;
+    /// Why there is no one node for an address, of which `found` are those called `name`.
+    std::string reasonAgainst(const std::string& address, const KX::BoxLibraryNode& folder,
+                              const std::string& name,
+                              const std::vector<KX::BoxLibraryNode*>& found) const;
 
     std::string m_path;
     Progress& m_progress;

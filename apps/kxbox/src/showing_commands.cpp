@@ -306,8 +306,14 @@ std::string messagesText(const Json& messages)
         }
         for (const Json& message : list) {
             const std::string state = textOf(message["state"]);
-            text += "  " + textOf(message["source"]) + "\n    ";
-            text += state == "finished" ? "" : "(" + state + ") ";
+            text += "  ";
+            text += textOf(message["source"]);
+            text += "\n    ";
+            if (state != "finished") {
+                text += "(";
+                text += state;
+                text += ") ";
+            }
             text += message.contains("translation") ? textOf(message["translation"])
                                                     : joinedForms(message["translations"]);
             text.erase(text.find_last_not_of(' ') + 1);
