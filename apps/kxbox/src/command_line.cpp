@@ -38,6 +38,11 @@ std::string hint(const std::string& command)
     return " (see 'kxbox" + command + " --help')";
 }
 
+std::string noCommand(const std::string& name)
+{
+    return "no command '" + name + "'";
+}
+
 } // namespace
 
 OpenLibrary& Session::library()
@@ -129,7 +134,7 @@ std::string CommandLine::commandOf(const std::vector<std::string>& words) const
             std::find_if(commands.begin(), commands.end(),
                          [&name](const CLI::App* known) { return known->get_name() == name; });
         if (found == commands.end()) {
-            throw UsageError("no command '" + name + "'" + end);
+            throw UsageError(noCommand(name).append(end));
         }
         app = *found;
         command += " " + name;

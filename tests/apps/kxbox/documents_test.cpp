@@ -116,7 +116,8 @@ protected:
             const std::string page = run({command, "--help"}).out;
             const std::vector<std::string> below = commandsIn(page);
             for (const std::string& subcommand : below) {
-                pages[command + " " + subcommand] = run({command, subcommand, "--help"}).out;
+                const std::string name = std::string(command).append(" ").append(subcommand);
+                pages[name] = run({command, subcommand, "--help"}).out;
             }
             if (below.empty()) {
                 pages[command] = page;

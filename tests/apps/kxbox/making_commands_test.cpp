@@ -189,10 +189,8 @@ TEST_P(Making, MakesBoxesWithResources)
 TEST_F(MakingInADirectory, TakesABehaviourProjectsFileForABox)
 {
     make("lib");
-    EXPECT_EQ(run({"add-box", "lib", "/", "Blink", "--from",
-                   KXBOX_SAMPLE "/Lights & sounds/Blink/box.bhx"})
-                  .exitCode,
-              0);
+    const std::string file = std::string(KXBOX_SAMPLE) + "/Lights & sounds/Blink/box.bhx";
+    EXPECT_EQ(run({"add-box", "lib", "/", "Blink", "--from", file}).exitCode, 0);
     EXPECT_EQ(tree("lib"), "lib/\n└── Blink  [behaviour]\n");
 }
 

@@ -128,15 +128,15 @@ TEST_P(LibrariesInBothForms, ThatCannotBeWrittenStayAsTheyAre)
     const Files before = filesOf(path("d/lib"));
     const ReadOnly readOnly(path("d"));
     EXPECT_EQ(runUnprivileged({"tree", "d/lib", "Logic"}).exitCode, 0);
+    const std::string place = path("d").toStdString();
+    const std::string error =
+        "kxbox: " + (GetParam() == Form::Archive ? "d/lib: it is read-only\n"
+                                                 : place + "/lib: it can't be saved: " + place +
+                                                       "/.lib.kxlock: Permission denied\n");
     for (const Words& words :
          {Words{"rename", "d/lib", "Motion", "M"}, Words{"remove", "d/lib", "Motion"},
           Words{"copy", "d/lib", "Motion", "--into", "d/lib"}}) {
-        const std::string place = path("d").toStdString();
-        const std::string error =
-            GetParam() == Form::Archive
-                ? "d/lib: it is read-only"
-                : place + "/lib: it can't be saved: " + place + "/.lib.kxlock: Permission denied";
-        EXPECT_EQ(runUnprivileged(words), (Ending{3, "", "kxbox: " + error + "\n"}));
+        EXPECT_EQ(runUnprivileged(words), (Ending{3, "", error}));
         EXPECT_EQ(filesOf(path("d/lib")), before);
     }
     EXPECT_NE(runUnprivileged({"info", "d/lib"}).out.find("read-only   yes\n"), std::string::npos);

@@ -37,26 +37,25 @@ const std::string a_long(255, 'n');
 
 INSTANTIATE_TEST_SUITE_P(
     , NodeNames,
-    testing::Values(
-        NameCase{"Walk", true, true}, NameCase{"Walk (2)", true, true}, NameCase{" ", true, true},
-        NameCase{"..", true, true}, NameCase{"a/b", true, true}, NameCase{"Olé!", true, true},
-        NameCase{"translations", true, false}, NameCase{"Translations", true, false},
-        NameCase{"Translations (2)", true, false}, NameCase{"translation", true, true},
-        NameCase{"bxlinfo", false, false}, NameCase{"BXLINFO", false, false},
-        NameCase{"box.bhx", false, false}, NameCase{"box.bhx (2)", false, false},
-        NameCase{"behavior.bhx", false, false}, NameCase{".metadata", false, false},
-        NameCase{".git", false, false}, NameCase{".hg", false, false},
-        NameCase{".svn", false, false}, NameCase{"git", true, true},
-        NameCase{".kxproject", false, false}, NameCase{".a.kxlock", false, false},
-        NameCase{".a.kxjournal", false, false}, NameCase{".a.kxnew", false, false},
-        NameCase{".a.kxexport", false, false}, NameCase{"a.kxlock", true, true},
-        NameCase{"", false, false}, NameCase{"a\nb", false, false}, NameCase{"a\x1f", false, false},
-        NameCase{std::string("a\0", 2), false, false}, NameCase{"a\xc2\x85", false, false},
-        NameCase{"\xe2\x80\xae"
-                 "a",
-                 false, false},
-        NameCase{a_long, true, true}, NameCase{a_long + "n", false, false},
-        NameCase{std::string(85, '?'), true, true}, NameCase{std::string(86, '?'), false, false}));
+    testing::Values(NameCase{"Walk", true, true}, NameCase{"Walk (2)", true, true},
+                    NameCase{" ", true, true}, NameCase{"..", true, true},
+                    NameCase{"a/b", true, true}, NameCase{"Olé!", true, true},
+                    NameCase{"translations", true, false}, NameCase{"Translations", true, false},
+                    NameCase{"Translations (2)", true, false}, NameCase{"translation", true, true},
+                    NameCase{"bxlinfo", false, false}, NameCase{"BXLINFO", false, false},
+                    NameCase{"box.bhx", false, false}, NameCase{"box.bhx (2)", false, false},
+                    NameCase{"behavior.bhx", false, false}, NameCase{".metadata", false, false},
+                    NameCase{".git", false, false}, NameCase{".hg", false, false},
+                    NameCase{".svn", false, false}, NameCase{"git", true, true},
+                    NameCase{".kxproject", false, false}, NameCase{".a.kxlock", false, false},
+                    NameCase{".a.kxjournal", false, false}, NameCase{".a.kxnew", false, false},
+                    NameCase{".a.kxexport", false, false}, NameCase{"a.kxlock", true, true},
+                    NameCase{"", false, false}, NameCase{"a\nb", false, false},
+                    NameCase{"a\x1f", false, false}, NameCase{std::string("a\0", 2), false, false},
+                    NameCase{"a\xc2\x85", false, false}, NameCase{"\xe2\x80\xa8", false, false},
+                    NameCase{a_long, true, true}, NameCase{a_long + "n", false, false},
+                    NameCase{std::string(85, '?'), true, true},
+                    NameCase{std::string(86, '?'), false, false}));
 
 TEST(ReservedNames, SayWhy)
 {

@@ -28,10 +28,11 @@ INSTANTIATE_TEST_SUITE_P(
                     PrintableCase{"\x1b[31m", "\\x1b[31m"}, PrintableCase{"\x7f", "\\x7f"},
                     PrintableCase{std::string("a\0b", 3), "a\\x00b"},
                     PrintableCase{"\xc2\x9b", "\\x9b"}, // CSI in one character
+                    // Writing backwards and isolating, with their ends.
                     PrintableCase{"\xe2\x80\xae"
-                                  "txt",
-                                  "\\x202etxt"}, // writes backwards
-                    PrintableCase{"\xe2\x81\xa6", "\\x2066"},
+                                  "txt\xe2\x80\xac",
+                                  "\\x202etxt\\x202c"},
+                    PrintableCase{"\xe2\x81\xa6\xe2\x81\xa9", "\\x2066\\x2069"},
                     PrintableCase{"\xe2\x80\xa8", "\\x2028"},
                     PrintableCase{"\xf0\x9f\xa4\x96", "\xf0\x9f\xa4\x96"}, // beyond 16 bits
                     PrintableCase{"a\xff"
