@@ -155,13 +155,13 @@ public:
     /// file's name) that throws AlreadyExists. The top directory's own mode is the target's. A
     /// target inside the project itself, or one that holds it, is refused (InvalidPath). When the
     /// target is the source and someone else changed it since it was opened, ConflictError lists
-    /// what changed. A name that leads out of an archive where "\" separates names or "C:" is a
-    /// drive ("..\a", "C:/a") is no error in a directory, but InvalidPath for an archive, and an
-    /// archive that the model could not open within its limits is LimitError. Throws FormatError
-    /// when an archive that is the source is damaged where it has to be read. Throws LockError when
-    /// another program is saving the target, IoError with path and reason for everything the
-    /// operating system refuses. After an error the target and the model are as before, and a later
-    /// save, there or elsewhere, works.
+    /// what changed. A name that leads out of an archive where backslashes separate names or "C:"
+    /// is a drive ("C:/a", or ".." and a backslash) is no error in a directory, but InvalidPath for
+    /// an archive, and an archive that the model could not open within its limits is LimitError.
+    /// Throws FormatError when an archive that is the source is damaged where it has to be read.
+    /// Throws LockError when another program is saving the target, IoError with path and reason for
+    /// everything the operating system refuses. After an error the target and the model are as
+    /// before, and a later save, there or elsewhere, works.
     ///
     /// Saving to the source directory costs in proportion to what was changed since the last save;
     /// files whose bytes are as before are not touched. Saving to the source archive copies
