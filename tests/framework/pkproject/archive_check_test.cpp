@@ -1,0 +1,147 @@
+#include "archive_check.hpp"
+#include "raw_zip.hpp"
+#include "support.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <fcntl.h>
+
+namespace pk::project::test {
+
+namespace {
+
+class ArchiveCheck : public testing::Test
+{
+protected:
+    void check(const std::string& bytes, const ArchiveLimits& limits = {}) const
+    {
+        const QString path = m_directory.path("a.zip");
+        putLocal(path, QByteArray::fromStdString(bytes));
+        const std::string name = path.toStdString();
+        checkArchive(openPath(name, O_RDONLY), name, limits);
+    }
+
+    bool isRefused(const std::string& bytes) const
+    {
+        try {
+            check(bytes);
+        } catch (const Error&) {
+            return true;
+        }
+        return false;
+    }
+
+    TemporaryDirectory m_directory;
+};
+
+// With all that makes a header longer: extra fields, directories, packed bytes.
+RawZip ordinary()
+{
+    RawEntry withFields = stored("a/b", "bytes");
+    withFields.fields = extraField(0x5455, "times");
+    withFields.localFields = extraField(0x5455, "more times");
+    RawZip zip{stored("a/", ""), withFields};
+    zip.add(packedTo("c", deflated(QByteArray(1000, 'c')), 1000));
+    return zip;
+}
+
+} // namespace
+
+TEST_F(ArchiveCheck, PassesOrdinaryArchives)
+{
+    EXPECT_NO_THROW(check(RawZip().bytes()));
+    EXPECT_NO_THROW(check(ordinary().bytes()));
+    EXPECT_NO_THROW(check(ordinary().bigBytes()));
+}
+
+TEST_F(ArchiveCheck, RefusesEveryArchiveThatIsCutOffSomewhere)
+{
+    for (const std::string& bytes : {ordinary().bytes(), ordinary().bigBytes()}) {
+        for (std::size_t size = 0; size < bytes.size(); ++size) {
+            EXPECT_TRUE(isRefused(bytes.substr(0, size))) << size << " of " << bytes.size();
+        }
+    }
+}
+
+TEST_F(ArchiveCheck, RefusesEveryArchiveThatLacksAByteSomewhere)
+{
+    const std::string bytes = ordinary().bytes();
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        EXPECT_TRUE(isRefused(bytes.substr(0, at) + bytes.substr(at + 1))) << at;
+    }
+}
+
+TEST_F(ArchiveCheck, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
+{
+    const std::string bytes = ordinary().bigBytes();
+    int refused = 0;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        for (const int change : {0x01, 0x80, 0xff}) {
+            std::string changed = bytes;
+            changed[at] = static_cast<char>(changed[at] ^ change);
+            refused += isRefused(changed) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
+TEST_F(ArchiveCheck, CountsEntriesAndDirectoryBytesUpToTheLimits)
+{
+    const RawZip zip = ordinary();
+    ArchiveLimits limits;
+    limits.entries = zip.count;
+    limits.directoryBytes = zip.directory.size();
+    EXPECT_NO_THROW(check(zip.bytes(), limits));
+
+    ArchiveLimits fewer = limits;
+    --fewer.entries;
+    EXPECT_THROW(check(zip.bytes(), fewer), LimitError);
+    EXPECT_THROW(check(zip.bigBytes(), fewer), LimitError);
+
+    ArchiveLimits shorter = limits;
+    --shorter.directoryBytes;
+    EXPECT_THROW(check(zip.bytes(), shorter), LimitError);
+    EXPECT_THROW(check(zip.bigBytes(), shorter), LimitError);
+}
+
+TEST_F(ArchiveCheck, NamesTheArchiveAndTheEntry)
+{
+    RawZip zip = ordinary();
+    RawEntry shorter = stored("shorter", "bytes");
+    shorter.bytes = 4;
+    zip.add(shorter);
+    EXPECT_EQ(messageOf<FormatError>([&] { check(zip.bytes()); }),
+              m_directory.path("a.zip").toStdString() +
+                  ": damaged archive: 'shorter' has not the size that it declares");
+}
+
+struct PathInArchive
+{
+    const char* path;
+    bool isPossible;
+};
+
+class ArchivePath : public testing::TestWithParam<PathInArchive>
+{
+};
+
+TEST_P(ArchivePath, StaysInsideOnEverySystem)
+{
+    EXPECT_EQ(isArchivePath(GetParam().path), GetParam().isPossible) << GetParam().path;
+}
+
+INSTANTIATE_TEST_SUITE_P(, ArchivePath,
+                         testing::Values(PathInArchive{"a", true}, PathInArchive{"a/b", true},
+                                         PathInArchive{"a\\b", true}, PathInArchive{"..a", true},
+                                         PathInArchive{"a..", true}, PathInArchive{"...", true},
+                                         PathInArchive{"a:", false}, PathInArchive{"a:b", true},
+                                         PathInArchive{"ab:/c", true}, PathInArchive{"1:/a", true},
+                                         PathInArchive{"C:/a", false},
+                                         PathInArchive{"c:\\a", false}, PathInArchive{"..", false},
+                                         PathInArchive{"..\\a", false},
+                                         PathInArchive{"a\\..\\b", false},
+                                         PathInArchive{"a/..\\b", false},
+                                         PathInArchive{"a\\..", false}, PathInArchive{"\\a", false},
+                                         PathInArchive{"\\", false}));
+
+} // namespace pk::project::test
