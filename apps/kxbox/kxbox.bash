@@ -10,8 +10,24 @@ _kxbox_options() {
     "$@" --help 2>/dev/null | grep -o -- '--[a-z-]*'
 }
 
+# The root, and the addresses of all nodes; "$3" is --file-names or nothing.
 _kxbox_nodes() {
-    "$1" find "$2" '' --in name 2>/dev/null | grep -v '^  '
+    echo /
+    "$1" find "$2" '' --in name ${3:+"$3"} 2>/dev/null | grep -v '^  '
+}
+
+# The words of the line up to the cursor, one a line. Readline takes names apart at colons.
+_kxbox_words() {
+    local word joined=
+    for word in "$@"; do
+        if [[ -n $joined && ($word == :* || $joined == *:) ]]; then
+            joined+=$word
+        else
+            [[ -z $joined ]] || printf '%s\n' "$joined"
+            joined=$word
+        fi
+    done
+    printf '%s\n' "$joined"
 }
 
 # What stands on the line before the cursor: the command, and its arguments that are no options.
@@ -50,11 +66,14 @@ _kxbox_library() {
 }
 
 _kxbox() {
-    local program=${COMP_WORDS[0]} current=${COMP_WORDS[COMP_CWORD]}
-    local previous=${COMP_WORDS[COMP_CWORD - 1]} command candidates candidate library
-    local -a before=("${COMP_WORDS[@]:1:COMP_CWORD-1}") call
+    local -a words
+    mapfile -t words < <(_kxbox_words "${COMP_WORDS[@]:0:COMP_CWORD+1}")
+    local program=${words[0]} current previous=${words[-2]}
+    local command candidates candidate library taken names=
+    local -a before=("${words[@]:1:${#words[@]}-2}") call
     COMPREPLY=()
-    current=$(_kxbox_unquoted "$current")
+    current=$(_kxbox_unquoted "${words[-1]}")
+    [[ " ${before[*]} " != *" --file-names "* ]] || names=--file-names
     call=("$program" "${before[0]}")
     command=${before[0]}
     before=("${before[@]:1}")
@@ -80,7 +99,7 @@ _kxbox() {
     elif [[ $previous == --@(into|from|resource) ]]; then
         return # files
     elif [[ $previous == --to ]]; then
-        candidates=$(_kxbox_nodes "$program" "$library")
+        candidates=$(_kxbox_nodes "$program" "$library" "$names")
     elif [[ $current == -* ]]; then
         candidates=$(_kxbox_options "${call[@]}")
     elif ((${#arguments[@]} == 0)); then
@@ -88,14 +107,16 @@ _kxbox() {
     elif [[ $command == @(remove|move|copy) ]] ||
         { [[ $command == @(tree|show|set|add-folder|add-box|rename|reorder|tr get|tr set) ]] &&
             ((${#arguments[@]} == 1)); }; then
-        candidates=$(_kxbox_nodes "$program" "$library")
+        candidates=$(_kxbox_nodes "$program" "$library" "$names")
     else
         return
     fi
     # Readline then quotes what has blanks, and shows only what follows the last slash.
     compopt -o filenames 2>/dev/null
+    # Of a word with colons it replaces what follows the last one.
+    taken=${current%"${current##*:}"}
     while IFS= read -r candidate; do
-        [[ -n $candidate && $candidate == "$current"* ]] && COMPREPLY+=("$candidate")
+        [[ -n $candidate && $candidate == "$current"* ]] && COMPREPLY+=("${candidate#"$taken"}")
     done <<<"$candidates"
 }
 

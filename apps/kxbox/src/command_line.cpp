@@ -25,8 +25,10 @@ const char* const a_footer =
 void requireUtf8(const std::vector<std::string>& words)
 {
     for (const std::string& word : words) {
-        if (QString::fromStdString(word).toStdString() != word &&
-            word.rfind("\xef\xbb\xbf", 0) != 0) { // QString drops a byte order mark
+        if (word.rfind("\xef\xbb\xbf", 0) == 0) { // QString drops it
+            throw UsageError("'" + word + "' begins with a byte order mark");
+        }
+        if (QString::fromStdString(word).toStdString() != word) {
             throw UsageError("'" + word + "' is not UTF-8");
         }
     }

@@ -149,6 +149,8 @@ TEST_F(CommandLineWords, AreUtf8)
     const std::string error = ": '\xef\xbf\xbd' is not UTF-8";
     EXPECT_EQ(shell("kxbox new \"$(printf '\\377')\"; kxbox new lib --title \"$(printf '\\377')\""),
               "kxbox" + error + "\nkxbox" + error + "\n");
+    EXPECT_EQ(shell("kxbox new \"$(printf '\\357\\273\\277lib')\""),
+              "kxbox: '\xef\xbb\xbflib' begins with a byte order mark\n");
     EXPECT_EQ(filesOf(path()), Files());
 }
 

@@ -202,7 +202,14 @@ TEST_F(Completion, OffersNodesOfTheLibraryOfTheLine)
     EXPECT_EQ(complete("kxbox move standard.bxl --at 3 Logic/Not --to Mo") + "\n",
               "Motion\n" + shell("kxbox find standard.bxl '' --in name | grep '^Motion/'") + "\n");
     make("other.bxl", Form::Directory, "add-folder / Mine\n");
-    EXPECT_EQ(complete("kxbox copy standard.bxl Logic --into other.bxl --to ''"), "Mine\n");
+    EXPECT_EQ(complete("kxbox copy standard.bxl Logic --into other.bxl --to ''"), "/\nMine\n");
+    EXPECT_EQ(complete(R"(kxbox show --file-names standard.bxl Logic/On\ %)"),
+              "Logic/On %2f off\n");
+    EXPECT_EQ(complete(R"(kxbox show standard.bxl Motion/Walking/Go\ t)"),
+              "Motion/Walking/Go to: x, y\n");
+    // As readline has it: the name in three words, of which the last is replaced.
+    EXPECT_EQ(complete(R"(kxbox show standard.bxl Motion/Walking/Go\ to : \ )"), " x, y\n");
+    EXPECT_EQ(complete(R"(kxbox show standard.bxl Motion/Walking/Go\ to :)"), " x, y\n");
     EXPECT_EQ(complete(R"(kxbox show standard.bxl Speech/Tell\ a)"), "Speech/Tell a story\n");
 }
 

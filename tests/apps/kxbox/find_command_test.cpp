@@ -5,18 +5,8 @@
 namespace kxbox::test {
 namespace {
 
-class Finding : public ToolInBothForms
+class Finding : public SampleInBothForms
 {
-protected:
-    void SetUp() override
-    {
-        copySample("lib", GetParam());
-        m_before = filesOf(path("lib"));
-    }
-    void TearDown() override { EXPECT_EQ(filesOf(path("lib")), m_before); }
-
-private:
-    Files m_before;
 };
 
 INSTANTIATE_TEST_SUITE_P(, Finding, testing::Values(Form::Directory, Form::Archive), nameOf);

@@ -81,18 +81,8 @@ TEST_P(Converting, ReplacesNothing)
                   run({"convert", "lib", "lib/x", "--format", "directory"}).error);
 }
 
-class Exporting : public ToolInBothForms
+class Exporting : public SampleInBothForms
 {
-protected:
-    void SetUp() override
-    {
-        copySample("lib", GetParam());
-        m_before = filesOf(path("lib"));
-    }
-    void TearDown() override { EXPECT_EQ(filesOf(path("lib")), m_before); }
-
-private:
-    Files m_before;
 };
 
 INSTANTIATE_TEST_SUITE_P(, Exporting, testing::Values(Form::Directory, Form::Archive), nameOf);

@@ -5,19 +5,8 @@
 namespace kxbox::test {
 namespace {
 
-/// The sample library, as "lib".
-class ShowingTheSample : public ToolInBothForms
+class ShowingTheSample : public SampleInBothForms
 {
-protected:
-    void SetUp() override
-    {
-        copySample("lib", GetParam());
-        m_before = filesOf(path("lib"));
-    }
-    void TearDown() override { EXPECT_EQ(filesOf(path("lib")), m_before); }
-
-private:
-    Files m_before;
 };
 
 INSTANTIATE_TEST_SUITE_P(, ShowingTheSample, testing::Values(Form::Directory, Form::Archive),

@@ -135,4 +135,19 @@ class ToolInBothForms : public ToolTest, public testing::WithParamInterface<Form
 {
 };
 
+/// The sample library, as "lib", which nothing that is tested may change.
+class SampleInBothForms : public ToolInBothForms
+{
+protected:
+    void SetUp() override
+    {
+        copySample("lib", GetParam());
+        m_before = filesOf(path("lib"));
+    }
+    void TearDown() override { EXPECT_EQ(filesOf(path("lib")), m_before); }
+
+private:
+    Files m_before;
+};
+
 } // namespace kxbox::test

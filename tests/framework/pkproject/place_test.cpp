@@ -77,8 +77,8 @@ TEST(Place, OfTheLongestNameHasNamesBesideIt)
 {
     const TemporaryDirectory directory;
     const std::string name(255, 'n');
-    const Place place = Place::of(s(directory.path(name.c_str())));
-    const Place other = Place::of(s(directory.path((name.substr(1) + "m").c_str())));
+    const Place place = Place::of(s(directory.path(name)));
+    const Place other = Place::of(s(directory.path(name.substr(1) + "m")));
     EXPECT_NE(place.lockFile(), other.lockFile());
     for (const std::string& path : {place.lockFile(), place.journal(), place.fresh()}) {
         EXPECT_LE(path.size() - place.parent.size() - 1, 255U) << path;

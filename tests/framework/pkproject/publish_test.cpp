@@ -40,7 +40,7 @@ protected:
     void build() const
     {
         const std::string name = std::string(".p.kxnew") + (GetParam().fresh + 1);
-        putLocal(m_directory.path(name.c_str()), "new");
+        putLocal(m_directory.path(name), "new");
     }
     bool isNew() const { return getLocal(m_directory.path(GetParam().fresh)) == "new"; }
 

@@ -149,7 +149,7 @@ private:
         const std::string path = anyPath();
         const std::string bytes = std::to_string(pick(4));
         if (m_reference.isDirectory(path) || m_reference.isBlocked(path)) {
-            EXPECT_THROW(m_model->writeFile(q(path.c_str()), QByteArray::fromStdString(bytes)),
+            EXPECT_THROW(m_model->writeFile(q(path), QByteArray::fromStdString(bytes)),
                          AlreadyExists);
             return;
         }
@@ -158,7 +158,7 @@ private:
         if (pick(2) == 0 && m_reference.isDirectory(above)) {
             putThroughStream(*m_model, path.c_str(), bytes);
         } else {
-            m_model->writeFile(q(path.c_str()), QByteArray::fromStdString(bytes));
+            m_model->writeFile(q(path), QByteArray::fromStdString(bytes));
         }
         m_reference.makeParent(path);
         m_reference.tree[path] = bytes;
@@ -169,8 +169,8 @@ private:
         const std::string path = anyExisting();
         if (m_reference.isFile(path)) {
             const std::string bytes = m_reference.tree[path];
-            m_model->remove(q(path.c_str()));
-            m_model->writeFile(q(path.c_str()), QByteArray::fromStdString(bytes));
+            m_model->remove(q(path));
+            m_model->writeFile(q(path), QByteArray::fromStdString(bytes));
         }
     }
 
@@ -178,17 +178,17 @@ private:
     {
         const std::string path = anyPath();
         if (m_reference.isFile(path) || m_reference.isBlocked(path)) {
-            EXPECT_THROW(m_model->mkdir(q(path.c_str()), true), AlreadyExists);
+            EXPECT_THROW(m_model->mkdir(q(path), true), AlreadyExists);
             return;
         }
-        m_model->mkdir(q(path.c_str()), true);
+        m_model->mkdir(q(path), true);
         m_reference.makeDirectory(path);
     }
 
     void remove()
     {
         const std::string path = pick(12) == 0 ? std::string() : anyExisting();
-        m_model->remove(q(path.c_str()));
+        m_model->remove(q(path));
         m_reference.remove(path);
     }
 
@@ -204,10 +204,10 @@ private:
             return;
         }
         if (inside || m_reference.isBlocked(to) || (exists && !overwrite)) {
-            EXPECT_THROW(m_model->move(q(from.c_str()), q(to.c_str()), overwrite), Error);
+            EXPECT_THROW(m_model->move(q(from), q(to), overwrite), Error);
             return;
         }
-        m_model->move(q(from.c_str()), q(to.c_str()), overwrite);
+        m_model->move(q(from), q(to), overwrite);
         const Tree content = m_reference.below(from);
         m_reference.remove(from);
         m_reference.remove(to);
@@ -242,10 +242,10 @@ private:
             return;
         }
         if (!canMerge(content, to)) {
-            EXPECT_THROW(m_model->importFile(source, q(from.c_str()), q(to.c_str()), true), Error);
+            EXPECT_THROW(m_model->importFile(source, q(from), q(to), true), Error);
             return;
         }
-        m_model->importFile(source, q(from.c_str()), q(to.c_str()), true);
+        m_model->importFile(source, q(from), q(to), true);
         m_reference.makeParent(to);
         m_reference.put(to, content);
     }
@@ -262,7 +262,7 @@ private:
     {
         const std::string from = anyExisting();
         ProjectModel other;
-        other.importFile(*m_model, q(from.c_str()), q("x"), true);
+        other.importFile(*m_model, q(from), q("x"), true);
         const Tree content = m_reference.below(from);
         if (m_reference.tree.size() < 200) {
             importFrom(other, content, "x");

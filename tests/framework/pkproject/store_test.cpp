@@ -48,16 +48,16 @@ TEST_P(BothForms, NamePathAndReasonOfATargetThatCanNotBeWritten)
     ProjectModel model = make();
     model.writeFile(q("a"), "edited");
     const Tree before = treeOf(model);
-    for (const QString& target : {m_directory.path("missing/p"), q("/proc/p"),
-                                  m_directory.path(std::string(300, 'n').c_str()),
-                                  m_directory.path(std::string(5000, 'n').c_str())}) {
+    for (const QString& target :
+         {m_directory.path("missing/p"), q("/proc/p"), m_directory.path(std::string(300, 'n')),
+          m_directory.path(std::string(5000, 'n'))}) {
         const std::string message = messageOf<IoError>([&] { model.save(target, form(), true); });
         EXPECT_NE(message.find(target.toStdString()), std::string::npos) << message;
         EXPECT_EQ(treeOf(model), before);
         EXPECT_EQ(model.getSourcePath(), path());
     }
     EXPECT_NE(messageOf<IoError>([&] {
-                  model.save(m_directory.path(std::string(300, 'n').c_str()), form(), true);
+                  model.save(m_directory.path(std::string(300, 'n')), form(), true);
               }).find("File name too long"),
               std::string::npos);
     model.save(m_directory.path("elsewhere"), form(), true);
@@ -67,10 +67,10 @@ TEST_P(BothForms, NamePathAndReasonOfATargetThatCanNotBeWritten)
 TEST_P(BothForms, TakeTheLongestNameThatTheFileSystemTakes)
 {
     ProjectModel model = make();
-    model.writeFile(q(std::string(255, 'f').c_str()), "1");
-    model.save(m_directory.path(std::string(255, 'p').c_str()), form(), true);
+    model.writeFile(q(std::string(255, 'f')), "1");
+    model.save(m_directory.path(std::string(255, 'p')), form(), true);
     saveInPlace(model);
-    EXPECT_EQ(treeOf(ProjectModel(m_directory.path(std::string(255, 'p').c_str()))), treeOf(model));
+    EXPECT_EQ(treeOf(ProjectModel(m_directory.path(std::string(255, 'p')))), treeOf(model));
 }
 
 TEST_P(BothForms, SurviveAFullDiskAtEveryPoint)
