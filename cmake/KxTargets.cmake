@@ -104,12 +104,16 @@ function(kx_add_benchmark name)
   target_link_libraries(${name}_bench PRIVATE ${arg_LINK} benchmark::benchmark_main)
 endfunction()
 
-# kx_add_fuzz_target(NAME SOURCES ... [LINK ...])
+# kx_add_fuzz_target(NAME SOURCES ... [LINK ...] [MUTATIONS n])
 #
 # With KX_FUZZ a libFuzzer program; without it the same entry point behind a small driver that runs
-# the corpus and a fixed number of mutations of it, as a test of the suite.
+# the corpus and a fixed number of mutations of it, as a test of the suite: fewer where an input
+# costs much.
 function(kx_add_fuzz_target name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(arg "" "MUTATIONS" "SOURCES;LINK" ${ARGN})
+  if(NOT arg_MUTATIONS)
+    set(arg_MUTATIONS 50000)
+  endif()
   set(corpus "${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name}")
   add_executable(${name}_fuzz ${arg_SOURCES})
   target_link_libraries(${name}_fuzz PRIVATE ${arg_LINK})
@@ -117,6 +121,6 @@ function(kx_add_fuzz_target name)
     target_link_options(${name}_fuzz PRIVATE -fsanitize=fuzzer)
   else()
     target_sources(${name}_fuzz PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/driver.cpp")
-    add_test(NAME fuzz_${name} COMMAND ${name}_fuzz "${corpus}")
+    add_test(NAME fuzz_${name} COMMAND ${name}_fuzz ${arg_MUTATIONS} "${corpus}")
   endif()
 endfunction()

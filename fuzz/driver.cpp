@@ -1,5 +1,6 @@
-// Runs a fuzz target without libFuzzer, as a test: every file of the corpus directories given as
-// arguments, then mutations of them that are the same in every run.
+// Runs a fuzz target without libFuzzer, as a test: every file of the corpus directories, then
+// mutations of them that are the same in every run. Arguments: the number of mutations,
+// directories.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +23,6 @@ namespace fs = std::filesystem;
 using Input = std::vector<std::uint8_t>;
 using Random = std::mt19937;
 
-constexpr int a_mutationCount = 50000;
 constexpr std::size_t a_largestInput = 16384;
 
 Input read(const fs::path& path)
@@ -110,14 +110,14 @@ Input mutate(const std::vector<Input>& corpus, Random& random)
     return input;
 }
 
-void run(const std::vector<Input>& corpus)
+void run(const std::vector<Input>& corpus, int mutationCount)
 {
     for (const Input& input : corpus) {
         LLVMFuzzerTestOneInput(input.data(), input.size());
     }
     // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): the same mutations in every run
     Random random(1);
-    for (int i = 0; i < a_mutationCount; ++i) {
+    for (int i = 0; i < mutationCount; ++i) {
         const Input input = mutate(corpus, random);
         LLVMFuzzerTestOneInput(input.data(), input.size());
     }
@@ -128,12 +128,16 @@ void run(const std::vector<Input>& corpus)
 int main(int argc, char** argv)
 {
     try {
-        const std::vector<Input> corpus = readCorpus({argv + 1, argv + argc});
-        if (corpus.empty()) {
-            throw std::runtime_error("no corpus: give its directories as arguments");
+        if (argc < 3) {
+            throw std::runtime_error("give a number of mutations and corpus directories");
         }
-        run(corpus);
-        std::cout << "ran " << corpus.size() << " files and " << a_mutationCount
+        const int mutationCount = std::stoi(argv[1]);
+        const std::vector<Input> corpus = readCorpus({argv + 2, argv + argc});
+        if (corpus.empty()) {
+            throw std::runtime_error("there is nothing in the corpus");
+        }
+        run(corpus, mutationCount);
+        std::cout << "ran " << corpus.size() << " files and " << mutationCount
                   << " mutations of them\n";
         return 0;
     } catch (const std::exception& error) {

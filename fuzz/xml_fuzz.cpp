@@ -1,52 +1,18 @@
 // Whatever loads is saved, loads again and saves to the same bytes, as the file's own view of it
 // and as objects; and nothing that does not load does harm.
-#include <kx/xml_document.hpp>
+#include "require.hpp"
+#include "xml_bytes.hpp"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <string>
 
+using fuzz::DocumentPtr;
+using fuzz::load;
+using fuzz::require;
+using fuzz::save;
+
 namespace {
-
-using DocumentPtr = boost::shared_ptr<KX::XmlDocument>;
-using FilePtr = std::unique_ptr<FILE, int (*)(FILE*)>;
-
-void require(bool holds, const char* property)
-{
-    if (!holds) {
-        std::fputs("does not hold: ", stderr); // NOLINT(cert-err33-c): about to abort
-        std::fputs(property, stderr);          // NOLINT(cert-err33-c): about to abort
-        std::abort();
-    }
-}
-
-DocumentPtr load(const char* bytes, std::size_t size)
-{
-    // fmemopen refuses an empty buffer; a document of one space is refused for the same reason.
-    std::string copy = size == 0 ? " " : std::string(bytes, size);
-    const FilePtr stream(fmemopen(copy.data(), copy.size(), "rb"), &std::fclose);
-    require(stream != nullptr, "a stream over memory opens");
-    std::string error;
-    DocumentPtr document = KX::XmlDocument::loadFromXmlFile(stream.get(), &error, nullptr);
-    require((document == nullptr) != error.empty(), "an error goes with a refusal");
-    return document;
-}
-
-std::string save(const KX::XmlDocument& document)
-{
-    char* bytes = nullptr;
-    std::size_t size = 0;
-    FilePtr stream(open_memstream(&bytes, &size), &std::fclose);
-    require(stream != nullptr, "a stream into memory opens");
-    require(document.saveToXmlFile(stream.get(), nullptr, nullptr), "what was loaded is saved");
-    stream.reset();
-    std::string saved(bytes, size);
-    std::free(bytes); // NOLINT(cppcoreguidelines-no-malloc): open_memstream gives it that way
-    return saved;
-}
 
 // Depth is bounded by the reader.
 void visit(const KX::XmlElement& element)

@@ -1,0 +1,1 @@
+<TS language="../x:/%41."><context><name>Library:/A</name><message><source>on</source><translation>an</translation></message></context><context><name>Library:/A</name><message><source>on</source><translation></translation></message></context></TS>
