@@ -108,7 +108,21 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
         throw IoError(text + ": a save of it was interrupted and can't be completed, because the "
                              "directory above can't be written");
     }
+    const std::int64_t time = Base::now();
     load(place);
+    m_log.restart(base(time));
+}
+
+// What the source is known to be.
+Base Store::base(std::int64_t time) const
+{
+    const Place* const place = m_contents.place();
+    if (place == nullptr) {
+        return {};
+    }
+    return {place->path,
+            m_contents.directory ? m_contents.directory->stamp() : m_contents.archive->stamp(),
+            time};
 }
 
 void Store::load(const Place& place)
@@ -172,7 +186,7 @@ FILE* Store::openToWrite(const ProjectPath& path, const std::string& mode)
     FILE* const stream = std::fopen(staged->path().c_str(), (mode + "e").c_str());
     if (stream != nullptr) {
         staged->unseal();
-        m_index->putFile(*directory, path.back(), std::move(staged));
+        apply({putEdit(path, std::move(staged))});
     }
     return stream;
 }
@@ -200,7 +214,66 @@ void Store::write(const ProjectPath& path, const QByteArray& bytes)
     }
     auto staged = m_contents.staging()->write(path.back(), bytes.constData(),
                                               static_cast<std::size_t>(bytes.size()));
-    m_index->putFile(directoryFor(path), path.back(), std::move(staged));
+    apply({putEdit(path, std::move(staged))});
+}
+
+void Store::makeDirectory(const ProjectPath& path, bool recursive)
+{
+    if (!recursive && path.size() > 1) {
+        m_index->get(above(path));
+    }
+    apply({Edit(EditKind::MakeDirectory, path)});
+}
+
+void Store::remove(const ProjectPath& path)
+{
+    apply({Edit(EditKind::Remove, path)});
+}
+
+void Store::setMetadata(const QString& key, const QString& value)
+{
+    Edit edit(EditKind::SetMetadata, {});
+    edit.key = key;
+    edit.value = value;
+    apply({std::move(edit)});
+}
+
+void Store::apply(std::vector<Edit> edits)
+{
+    for (Edit& edit : edits) {
+        apply(edit);
+    }
+    m_log.append(edits);
+}
+
+// Makes an edit, which gets the mode that came of it.
+void Store::apply(Edit& edit)
+{
+    switch (edit.kind) {
+    case EditKind::MakeDirectory:
+        edit.mode = m_index->makeDirectories(edit.path, edit.mode).mode;
+        break;
+    case EditKind::PutFile:
+        requireName(edit.path);
+        edit.mode =
+            m_index->putFile(directoryFor(edit.path), edit.path.back(), edit.staged, edit.mode)
+                .mode;
+        break;
+    case EditKind::PutCopy:
+        requireName(edit.path);
+        m_index->putCopy(directoryFor(edit.path), edit.path.back(), *edit.original,
+                         edit.mode.value_or(edit.original->mode));
+        break;
+    case EditKind::Move:
+        applyMove(edit.path, edit.to);
+        break;
+    case EditKind::Remove:
+        m_index->remove(m_index->get(edit.path));
+        break;
+    case EditKind::SetMetadata:
+        setMetadataValue(m_metadata, edit.key, edit.value);
+        break;
+    }
 }
 
 std::string Store::localPath(const ProjectPath& path)
@@ -214,12 +287,24 @@ std::string Store::localPath(const ProjectPath& path)
 
 void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)
 {
-    requireName(from);
-    requireName(to);
-    Entry& entry = m_index->get(from);
+    checkMove(from, to);
     if (from == to) {
         return;
     }
+    if (!overwrite && m_index->find(to) != nullptr) {
+        throw AlreadyExists("'" + joinPath(to) + "': it exists already");
+    }
+    Edit edit(EditKind::Move, from);
+    edit.to = to;
+    apply({std::move(edit)});
+}
+
+// Throws unless there is something that can be moved.
+void Store::checkMove(const ProjectPath& from, const ProjectPath& to) const
+{
+    requireName(from);
+    requireName(to);
+    m_index->get(from);
     if (to.size() > from.size() && std::equal(from.begin(), from.end(), to.begin())) {
         throw InvalidPath("'" + joinPath(from) + "': it can't be moved into itself, to '" +
                           joinPath(to) + "'");
@@ -227,12 +312,17 @@ void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)
     if (from.size() > to.size() && std::equal(to.begin(), to.end(), from.begin())) {
         throw InvalidPath("'" + joinPath(to) + "': it can't be replaced by what it holds");
     }
-    Entry* const old = m_index->find(to);
-    if (old != nullptr && !overwrite) {
-        throw AlreadyExists("'" + joinPath(to) + "': it exists already");
+}
+
+void Store::applyMove(const ProjectPath& from, const ProjectPath& to)
+{
+    checkMove(from, to);
+    if (from == to) {
+        return;
     }
+    Entry& entry = m_index->get(from);
     Entry& directory = directoryFor(to);
-    if (old != nullptr) {
+    if (Entry* const old = Index::child(directory, to.back())) {
         m_index->remove(*old);
     }
     m_index->move(entry, directory, to.back());
@@ -252,32 +342,22 @@ void Store::import(Store& source, const ProjectPath& from, const ProjectPath& to
         items.erase(std::remove_if(items.begin(), items.end(), leaveOut), items.end());
     }
     checkImport(items, to);
-    // All that can fail comes first, and nothing below is read from entries that it may replace.
-    struct Bytes
-    {
-        std::shared_ptr<StagedFile> staged;
-        const Entry* original;
-    };
-    std::vector<Bytes> bytes;
-    bytes.reserve(items.size());
+    // All that can fail comes first, and nothing is read from entries that are replaced.
+    std::vector<Edit> edits;
+    edits.reserve(items.size());
     for (const Item& item : items) {
-        const Entry* const original =
-            &source == this && !item.isDirectory ? originalInSource(*item.entry) : nullptr;
-        const bool isShared = !item.isDirectory && original == nullptr;
-        bytes.push_back(
-            {isShared ? source.m_contents.share(*item.entry, *m_contents.staging()) : nullptr,
-             original});
-    }
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        const ProjectPath path = below(to, items[i].path);
-        if (items[i].isDirectory) {
-            m_index->makeDirectories(path, items[i].mode);
-        } else if (bytes[i].original != nullptr) {
-            m_index->putCopy(directoryFor(path), path.back(), *bytes[i].original, items[i].mode);
-        } else {
-            m_index->putFile(directoryFor(path), path.back(), bytes[i].staged, items[i].mode);
+        Edit edit(EditKind::MakeDirectory, below(to, item.path));
+        edit.mode = item.mode;
+        if (!item.isDirectory) {
+            edit.original = &source == this ? originalInSource(*item.entry) : nullptr;
+            edit.kind = edit.original != nullptr ? EditKind::PutCopy : EditKind::PutFile;
         }
+        if (edit.kind == EditKind::PutFile) {
+            edit.staged = source.m_contents.share(*item.entry, *m_contents.staging());
+        }
+        edits.push_back(std::move(edit));
     }
+    apply(std::move(edits));
 }
 
 void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool recursive)
@@ -378,11 +458,32 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
     }
     m_sourcePath = target.path;
     m_savedMetadata = m_metadata;
+    restartLog();
+}
+
+// Nothing is unsaved, except what is written to streams that are still open.
+void Store::restartLog()
+{
+    m_log.restart(base(Base::now()));
+    std::vector<Edit> edits;
+    for (Entry* const entry : m_index->touched()) {
+        edits.push_back(putEdit(parsePath(textOf(Index::path(*entry))), entry->staged()));
+    }
+    if (!edits.empty()) {
+        m_log.append(edits);
+    }
+}
+
+Edit Store::putEdit(const ProjectPath& path, std::shared_ptr<StagedFile> staged)
+{
+    Edit edit(EditKind::PutFile, path);
+    edit.staged = std::move(staged);
+    return edit;
 }
 
 // Brings the source back to what the index knows when an earlier save could neither be done nor
 // undone.
-void Store::undoUnfinished() const
+void Store::undoUnfinished()
 {
     if (m_contents.directory && m_contents.directory->unfinished()) {
         const Place& place = m_contents.directory->place();
@@ -390,6 +491,7 @@ void Store::undoUnfinished() const
         JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
         m_contents.directory->setUnfinished({});
         m_contents.directory->remember();
+        m_log.confirm(base(Base::now()));
     }
 }
 
@@ -434,7 +536,8 @@ void Store::saveDirectory(const Target& target)
 {
     const bool overDirectory = target.existing && S_ISDIR(target.existing->st_mode);
     if (target.isSource && m_contents.directory) {
-        saveInPlace(*m_index, m_contents, m_metadata != m_savedMetadata ? &m_metadata : nullptr);
+        saveInPlace(*m_index, m_contents, m_metadata != m_savedMetadata ? &m_metadata : nullptr,
+                    m_log);
         return;
     }
     if (overDirectory && holdsRepository(target.place.path)) {
@@ -450,7 +553,7 @@ void Store::saveDirectory(const Target& target)
     auto source = std::make_unique<DirectorySource>(target.place,
                                                     openPath(fresh.path(), O_RDONLY | O_DIRECTORY));
     source->setSize(save.size());
-    fresh.publish(target.existing);
+    publish(fresh, target);
     save.adopt();
     adopt(std::move(source), nullptr);
 }
@@ -480,9 +583,16 @@ void Store::saveArchive(const Target& target)
     // Nothing takes the place of a project that could not be opened afterwards.
     Index saved;
     source->load(saved);
-    fresh.publish(target.existing);
+    publish(fresh, target);
     save.adopt(*source);
     adopt(nullptr, std::move(source));
+}
+
+void Store::publish(FreshPlace& fresh, const Target& target)
+{
+    const struct stat built = statOf(openPath(fresh.path(), O_PATH));
+    m_log.saving({{target.place.path, built.st_ino, true}});
+    fresh.publish(target.existing);
 }
 
 // A version-controlled directory stays where it is: what is in it becomes this project.
@@ -496,11 +606,13 @@ void Store::saveOverRepository(const Target& target)
         }
     }
     Store other;
+    other.m_log.stop();
+    other.m_contents.setStaging(m_contents.staging());
     other.load(target.place);
     other.m_index->remove(other.m_index->root());
     other.import(*this, {}, {}, true);
     saveInPlace(*other.m_index, other.m_contents,
-                m_metadata != other.m_savedMetadata ? &m_metadata : nullptr);
+                m_metadata != other.m_savedMetadata ? &m_metadata : nullptr, m_log);
     for (auto& file : stillWritten) {
         other.m_index->putFile(other.directoryFor(file.first), file.first.back(), file.second);
     }
