@@ -1,12 +1,10 @@
+#include "place.hpp"
 #include "project_path.hpp"
 #include "recovery.hpp"
 #include "store.hpp"
 #include "warn.hpp"
 
 #include <pk/project/project_model.hpp>
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <vector>
@@ -154,7 +152,7 @@ void ProjectModel::exportFile(const QString& from, const QString& localPath, boo
         throw InvalidPath("'" + localPath.section(QChar(0), 0, 0).toStdString() +
                           "': it is no path to export to");
     }
-    const QString absolute = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath());
+    const QString absolute = absolutePath(localPath);
     m_store->exportTo(parsePath(from), absolute.toStdString(), recursive);
 }
 

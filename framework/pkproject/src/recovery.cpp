@@ -9,7 +9,6 @@
 #include <pk/project/error.hpp>
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -258,8 +257,7 @@ QList<UnsavedWork> findUnsavedWork(const QString& path)
 {
     std::string project;
     if (!path.isEmpty()) {
-        const Place place =
-            Place::of(QDir::cleanPath(QFileInfo(path).absoluteFilePath()).toStdString());
+        const Place place = Place::of(absolutePath(path).toStdString());
         settle(place);
         project = place.path;
     }

@@ -49,7 +49,13 @@ public:
     void apply(std::vector<Edit> edits);
 
 private:
-    struct Item;
+    struct Item
+    {
+        ProjectPath path; ///< below what is copied
+        Entry* entry;
+        bool isDirectory;
+        std::uint16_t mode;
+    };
     struct Target;
     static bool leaveOut(const Item& item);
     static std::vector<Item> itemsBelow(Entry& from, bool recursive);
