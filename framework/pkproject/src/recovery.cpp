@@ -106,6 +106,35 @@ UnsavedWork describe(const std::string& directory, const EditHistory& history)
     return work;
 }
 
+// Whether nothing was edited but files, to the bytes that they have in the project. Programs that
+// only look at a project may write some files as they find them.
+bool changesNothing(const std::string& directory, const EditHistory& history)
+{
+    if (history.base.path.empty() || !statOf(history.base.path)) {
+        return false;
+    }
+    std::unique_ptr<Store> store;
+    for (const auto& operation : history.operations) {
+        for (const LoggedEdit& edit : operation) {
+            const auto staged = statOf(directory + "/" + edit.other);
+            if (edit.kind != EditKind::PutFile || !staged || !S_ISREG(staged->st_mode)) {
+                return false;
+            }
+            if (!store) {
+                store = std::make_unique<Store>(textOf(history.base.path));
+            }
+            const ProjectPath path = parsePath(textOf(edit.path));
+            const Entry* const old = store->index().find(path);
+            if (old == nullptr || old->isDirectory() ||
+                store->read(path).toStdString() !=
+                    readAll(openPath(directory + "/" + edit.other, O_RDONLY | O_NOFOLLOW))) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 // Looks at what one dead process left; removes it when nothing in it is unsaved.
 void searchRoot(const std::string& path, const std::string& project, QList<UnsavedWork>& found)
 {
@@ -126,7 +155,7 @@ void searchRoot(const std::string& path, const std::string& project, QList<Unsav
             continue;
         }
         const bool isMine = history->base.path == project;
-        if (isMine && history->isSaved()) {
+        if (isMine && (history->isSaved() || changesNothing(path + "/" + name, *history))) {
             removeTree(path + "/" + name);
             continue;
         }

@@ -19,6 +19,8 @@
 namespace pk::project::test {
 namespace {
 
+using dying::runAndKill;
+
 // A project with a few files, in either form, and programs that die with it open.
 class UnsavedWorkInBothForms : public testing::TestWithParam<Form>
 {
@@ -209,6 +211,21 @@ TEST_P(UnsavedWorkInBothForms, IsNotWhatWasSaved)
     });
     EXPECT_EQ(ProjectModel::recoverable(path()).size(), 0);
     EXPECT_EQ(files().tree(), Tree());
+}
+
+TEST_P(UnsavedWorkInBothForms, IsNotWhatChangesNothing)
+{
+    leaveUnsavedWork([](ProjectModel& model) {
+        model.writeFile(q("a"), "1");
+        model.writeFile(q("d/b"), "2");
+    });
+    EXPECT_EQ(ProjectModel::recoverable(path()).size(), 0);
+    EXPECT_EQ(files().tree(), Tree());
+    leaveUnsavedWork([](ProjectModel& model) {
+        model.writeFile(q("a"), "1");
+        model.writeFile(q("d/b"), "3");
+    });
+    EXPECT_EQ(onlyWork().edits.size(), 2);
 }
 
 TEST_P(UnsavedWorkInBothForms, IsWhatCameAfterTheSave)

@@ -177,11 +177,11 @@ public:
     /// What programs that died had edited and not saved in the project at a local path, the latest
     /// last; for an empty path, in projects that were never saved. Looks in the place for temporary
     /// files of this process, at what this user's programs left there; what belongs to a living one
-    /// is never touched. A save that was interrupted at the path is completed or undone first, and
-    /// what dead programs left without need is removed. Costs a look at each process's directory
-    /// there, and at each file of the project when there is work to be recovered. A log of edits
-    /// that is damaged is left, with a warning in pk::log. Throws IoError, and LockError when
-    /// another program keeps saving the project.
+    /// is never touched, and edits that change nothing are none. A save that was interrupted at the
+    /// path is completed or undone first, and what dead programs left without need is removed.
+    /// Costs a look at each process's directory there, and at each file of the project when there
+    /// is work to be recovered. A log of edits that is damaged is left, with a warning in pk::log.
+    /// Throws IoError, and LockError when another program keeps saving the project.
     static QList<UnsavedWork> recoverable(const QString& path);
 
     /// A model of the project as the program that died had it: the project is opened and the edits

@@ -1,13 +1,15 @@
 #pragma once
 
-#include "support.hpp"
+#include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
+#include <exception>
 #include <functional>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace pk::project::test {
+namespace dying {
 
 /// Runs `action` in a process of its own, which is then killed in the middle of everything, so that
 /// nothing is closed. An action that throws or has a failed check is a failure here.
@@ -33,4 +35,4 @@ inline void runAndKill(const std::function<void()>& action)
     ASSERT_EQ(WTERMSIG(status), SIGKILL);
 }
 
-} // namespace pk::project::test
+} // namespace dying
