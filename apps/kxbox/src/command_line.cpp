@@ -75,6 +75,7 @@ CommandLine::CommandLine(Place place)
     addFormCommands(*this);
     addTranslationCommands(*this);
     addCheckCommand(*this);
+    addRecoverCommand(*this);
     addBatchCommand(*this);
 }
 

@@ -13,6 +13,7 @@ void addCopyCommand(CommandLine& commands);         ///< copy
 void addFormCommands(CommandLine& commands);        ///< convert, export
 void addTranslationCommands(CommandLine& commands); ///< tr status, add, update, get, set
 void addCheckCommand(CommandLine& commands);        ///< check
+void addRecoverCommand(CommandLine& commands);      ///< recover
 void addBatchCommand(CommandLine& commands);        ///< batch
 
 } // namespace kxbox

@@ -101,8 +101,9 @@ zip_t* ArchiveSource::handle()
 
 void ArchiveSource::load(Index& index)
 {
-    std::uint64_t made = 0;
-    for (const Item& item : items()) {
+    const std::vector<Item> all = items();
+    std::uint64_t count = all.size();
+    for (const Item& item : all) {
         Entry* directory = &index.root();
         std::size_t begin = 0;
         for (std::size_t end = 0; (end = item.path.find('/', begin)) != std::string::npos;
@@ -110,8 +111,9 @@ void ArchiveSource::load(Index& index)
             const std::string name = item.path.substr(begin, end - begin);
             auto& children = directory->folder->children;
             if (children.empty() || children.back()->name != name) {
-                if (++made > m_limits.entries) {
-                    throw LimitError(m_place.path + ": it has more directories than the " +
+                if (++count > m_limits.entries) {
+                    throw LimitError(m_place.path +
+                                     ": it has more files and directories than the " +
                                      std::to_string(m_limits.entries) + " that are read");
                 }
                 Index::appendLoaded(*directory, name, true, 0755);

@@ -37,6 +37,9 @@ public:
 
     const Place& place() const { return m_place; }
 
+    /// The archive's file as it was when it was opened.
+    const Stamp& stamp() const { return m_stamp; }
+
     /// Fills an empty index with what the archive holds. Throws FormatError for what is no zip
     /// archive, is damaged or encrypted, or holds what no project can, LimitError for one out of
     /// bounds.

@@ -48,7 +48,10 @@ std::shared_ptr<StagedFile> Contents::share(Entry& entry, Staging& staging)
 {
     unpack(entry);
     auto staged = entry.staged();
-    return staged && staged->isSealed() ? staged : staging.copy(entry.name, open(entry));
+    if (!staged || !staged->isSealed()) {
+        return staging.copy(entry.name, open(entry));
+    }
+    return staged->isIn(staging) ? staged : staging.link(entry.name, staged->path());
 }
 
 std::shared_ptr<StagedFile> Contents::copy(Entry& entry)

@@ -30,7 +30,7 @@ public:
     std::string localPath(Entry& entry);
 
     /// A staged file with the entry's bytes that nobody will change, for another model to share:
-    /// the entry's own where that is possible, else a copy in `staging`. Throws as open().
+    /// in `staging`: the entry's own where that is possible. Throws as open().
     std::shared_ptr<StagedFile> share(Entry& entry, Staging& staging);
 
     /// The bytes of a copy of the entry's file in this model's staging directory, to be changed;
@@ -38,6 +38,8 @@ public:
     std::shared_ptr<StagedFile> copy(Entry& entry);
 
     const std::shared_ptr<Staging>& staging() const { return m_staging; }
+    /// Shares the staging directory of another model that takes this one's place.
+    void setStaging(std::shared_ptr<Staging> staging) { m_staging = std::move(staging); }
 
     std::unique_ptr<DirectorySource> directory; ///< null when the source is no directory
     std::unique_ptr<ArchiveSource> archive;     ///< null when the source is no archive

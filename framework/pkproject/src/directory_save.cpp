@@ -5,6 +5,7 @@
 
 #include <pk/project/error.hpp>
 
+#include <map>
 #include <optional>
 
 namespace pk::project {
@@ -18,6 +19,9 @@ constexpr std::size_t a_comparedWhole = 1000;
 
 // From this many on, one sync of the file system is cheaper than one for each file.
 constexpr std::size_t a_manyFiles = 32;
+
+// So many of each kind of a save's changes are noted to see later whether it took effect.
+constexpr std::size_t a_traces = 16;
 
 void checkConflicts(const Index& index, const DirectorySource& source, const SavePlan& plan)
 {
@@ -49,9 +53,41 @@ void planMetadata(Journal& journal, bool isThere, bool isWanted, int item)
     }
 }
 
+// How one sees later whether the journal was carried out: by some of what it takes away and of what
+// it puts. All of it happens or nothing, so that some is enough.
+std::vector<Trace> tracesOf(const Journal& journal, const Place& place,
+                            const JournalDirectory& directory)
+{
+    std::vector<Trace> traces;
+    std::map<int, std::uint64_t> collected;
+    for (const Journal::Collect& step : journal.collects) {
+        const std::string from = place.path + "/" + step.from.path;
+        const auto info = step.from.item < 0 ? statOf(from) : std::nullopt;
+        if (info && traces.size() < a_traces) {
+            traces.push_back({from, info->st_ino, false});
+            collected[step.item] = info->st_ino;
+        }
+    }
+    const std::size_t most = traces.size() + a_traces;
+    for (const Journal::Put& step : journal.puts) {
+        if (traces.size() == most) {
+            break;
+        }
+        Trace trace{place.path + "/" + step.path, 0, true};
+        if (const auto info =
+                step.item < 0 ? std::nullopt : statOf(directory.itemPath(step.item))) {
+            trace.id = info->st_ino;
+        } else if (const auto it = collected.find(step.item); it != collected.end()) {
+            trace.id = it->second;
+        }
+        traces.push_back(std::move(trace));
+    }
+    return traces;
+}
+
 } // namespace
 
-void saveInPlace(Index& index, Contents& contents, const Metadata* metadata)
+void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, EditLog& log)
 {
     DirectorySource& source = *contents.directory;
     SavePlan plan(index, contents);
@@ -81,10 +117,14 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata)
         writeBytes(newMetadata, directory.itemPath(metadataItem), source.metadataMode(), !many);
     }
     checkConflicts(index, source, plan);
+    log.saving(tracesOf(journal, source.place(), directory));
     try {
         directory.run(journal, many);
     } catch (const Error&) {
         source.setUnfinished(directory.unfinished());
+        if (!source.unfinished()) {
+            log.confirm({source.place().path, source.stamp(), Base::now()});
+        }
         throw;
     }
     for (const auto& stamp : stamps) {

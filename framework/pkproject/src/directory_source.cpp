@@ -74,6 +74,8 @@ std::map<std::string, const Entry*> childrenInSource(const Entry& directory)
     return children;
 }
 
+} // namespace
+
 std::string listing(const std::vector<std::string>& changes)
 {
     std::string text;
@@ -85,8 +87,6 @@ std::string listing(const std::vector<std::string>& changes)
     }
     return text;
 }
-
-} // namespace
 
 DirectorySource::DirectorySource(Place place, Fd root)
     : m_place(std::move(place)), m_root(std::move(root))
@@ -251,6 +251,39 @@ void DirectorySource::compare(const Fd& fd, const Entry& directory, const std::s
     }
     for (const auto& missing : known) {
         changes.push_back("'" + joinPath(path, missing.first) + "' was removed");
+    }
+}
+
+std::vector<std::string> DirectorySource::changesSince(const Base& base) const
+{
+    const Stamp now = stamp();
+    if (now.id != base.stamp.id) {
+        return {"'" + m_place.path + "' was replaced"};
+    }
+    std::vector<std::string> changes;
+    if (now.time != base.stamp.time) {
+        changes.push_back("'" + m_place.path + "' had entries added or removed");
+    }
+    collectChanges(openBeneath(m_root, "", O_RDONLY | O_DIRECTORY), "", base.time, changes);
+    return changes;
+}
+
+void DirectorySource::collectChanges(const Fd& fd, const std::string& path, std::int64_t time,
+                                     std::vector<std::string>& changes) const
+{
+    constexpr std::int64_t second = 1'000'000'000;
+    for (const std::string& name : namesIn(fd)) {
+        const auto info = statIn(fd, name);
+        if (!info || (path.empty() && isReservedName(name) && name != a_metadataFile)) {
+            continue;
+        }
+        // Whoever writes, renames, links or replaces a file can't set this time as he likes.
+        if (info->st_ctim.tv_sec * second + info->st_ctim.tv_nsec > time) {
+            changes.push_back("'" + joinPath(path, name) + "' was changed");
+        }
+        if (S_ISDIR(info->st_mode)) {
+            collectChanges(openDirectoryIn(fd, name), joinPath(path, name), time, changes);
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "disk.hpp"
+#include "edit_log.hpp"
 #include "index.hpp"
 #include "journal.hpp"
 #include "metadata.hpp"
@@ -13,6 +14,9 @@
 
 namespace pk::project {
 
+/// The first of the changes, for a message.
+std::string listing(const std::vector<std::string>& changes);
+
 /// A project directory that a model was opened from or saved to. It is only read here; no symbolic
 /// link below it is ever followed.
 class DirectorySource
@@ -22,6 +26,12 @@ public:
     DirectorySource(Place place, Fd root);
 
     const Place& place() const { return m_place; }
+
+    /// The directory itself, as it is now.
+    Stamp stamp() const { return Stamp::of(statOf(m_root)); }
+
+    /// What is not as it was at `base`, going by the times of all files and directories.
+    std::vector<std::string> changesSince(const Base& base) const;
 
     /// Fills an empty index with what the directory holds. Throws IoError, and FormatError for a
     /// name that is not UTF-8.
@@ -76,6 +86,8 @@ private:
     void compare(const Fd& fd, const Entry& directory, const std::string& path,
                  std::vector<std::string>& changes) const;
     std::optional<Stamp> metadataStamp() const;
+    void collectChanges(const Fd& fd, const std::string& path, std::int64_t time,
+                        std::vector<std::string>& changes) const;
 
     Place m_place;
     Fd m_root;

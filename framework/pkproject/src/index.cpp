@@ -146,6 +146,24 @@ std::string Index::sourcePath(const Entry& entry)
                                    : std::string();
 }
 
+const Entry* Index::findInSource(const ProjectPath& path) const
+{
+    const Entry* entry = m_root.get();
+    for (const std::string& name : path) {
+        if (entry == nullptr || !entry->isDirectory()) {
+            return nullptr;
+        }
+        const auto ghost = entry->folder->ghosts.find(name);
+        if (ghost != entry->folder->ghosts.end()) {
+            entry = ghost->second.removed ? ghost->second.removed.get() : ghost->second.moved;
+            continue;
+        }
+        entry = child(*entry, name);
+        entry = entry != nullptr && entry->inSource && !entry->wasMoved() ? entry : nullptr;
+    }
+    return entry;
+}
+
 Entry& Index::makeDirectories(const ProjectPath& path, std::optional<std::uint16_t> mode)
 {
     if (isReserved(path)) {

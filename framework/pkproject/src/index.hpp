@@ -118,6 +118,9 @@ public:
     static std::string path(const Entry& entry);
     /// The path at which the source has an entry of the source.
     static std::string sourcePath(const Entry& entry);
+    /// The entry that the source has at a path, wherever it is in the tree now; null when there is
+    /// none.
+    const Entry* findInSource(const ProjectPath& path) const;
 
     /// Makes a directory and those above it that are missing; these have the mode given, or the one
     /// that the umask leaves. Throws AlreadyExists for a file in the way, InvalidPath for a

@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <cstdlib>
@@ -34,6 +36,11 @@ std::string realPath(const std::string& path)
 }
 
 } // namespace
+
+QString absolutePath(const QString& path)
+{
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
 
 Place Place::of(const std::string& path)
 {

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QString>
+
 #include <string>
 
 namespace pk::project {
+
+/// The absolute form of a local path, without a trailing "/".
+QString absolutePath(const QString& path);
 
 /// A place on the local disk where a project is, or is to be saved: where it really is, behind any
 /// symbolic links, and what the store keeps beside it while it works on it.

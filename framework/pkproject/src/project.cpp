@@ -7,7 +7,6 @@
 
 #include <pk/project/project.hpp>
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <fcntl.h>
@@ -65,7 +64,7 @@ void writeMetadata(const Place& place, const MetadataFile& file)
 } // namespace
 
 Project::Project(const std::string& directory)
-    : m_directory(QDir::cleanPath(QFileInfo(textOf(directory)).absoluteFilePath()).toStdString())
+    : m_directory(absolutePath(textOf(directory)).toStdString())
 {
     if (directory.empty() || !QFileInfo(QString::fromStdString(m_directory)).isDir()) {
         throw PathNotFound("'" + directory + "': no such directory");
@@ -100,7 +99,7 @@ void remove(const QString& localPath)
         throw InvalidPath("'" + localPath.section(QChar(0), 0, 0).toStdString() +
                           "': it is no path to be deleted");
     }
-    const std::string path = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath()).toStdString();
+    const std::string path = absolutePath(localPath).toStdString();
     if (localPath.isEmpty() || !statOf(path)) {
         throw PathNotFound("'" + localPath.toStdString() + "': no such file or directory");
     }

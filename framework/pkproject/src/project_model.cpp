@@ -1,11 +1,10 @@
+#include "place.hpp"
 #include "project_path.hpp"
+#include "recovery.hpp"
 #include "store.hpp"
 #include "warn.hpp"
 
 #include <pk/project/project_model.hpp>
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <vector>
@@ -46,6 +45,8 @@ ProjectModel::ProjectModel(const QString& path, const ArchiveLimits& limits)
 {
 }
 
+ProjectModel::ProjectModel(std::unique_ptr<Store> store) : m_store(std::move(store)) {}
+
 ProjectModel::~ProjectModel() = default;
 ProjectModel::ProjectModel(ProjectModel&& other) noexcept = default;
 ProjectModel& ProjectModel::operator=(ProjectModel&& other) noexcept = default;
@@ -62,7 +63,7 @@ QString ProjectModel::getMetadata(const QString& key) const
 
 void ProjectModel::setMetadata(const QString& key, const QString& value)
 {
-    setMetadataValue(m_store->metadata(), key, value);
+    m_store->setMetadata(key, value);
 }
 
 QStringList ProjectModel::getFileList(const QString& directory, bool includeDirectories,
@@ -126,11 +127,7 @@ QString ProjectModel::getFileLocalPath(const QString& path) const
 
 void ProjectModel::mkdir(const QString& path, bool recursive)
 {
-    const ProjectPath parsed = parsePath(path);
-    if (!recursive && parsed.size() > 1) {
-        m_store->index().get({parsed.begin(), parsed.end() - 1});
-    }
-    m_store->index().makeDirectories(parsed);
+    m_store->makeDirectory(parsePath(path), recursive);
 }
 
 void ProjectModel::move(const QString& from, const QString& to, bool overwrite)
@@ -140,8 +137,7 @@ void ProjectModel::move(const QString& from, const QString& to, bool overwrite)
 
 void ProjectModel::remove(const QString& path)
 {
-    Index& index = m_store->index();
-    index.remove(index.get(parsePath(path)));
+    m_store->remove(parsePath(path));
 }
 
 void ProjectModel::importFile(const ProjectModel& source, const QString& from, const QString& to,
@@ -156,13 +152,29 @@ void ProjectModel::exportFile(const QString& from, const QString& localPath, boo
         throw InvalidPath("'" + localPath.section(QChar(0), 0, 0).toStdString() +
                           "': it is no path to export to");
     }
-    const QString absolute = QDir::cleanPath(QFileInfo(localPath).absoluteFilePath());
+    const QString absolute = absolutePath(localPath);
     m_store->exportTo(parsePath(from), absolute.toStdString(), recursive);
 }
 
 void ProjectModel::save(const QString& path, ArchiveFormat format, bool overwrite)
 {
     m_store->save(path, format, overwrite);
+}
+
+QList<UnsavedWork> ProjectModel::recoverable(const QString& path)
+{
+    return findUnsavedWork(path);
+}
+
+ProjectModel ProjectModel::recover(const UnsavedWork& work, bool evenIfChanged,
+                                   const ArchiveLimits& limits)
+{
+    return ProjectModel(recoverWork(work, evenIfChanged, limits));
+}
+
+void ProjectModel::discard(const UnsavedWork& work)
+{
+    discardWork(work);
 }
 
 } // namespace pk::project

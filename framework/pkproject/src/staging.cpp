@@ -3,7 +3,11 @@
 #include <QDir>
 #include <QString>
 
+#include <cerrno>
 #include <fcntl.h>
+#include <mutex>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace pk::project {
@@ -49,6 +53,66 @@ bool StagedFile::isSealed()
     return m_sealed;
 }
 
+StagingRoot::StagingRoot(std::string place) : m_place(std::move(place)), m_process(::getpid())
+{
+    while (!make()) {
+    }
+}
+
+// False when somebody who looks for what dead programs left took the new directory for such.
+bool StagingRoot::make()
+{
+    m_path = m_place + "/" + a_prefix + "XXXXXX";
+    if (::mkdtemp(m_path.data()) == nullptr) {
+        throwErrno(m_path);
+    }
+    const std::string lock = m_path + "/" + a_lockFile;
+    m_lock = Fd(::open(lock.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600), lock);
+    if (!m_lock) {
+        const int number = errno;
+        ::rmdir(m_path.c_str());
+        errno = number;
+        throwErrno(lock);
+    }
+    // Where nothing can be locked others can't either, and leave alone what they find.
+    const bool isTaken = ::flock(m_lock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return !isTaken && statOf(m_lock).st_nlink > 0;
+}
+
+StagingRoot::~StagingRoot()
+{
+    // A forked process has the directory only on loan.
+    if (m_process == ::getpid()) {
+        ::unlink(m_lock.path().c_str());
+        ::rmdir(m_path.c_str());
+    }
+}
+
+std::shared_ptr<StagingRoot> StagingRoot::get()
+{
+    static std::mutex mutex;
+    static std::weak_ptr<StagingRoot> current;
+    const std::lock_guard<std::mutex> guard(mutex);
+    auto root = current.lock();
+    const std::string place = QDir::tempPath().toStdString();
+    if (!root || root->m_place != place || root->m_process != ::getpid()) {
+        root = std::shared_ptr<StagingRoot>(new StagingRoot(place));
+        current = root;
+    }
+    return root;
+}
+
+std::string StagingRoot::makeDirectory()
+{
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> guard(mutex);
+    std::string path = m_path + "/" + std::to_string(++m_lastNumber);
+    if (::mkdir(path.c_str(), 0700) != 0) {
+        throwErrno(path);
+    }
+    return path;
+}
+
 Staging::~Staging()
 {
     if (!m_directory.empty()) {
@@ -56,16 +120,19 @@ Staging::~Staging()
     }
 }
 
-std::shared_ptr<StagedFile> Staging::newFile(const std::string& name)
+const std::string& Staging::directory()
 {
     if (m_directory.empty()) {
-        std::string path = QDir::tempPath().toStdString() + "/kxproject-XXXXXX";
-        if (::mkdtemp(path.data()) == nullptr) {
-            throwErrno(path);
-        }
-        m_directory = path;
+        auto root = StagingRoot::get();
+        m_directory = root->makeDirectory();
+        m_root = std::move(root);
     }
-    std::string file = m_directory + "/" + std::to_string(++m_lastNumber);
+    return m_directory;
+}
+
+std::shared_ptr<StagedFile> Staging::newFile(const std::string& name)
+{
+    std::string file = directory() + "/" + std::to_string(++m_lastNumber);
     if (name.size() <= a_longestName) {
         file += "-" + name;
     }
@@ -88,6 +155,16 @@ std::shared_ptr<StagedFile> Staging::copy(const std::string& name, const Fd& fro
     auto staged = newFile(name);
     const Fd file = create(*staged);
     Disk().copy(from, file);
+    staged->seal();
+    return staged;
+}
+
+std::shared_ptr<StagedFile> Staging::link(const std::string& name, const std::string& path)
+{
+    auto staged = newFile(name);
+    if (::link(path.c_str(), staged->path().c_str()) != 0) {
+        return copy(name, openPath(path, O_RDONLY | O_NOFOLLOW));
+    }
     staged->seal();
     return staged;
 }

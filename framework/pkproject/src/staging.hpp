@@ -4,13 +4,14 @@
 
 #include <memory>
 #include <string>
+#include <sys/types.h>
 
 namespace pk::project {
 
 class Staging;
 
 /// One file of a staging directory: the bytes of a project's file since somebody wrote it. Written
-/// by whoever made it and by nobody after that, so that any number of models can share it; removed
+/// by whoever made it and by nobody after that, so that any number of entries can share it; removed
 /// from the disk with its last owner.
 class StagedFile
 {
@@ -23,6 +24,9 @@ public:
     StagedFile& operator=(StagedFile&&) = delete;
 
     const std::string& path() const { return m_path; }
+    /// Its name in the staging directory.
+    std::string name() const { return m_path.substr(m_path.rfind('/') + 1); }
+    bool isIn(const Staging& staging) const { return m_staging.get() == &staging; }
 
     /// Opens the file for reading.
     Fd open() const;
@@ -48,8 +52,39 @@ private:
     bool m_pathIsKept = false;
 };
 
-/// A private directory below the system's place for temporary files, made when the first file is
-/// and removed with the last. Held by a model and by every staged file in it.
+/// The private directory of this process below the system's place for temporary files, with one
+/// directory for each Staging in it. The process holds the lock on a file in it, by which others
+/// tell what living programs have there from what dead ones left.
+class StagingRoot
+{
+public:
+    static constexpr const char* a_prefix = "kxproject-";
+    static constexpr const char* a_lockFile = "lock";
+
+    /// The one of this process, made when there is none. Throws IoError.
+    static std::shared_ptr<StagingRoot> get();
+    ~StagingRoot();
+    StagingRoot(const StagingRoot&) = delete;
+    StagingRoot& operator=(const StagingRoot&) = delete;
+    StagingRoot(StagingRoot&&) = delete;
+    StagingRoot& operator=(StagingRoot&&) = delete;
+
+    /// Makes a directory in it and gives its path. Throws IoError.
+    std::string makeDirectory();
+
+private:
+    explicit StagingRoot(std::string place);
+    bool make();
+
+    std::string m_place; ///< the directory that this one is in
+    std::string m_path;
+    Fd m_lock;
+    pid_t m_process;
+    std::uint64_t m_lastNumber = 0;
+};
+
+/// The staging directory of a model, made when the first file is and removed with the last. Held by
+/// the model and by every staged file in it.
 class Staging : public std::enable_shared_from_this<Staging>
 {
 public:
@@ -60,8 +95,11 @@ public:
     Staging(Staging&&) = delete;
     Staging& operator=(Staging&&) = delete;
 
-    /// A place for a new file, which the caller creates; its name ends in `name` when that is short
-    /// enough. Throws IoError.
+    /// The directory, made when it isn't there. Throws IoError.
+    const std::string& directory();
+
+    /// A place for a new file, which the caller creates; its name begins with a number and ends in
+    /// `name` when that is short enough. Throws IoError.
     std::shared_ptr<StagedFile> newFile(const std::string& name);
 
     /// A new, sealed file with the given bytes. Throws IoError.
@@ -70,8 +108,13 @@ public:
     /// A new, sealed file with the bytes that follow the position of `from`. Throws IoError.
     std::shared_ptr<StagedFile> copy(const std::string& name, const Fd& from);
 
+    /// A new, sealed file with the bytes of the file at `path`, a sealed one of another staging
+    /// directory: the same file under a second name where the file system has that. Throws IoError.
+    std::shared_ptr<StagedFile> link(const std::string& name, const std::string& path);
+
 private:
     Staging() = default;
+    std::shared_ptr<StagingRoot> m_root;
     std::string m_directory;
     std::uint64_t m_lastNumber = 0;
 };

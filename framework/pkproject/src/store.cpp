@@ -1,17 +1,11 @@
 #include "store.hpp"
 
-#include "archive_save.hpp"
-#include "directory_save.hpp"
 #include "export.hpp"
 #include "journal.hpp"
 #include "lock.hpp"
-#include "publish.hpp"
 #include "warn.hpp"
 
 #include <pk/project/error.hpp>
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -58,36 +52,7 @@ void requireName(const ProjectPath& path)
     }
 }
 
-QString absolutePath(const QString& path)
-{
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
-
-bool holdsRepository(const std::string& directory)
-{
-    return statOf(directory + "/.git") || statOf(directory + "/.hg") || statOf(directory + "/.svn");
-}
-
 } // namespace
-
-struct Store::Item
-{
-    ProjectPath path; ///< below what is copied
-    Entry* entry;
-    bool isDirectory;
-    std::uint16_t mode;
-};
-
-struct Store::Target
-{
-    QString path;
-    Place place;
-    ArchiveFormat form;
-    bool isSource;
-    std::optional<struct stat> existing;
-
-    mode_t modeOr(mode_t mode) const { return existing ? existing->st_mode & 0777 : mode; }
-};
 
 Store::Store(const QString& path, const ArchiveLimits& limits)
     : m_sourcePath(absolutePath(path)), m_limits(limits)
@@ -108,7 +73,21 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
         throw IoError(text + ": a save of it was interrupted and can't be completed, because the "
                              "directory above can't be written");
     }
+    const std::int64_t time = Base::now();
     load(place);
+    m_log.restart(base(time));
+}
+
+// What the source is known to be.
+Base Store::base(std::int64_t time) const
+{
+    const Place* const place = m_contents.place();
+    if (place == nullptr) {
+        return {};
+    }
+    return {place->path,
+            m_contents.directory ? m_contents.directory->stamp() : m_contents.archive->stamp(),
+            time};
 }
 
 void Store::load(const Place& place)
@@ -172,7 +151,7 @@ FILE* Store::openToWrite(const ProjectPath& path, const std::string& mode)
     FILE* const stream = std::fopen(staged->path().c_str(), (mode + "e").c_str());
     if (stream != nullptr) {
         staged->unseal();
-        m_index->putFile(*directory, path.back(), std::move(staged));
+        apply({putEdit(path, std::move(staged))});
     }
     return stream;
 }
@@ -200,7 +179,66 @@ void Store::write(const ProjectPath& path, const QByteArray& bytes)
     }
     auto staged = m_contents.staging()->write(path.back(), bytes.constData(),
                                               static_cast<std::size_t>(bytes.size()));
-    m_index->putFile(directoryFor(path), path.back(), std::move(staged));
+    apply({putEdit(path, std::move(staged))});
+}
+
+void Store::makeDirectory(const ProjectPath& path, bool recursive)
+{
+    if (!recursive && path.size() > 1) {
+        m_index->get(above(path));
+    }
+    apply({Edit(EditKind::MakeDirectory, path)});
+}
+
+void Store::remove(const ProjectPath& path)
+{
+    apply({Edit(EditKind::Remove, path)});
+}
+
+void Store::setMetadata(const QString& key, const QString& value)
+{
+    Edit edit(EditKind::SetMetadata, {});
+    edit.key = key;
+    edit.value = value;
+    apply({std::move(edit)});
+}
+
+void Store::apply(std::vector<Edit> edits)
+{
+    for (Edit& edit : edits) {
+        apply(edit);
+    }
+    m_log.append(edits);
+}
+
+// Makes an edit, which gets the mode that came of it.
+void Store::apply(Edit& edit)
+{
+    switch (edit.kind) {
+    case EditKind::MakeDirectory:
+        edit.mode = m_index->makeDirectories(edit.path, edit.mode).mode;
+        break;
+    case EditKind::PutFile:
+        requireName(edit.path);
+        edit.mode =
+            m_index->putFile(directoryFor(edit.path), edit.path.back(), edit.staged, edit.mode)
+                .mode;
+        break;
+    case EditKind::PutCopy:
+        requireName(edit.path);
+        m_index->putCopy(directoryFor(edit.path), edit.path.back(), *edit.original,
+                         edit.mode.value_or(edit.original->mode));
+        break;
+    case EditKind::Move:
+        applyMove(edit.path, edit.to);
+        break;
+    case EditKind::Remove:
+        m_index->remove(m_index->get(edit.path));
+        break;
+    case EditKind::SetMetadata:
+        setMetadataValue(m_metadata, edit.key, edit.value);
+        break;
+    }
 }
 
 std::string Store::localPath(const ProjectPath& path)
@@ -214,12 +252,24 @@ std::string Store::localPath(const ProjectPath& path)
 
 void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)
 {
-    requireName(from);
-    requireName(to);
-    Entry& entry = m_index->get(from);
+    checkMove(from, to);
     if (from == to) {
         return;
     }
+    if (!overwrite && m_index->find(to) != nullptr) {
+        throw AlreadyExists("'" + joinPath(to) + "': it exists already");
+    }
+    Edit edit(EditKind::Move, from);
+    edit.to = to;
+    apply({std::move(edit)});
+}
+
+// Throws unless there is something that can be moved.
+void Store::checkMove(const ProjectPath& from, const ProjectPath& to) const
+{
+    requireName(from);
+    requireName(to);
+    m_index->get(from);
     if (to.size() > from.size() && std::equal(from.begin(), from.end(), to.begin())) {
         throw InvalidPath("'" + joinPath(from) + "': it can't be moved into itself, to '" +
                           joinPath(to) + "'");
@@ -227,12 +277,17 @@ void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)
     if (from.size() > to.size() && std::equal(to.begin(), to.end(), from.begin())) {
         throw InvalidPath("'" + joinPath(to) + "': it can't be replaced by what it holds");
     }
-    Entry* const old = m_index->find(to);
-    if (old != nullptr && !overwrite) {
-        throw AlreadyExists("'" + joinPath(to) + "': it exists already");
+}
+
+void Store::applyMove(const ProjectPath& from, const ProjectPath& to)
+{
+    checkMove(from, to);
+    if (from == to) {
+        return;
     }
+    Entry& entry = m_index->get(from);
     Entry& directory = directoryFor(to);
-    if (old != nullptr) {
+    if (Entry* const old = Index::child(directory, to.back())) {
         m_index->remove(*old);
     }
     m_index->move(entry, directory, to.back());
@@ -252,32 +307,22 @@ void Store::import(Store& source, const ProjectPath& from, const ProjectPath& to
         items.erase(std::remove_if(items.begin(), items.end(), leaveOut), items.end());
     }
     checkImport(items, to);
-    // All that can fail comes first, and nothing below is read from entries that it may replace.
-    struct Bytes
-    {
-        std::shared_ptr<StagedFile> staged;
-        const Entry* original;
-    };
-    std::vector<Bytes> bytes;
-    bytes.reserve(items.size());
+    // All that can fail comes first, and nothing is read from entries that are replaced.
+    std::vector<Edit> edits;
+    edits.reserve(items.size());
     for (const Item& item : items) {
-        const Entry* const original =
-            &source == this && !item.isDirectory ? originalInSource(*item.entry) : nullptr;
-        const bool isShared = !item.isDirectory && original == nullptr;
-        bytes.push_back(
-            {isShared ? source.m_contents.share(*item.entry, *m_contents.staging()) : nullptr,
-             original});
-    }
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        const ProjectPath path = below(to, items[i].path);
-        if (items[i].isDirectory) {
-            m_index->makeDirectories(path, items[i].mode);
-        } else if (bytes[i].original != nullptr) {
-            m_index->putCopy(directoryFor(path), path.back(), *bytes[i].original, items[i].mode);
-        } else {
-            m_index->putFile(directoryFor(path), path.back(), bytes[i].staged, items[i].mode);
+        Edit edit(EditKind::MakeDirectory, below(to, item.path));
+        edit.mode = item.mode;
+        if (!item.isDirectory) {
+            edit.original = &source == this ? originalInSource(*item.entry) : nullptr;
+            edit.kind = edit.original != nullptr ? EditKind::PutCopy : EditKind::PutFile;
         }
+        if (edit.kind == EditKind::PutFile) {
+            edit.staged = source.m_contents.share(*item.entry, *m_contents.staging());
+        }
+        edits.push_back(std::move(edit));
     }
+    apply(std::move(edits));
 }
 
 void Store::exportTo(const ProjectPath& from, const std::string& localPath, bool recursive)
@@ -350,170 +395,11 @@ Entry& Store::directoryFor(const ProjectPath& path)
     return m_index->makeDirectories(above(path));
 }
 
-void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
+Edit Store::putEdit(const ProjectPath& path, std::shared_ptr<StagedFile> staged)
 {
-    Target target = resolveTarget(path, format);
-    checkTarget(target.place);
-    if (!overwrite && statOf(target.place.path)) {
-        throw AlreadyExists(target.place.path + ": it exists already");
-    }
-    try {
-        undoUnfinished();
-        const Lock lock = Lock::take(target.place);
-        JournalDirectory::recover(target.place);
-        removeTree(target.place.fresh());
-        target.existing = statOf(target.place.path);
-        if (!overwrite && target.existing) {
-            throw AlreadyExists(target.place.path + ": it exists already");
-        }
-        if (target.form == ArchiveFormat::Zip) {
-            saveArchive(target);
-        } else {
-            saveDirectory(target);
-        }
-    } catch (const IoError& error) {
-        throw IoError(target.place.path + ": it can't be saved: " + error.what());
-    } catch (const LimitError& error) {
-        throw LimitError(target.place.path + ": it can't be saved: " + error.what());
-    }
-    m_sourcePath = target.path;
-    m_savedMetadata = m_metadata;
-}
-
-// Brings the source back to what the index knows when an earlier save could neither be done nor
-// undone.
-void Store::undoUnfinished() const
-{
-    if (m_contents.directory && m_contents.directory->unfinished()) {
-        const Place& place = m_contents.directory->place();
-        const Lock lock = Lock::take(place);
-        JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
-        m_contents.directory->setUnfinished({});
-        m_contents.directory->remember();
-    }
-}
-
-Store::Target Store::resolveTarget(const QString& path, ArchiveFormat format) const
-{
-    Target target{};
-    target.path = path.isEmpty() ? m_sourcePath : absolutePath(path);
-    if (target.path.isEmpty()) {
-        throw Error("'': the project was never saved, so it needs a path to be saved to");
-    }
-    if (target.path.contains(QChar(0))) {
-        throw InvalidPath("'" + target.path.toStdString() + "': a path has no NUL character");
-    }
-    target.place = Place::of(target.path.toStdString());
-    target.form = format;
-    if (format == ArchiveFormat::Unspecified || format == ArchiveFormat::Source) {
-        target.form = m_contents.archive ? ArchiveFormat::Zip : ArchiveFormat::Directory;
-    } else if (format != ArchiveFormat::Directory && format != ArchiveFormat::Zip) {
-        throw Error(target.place.path + ": there is no archive format " +
-                    std::to_string(static_cast<int>(format)));
-    }
-    const Place* const source = m_contents.place();
-    target.isSource = source != nullptr && source->path == target.place.path;
-    return target;
-}
-
-void Store::checkTarget(const Place& place) const
-{
-    const Place* const source = m_contents.place();
-    if (source == nullptr || source->path == place.path) {
-        return;
-    }
-    if (source->contains(place)) {
-        throw InvalidPath(place.path + ": a project can't be saved inside itself");
-    }
-    if (place.contains(*source)) {
-        throw InvalidPath(place.path + ": it holds the project that is to be saved there");
-    }
-}
-
-void Store::saveDirectory(const Target& target)
-{
-    const bool overDirectory = target.existing && S_ISDIR(target.existing->st_mode);
-    if (target.isSource && m_contents.directory) {
-        saveInPlace(*m_index, m_contents, m_metadata != m_savedMetadata ? &m_metadata : nullptr);
-        return;
-    }
-    if (overDirectory && holdsRepository(target.place.path)) {
-        saveOverRepository(target);
-        return;
-    }
-    if (target.isSource) {
-        m_contents.archive->checkUnchanged();
-    }
-    FreshPlace fresh(target.place);
-    DirectorySave save(*m_index, m_contents, m_metadata);
-    save.write(fresh.path(), target.modeOr(umaskLeaves(0777)));
-    auto source = std::make_unique<DirectorySource>(target.place,
-                                                    openPath(fresh.path(), O_RDONLY | O_DIRECTORY));
-    source->setSize(save.size());
-    fresh.publish(target.existing);
-    save.adopt();
-    adopt(std::move(source), nullptr);
-}
-
-void Store::saveArchive(const Target& target)
-{
-    ArchiveSave save(*m_index, m_contents, m_metadata);
-    if (target.isSource && m_contents.archive) {
-        m_contents.archive->checkUnchanged();
-        if (!m_index->isModified() && m_metadata == m_savedMetadata) {
-            return;
-        }
-        save.keepForeign();
-    } else if (m_contents.archive) {
-        save.verifyOriginals();
-    } else if (target.isSource) {
-        m_contents.directory->checkUnchanged(*m_index);
-    }
-    if (target.existing && S_ISDIR(target.existing->st_mode) &&
-        holdsRepository(target.place.path)) {
-        throw AlreadyExists(target.place.path +
-                            ": an archive can't take the place of a version-controlled directory");
-    }
-    FreshPlace fresh(target.place);
-    auto source = std::make_unique<ArchiveSource>(
-        target.place, save.write(fresh.path(), target.modeOr(umaskLeaves(0666)) & 0666), m_limits);
-    // Nothing takes the place of a project that could not be opened afterwards.
-    Index saved;
-    source->load(saved);
-    fresh.publish(target.existing);
-    save.adopt(*source);
-    adopt(nullptr, std::move(source));
-}
-
-// A version-controlled directory stays where it is: what is in it becomes this project.
-void Store::saveOverRepository(const Target& target)
-{
-    std::vector<std::pair<ProjectPath, std::shared_ptr<StagedFile>>> stillWritten;
-    for (const Item& item : itemsBelow(m_index->root(), true)) {
-        const auto staged = item.entry->staged();
-        if (staged && !staged->isSealed()) {
-            stillWritten.emplace_back(item.path, staged);
-        }
-    }
-    Store other;
-    other.load(target.place);
-    other.m_index->remove(other.m_index->root());
-    other.import(*this, {}, {}, true);
-    saveInPlace(*other.m_index, other.m_contents,
-                m_metadata != other.m_savedMetadata ? &m_metadata : nullptr);
-    for (auto& file : stillWritten) {
-        other.m_index->putFile(other.directoryFor(file.first), file.first.back(), file.second);
-    }
-    std::swap(m_index, other.m_index);
-    std::swap(m_contents, other.m_contents);
-}
-
-void Store::adopt(std::unique_ptr<DirectorySource> directory,
-                  std::unique_ptr<ArchiveSource> archive)
-{
-    m_index->settle(true, archive != nullptr);
-    m_contents.directory = std::move(directory);
-    m_contents.archive = std::move(archive);
+    Edit edit(EditKind::PutFile, path);
+    edit.staged = std::move(staged);
+    return edit;
 }
 
 } // namespace pk::project

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contents.hpp"
+#include "edit_log.hpp"
 #include "index.hpp"
 #include "metadata.hpp"
 
@@ -15,6 +16,8 @@
 
 namespace pk::project {
 
+class FreshPlace;
+
 /// What is behind a ProjectModel, which describes the operations: the index, where its files' bytes
 /// are, and the metadata.
 class Store
@@ -25,33 +28,54 @@ public:
 
     const QString& sourcePath() const { return m_sourcePath; }
     const Metadata& metadata() const { return m_metadata; }
-    Metadata& metadata() { return m_metadata; }
     Index& index() const { return *m_index; }
+    /// For files that apply() is to put.
+    Staging& staging() { return *m_contents.staging(); }
 
     FILE* open(const ProjectPath& path, const std::string& mode);
     QByteArray read(const ProjectPath& path);
     void write(const ProjectPath& path, const QByteArray& bytes);
     std::string localPath(const ProjectPath& path);
+    void makeDirectory(const ProjectPath& path, bool recursive);
     void move(const ProjectPath& from, const ProjectPath& to, bool overwrite);
+    void remove(const ProjectPath& path);
+    void setMetadata(const QString& key, const QString& value);
     void import(Store& source, const ProjectPath& from, const ProjectPath& to, bool recursive);
     void exportTo(const ProjectPath& from, const std::string& localPath, bool recursive);
     void save(const QString& path, ArchiveFormat format, bool overwrite);
 
+    /// Makes all edits of one operation and notes them in the log. Throws what Index throws; of
+    /// more than one edit only the caller knows that none will throw.
+    void apply(std::vector<Edit> edits);
+
 private:
-    struct Item;
+    struct Item
+    {
+        ProjectPath path; ///< below what is copied
+        Entry* entry;
+        bool isDirectory;
+        std::uint16_t mode;
+    };
     struct Target;
     static bool leaveOut(const Item& item);
     static std::vector<Item> itemsBelow(Entry& from, bool recursive);
     void checkImport(const std::vector<Item>& items, const ProjectPath& to) const;
+    void apply(Edit& edit);
+    void checkMove(const ProjectPath& from, const ProjectPath& to) const;
+    void applyMove(const ProjectPath& from, const ProjectPath& to);
+    static Edit putEdit(const ProjectPath& path, std::shared_ptr<StagedFile> staged);
+    void restartLog();
+    Base base(std::int64_t time) const;
     Entry& directoryFor(const ProjectPath& path);
     FILE* openToRead(Entry& entry, const std::string& mode);
     FILE* openToWrite(const ProjectPath& path, const std::string& mode);
     void load(const Place& place);
-    void undoUnfinished() const;
+    void undoUnfinished();
     Target resolveTarget(const QString& path, ArchiveFormat format) const;
     void checkTarget(const Place& place) const;
     void saveDirectory(const Target& target);
     void saveArchive(const Target& target);
+    void publish(FreshPlace& fresh, const Target& target);
     void saveOverRepository(const Target& target);
     void adopt(std::unique_ptr<DirectorySource> directory, std::unique_ptr<ArchiveSource> archive);
 
@@ -61,6 +85,7 @@ private:
     Metadata m_savedMetadata;
     Contents m_contents;
     std::unique_ptr<Index> m_index = std::make_unique<Index>();
+    EditLog m_log{m_contents.staging()};
 };
 
 } // namespace pk::project

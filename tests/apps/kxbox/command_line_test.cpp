@@ -60,7 +60,7 @@ TEST_F(CommandLineWords, AskForHelpAndVersion)
     EXPECT_EQ(help.exitCode, 0);
     for (const char* const command :
          {"new", "info", "tree", "show", "find", "add-folder", "add-box", "set", "rename", "remove",
-          "move", "reorder", "copy", "convert", "export", "batch"}) {
+          "move", "reorder", "copy", "convert", "export", "recover", "batch"}) {
         EXPECT_NE(help.out.find("\n  " + std::string(command) + " "), std::string::npos) << command;
         const Ending ending = run({command, "--help"});
         EXPECT_EQ(ending.exitCode, 0);

@@ -155,7 +155,7 @@ TEST_F(Help, IsKeptByTheManual)
     const QString manual =
         QString::fromUtf8(getLocal(source("apps/kxbox/kxbox.1"))).remove(QLatin1Char('\\'));
     const auto pages = helpByCommand();
-    EXPECT_EQ(pages.size(), 22U);
+    EXPECT_EQ(pages.size(), 23U);
     for (const auto& [command, page] : pages) {
         const int begin = manual.indexOf(q(".BI \"" + command + " "));
         ASSERT_GE(begin, 0) << command;
@@ -182,7 +182,7 @@ protected:
 
 TEST_F(Completion, OffersCommandsAndTheirOptions)
 {
-    EXPECT_EQ(complete("kxbox re"), "rename\nremove\nreorder\n");
+    EXPECT_EQ(complete("kxbox re"), "rename\nremove\nreorder\nrecover\n");
     EXPECT_EQ(complete("kxbox tr s"), "status\nset\n");
     for (const auto& [command, page] : helpByCommand()) {
         const std::string offered = complete("kxbox " + command + " standard.bxl -");

@@ -60,7 +60,10 @@ TEST_P(SourceContents, SharesStagedBytesWithoutCopyingThem)
 {
     m_index.putFile(m_index.root(), "a", m_contents.staging()->write("a", "new", 3));
     const auto other = Staging::make();
-    EXPECT_EQ(m_contents.share(file(), *other), file().staged());
+    const auto shared = m_contents.share(file(), *other);
+    EXPECT_EQ(statOf(shared->path())->st_ino, statOf(file().staged()->path())->st_ino);
+    EXPECT_TRUE(shared->isIn(*other));
+    EXPECT_EQ(m_contents.share(file(), *m_contents.staging()), file().staged());
 }
 
 TEST_P(SourceContents, CopiesBytesThatCanStillChangeRatherThanSharingThem)

@@ -402,7 +402,7 @@ INSTANTIATE_TEST_SUITE_P(
                        }
                        return zip.bytes();
                    },
-                   "more directories than the 250000"}),
+                   "more files and directories than the 250000"}),
     a_nameOfAttack);
 
 INSTANTIATE_TEST_SUITE_P(

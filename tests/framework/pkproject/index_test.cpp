@@ -159,6 +159,23 @@ TEST_F(AnIndex, KeepsTheBytesOfACopyWhoseOriginalIsRemoved)
     EXPECT_TRUE(m_index.isAlive(copy));
 }
 
+TEST_F(AnIndex, FindsWhatTheSourceHasWhereverItIsNow)
+{
+    const Entry* const b = &load(m_index, {"d", "b"}, false);
+    const Entry* const a = &load(m_index, {"a"}, false);
+    m_index.move(m_index.get({"d"}), m_index.root(), "moved");
+    m_index.move(m_index.get({"a"}), m_index.get({"moved"}), "new");
+    m_index.makeDirectories({"d"});
+    EXPECT_EQ(m_index.findInSource({"d", "b"}), b);
+    EXPECT_EQ(m_index.findInSource({"a"}), a);
+    EXPECT_EQ(m_index.findInSource({"moved", "b"}), nullptr);
+    EXPECT_EQ(m_index.findInSource({"moved", "new"}), nullptr);
+    m_index.remove(m_index.get({"moved"}));
+    EXPECT_EQ(m_index.findInSource({"d", "b"}), b);
+    EXPECT_EQ(m_index.findInSource({"a"}), a);
+    EXPECT_EQ(m_index.findInSource({"d", "missing"}), nullptr);
+}
+
 TEST_F(AnIndex, FreesADirectoryThatWasRemovedInsideItsOwnChild)
 {
     const auto bytes = staged("1");

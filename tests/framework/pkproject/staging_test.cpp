@@ -3,7 +3,12 @@
 
 #include <pk/project/error.hpp>
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace pk::project::test {
 
@@ -23,11 +28,14 @@ TEST_F(AStaging, IsPrivate)
 {
     const auto staging = Staging::make();
     const auto file = staging->write("name.xar", "text", 4);
-    const Tree tree = m_files.tree();
-    ASSERT_EQ(tree.size(), 2U);
-    EXPECT_EQ(tree.begin()->second, std::to_string(0700));
-    EXPECT_EQ(std::next(tree.begin())->second, std::to_string(0600) + ":text");
-    EXPECT_TRUE(QString::fromStdString(file->path()).endsWith(q("name.xar")));
+    const std::string root =
+        QDir(m_files.path()).entryList({q("kxproject-*")}).value(0).toStdString();
+    const std::string name = file->name();
+    EXPECT_EQ(m_files.tree(), (Tree{{root + "/", std::to_string(0700)},
+                                    {root + "/lock", std::to_string(0600) + ":"},
+                                    {root + "/1/", std::to_string(0700)},
+                                    {root + "/1/" + name, std::to_string(0600) + ":text"}}));
+    EXPECT_TRUE(QString::fromStdString(name).endsWith(q("name.xar")));
     EXPECT_TRUE(file->isSealed());
 }
 
@@ -38,8 +46,47 @@ TEST_F(AStaging, IsRemovedWithItsLastOwner)
     const auto other = staging->write("a", "2", 1);
     staging.reset();
     file.reset();
-    EXPECT_EQ(m_files.tree().size(), 2U);
+    EXPECT_EQ(m_files.tree().size(), 4U);
     EXPECT_EQ(readAll(other->open()), "2");
+}
+
+TEST_F(AStaging, HasADirectoryOfItsOwnInTheOneOfTheProcess)
+{
+    const auto one = Staging::make();
+    const auto other = Staging::make();
+    EXPECT_NE(one->directory(), other->directory());
+    EXPECT_EQ(QFileInfo(QString::fromStdString(one->directory())).path(),
+              QFileInfo(QString::fromStdString(other->directory())).path());
+}
+
+TEST_F(AStaging, OfAForkedProcessIsInAnotherDirectory)
+{
+    const auto mine = Staging::make();
+    const std::string directory = mine->directory();
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const bool isOther =
+            QFileInfo(QString::fromStdString(Staging::make()->directory())).path() !=
+            QFileInfo(QString::fromStdString(directory)).path();
+        ::_exit(isOther ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(AStaging, GivesTheFileOfAnotherASecondName)
+{
+    auto one = Staging::make();
+    auto file = one->write("a", "1", 1);
+    const auto other = Staging::make();
+    const auto linked = other->link("a", file->path());
+    EXPECT_EQ(statOf(linked->path())->st_ino, statOf(file->path())->st_ino);
+    EXPECT_TRUE(linked->isIn(*other));
+    EXPECT_TRUE(linked->isSealed());
+    file.reset();
+    EXPECT_EQ(readAll(linked->open()), "1");
 }
 
 TEST_F(AStaging, LeavesNothing)

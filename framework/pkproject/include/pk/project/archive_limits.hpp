@@ -8,7 +8,7 @@ namespace pk::project {
 /// time and memory.
 namespace archive_limits {
 
-/// Entries in one archive; and again, directories that have none but are there for what they hold.
+/// Entries in one archive, and directories that have none but are there for what they hold.
 constexpr std::uint64_t a_maxEntries = 250'000;
 
 /// Unpacked bytes of one file.

@@ -2,9 +2,11 @@
 
 #include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
+#include <pk/project/unsaved_work.hpp>
 #include <pkproject/export.hpp>
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -32,6 +34,10 @@ enum class ArchiveFormat : int
 /// to, its *source*, is only read until the next save; whatever is written in between goes to a
 /// private staging directory, which the model removes when it is destroyed. Queries read the index
 /// alone. Bytes of files that were not rewritten are read from the source when they are asked for.
+/// A log of the edits lies in the staging directory too: a program that dies leaves both, and
+/// recoverable() and recover() give back what it had not saved. Where an edit can't be noted in the
+/// log, on a full disk, it is made all the same, with a warning in pk::log that nothing can be
+/// recovered until the next save.
 ///
 /// Paths are relative to the project's top and use "/". A leading "./", a trailing "/", doubled "/"
 /// and "." components are normalised away; the empty path is the top itself. An absolute path, a
@@ -168,7 +174,35 @@ public:
     /// unchanged entries as they are.
     void save(const QString& path, ArchiveFormat format, bool overwrite);
 
+    /// What programs that died had edited and not saved in the project at a local path, the latest
+    /// last; for an empty path, in projects that were never saved. Looks in the place for temporary
+    /// files of this process, at what this user's programs left there; what belongs to a living one
+    /// is never touched, and edits that change nothing are none. A save that was interrupted at the
+    /// path is completed or undone first, and what dead programs left without need is removed.
+    /// Costs a look at each process's directory there, and at each file of the project when there
+    /// is work to be recovered. A log of edits that is damaged is left, with a warning in pk::log.
+    /// Throws IoError, and LockError when another program keeps saving the project.
+    static QList<UnsavedWork> recoverable(const QString& path);
+
+    /// A model of the project as the program that died had it: the project is opened and the edits
+    /// are made again, so that a save gives what that program would have saved. The work stays
+    /// recoverable until it is discarded, which should follow the save. With `evenIfChanged` the
+    /// edits are made on a project that someone else changed since as well; what was changed in
+    /// files that they replace or remove is then lost with the save. Throws ConflictError, which
+    /// lists the changes, for such a project otherwise, or when an edit does not fit there any more
+    /// (the directory of the work still has the bytes); PathNotFound for what is not recoverable
+    /// (any more), LockError for what a living program has, IoError for bytes that are lost, and
+    /// what opening throws.
+    static ProjectModel recover(const UnsavedWork& work, bool evenIfChanged = false,
+                                const ArchiveLimits& limits = {});
+
+    /// Removes what a program that died left, and with it the possibility to recover it. Throws
+    /// PathNotFound, LockError and IoError.
+    static void discard(const UnsavedWork& work);
+
 private:
+    explicit ProjectModel(std::unique_ptr<Store> store);
+
     std::unique_ptr<Store> m_store;
 };
 

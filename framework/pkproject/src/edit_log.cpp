@@ -1,0 +1,311 @@
+#include "edit_log.hpp"
+
+#include "warn.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <QByteArray>
+#include <QDataStream>
+
+#include <algorithm>
+#include <chrono>
+#include <fcntl.h>
+#include <limits>
+#include <unistd.h>
+
+namespace pk::project {
+
+namespace {
+
+// A log is a sequence of records: their size in bytes (32 bits), and a payload in Qt's data stream
+// format that begins with its kind.
+enum class RecordKind : std::uint8_t
+{
+    Base = 1,
+    Edits = 2,
+    Saving = 3
+};
+
+constexpr std::uint8_t a_version = 1;
+constexpr std::uint16_t a_noMode = 0xffff;
+
+QByteArray bytesOf(const std::string& text)
+{
+    return QByteArray::fromRawData(text.data(), static_cast<int>(text.size()));
+}
+
+void writeBase(QDataStream& out, const Base& base)
+{
+    out << static_cast<quint8>(RecordKind::Base) << a_version << bytesOf(base.path)
+        << quint64{base.stamp.id} << qint64{base.stamp.time} << qint64{base.stamp.bytes}
+        << qint64{base.time};
+}
+
+LoggedEdit logged(const Edit& edit)
+{
+    switch (edit.kind) {
+    case EditKind::PutFile:
+        return {edit.kind, joinPath(edit.path), edit.staged->name(), edit.mode};
+    case EditKind::PutCopy:
+        return {edit.kind, joinPath(edit.path), Index::sourcePath(*edit.original), edit.mode};
+    case EditKind::Move:
+        return {edit.kind, joinPath(edit.path), joinPath(edit.to), {}};
+    case EditKind::SetMetadata:
+        return {edit.kind, edit.key.toStdString(), edit.value.toStdString(), {}};
+    case EditKind::MakeDirectory:
+    case EditKind::Remove:
+        break;
+    }
+    return {edit.kind, joinPath(edit.path), {}, edit.mode};
+}
+
+class Reader
+{
+public:
+    Reader(QByteArray payload, std::string path)
+        : m_payload(std::move(payload)), m_path(std::move(path)), m_in(m_payload)
+    {
+        m_in.setVersion(QDataStream::Qt_5_12);
+    }
+
+    template <class Number>
+    Number number()
+    {
+        Number value{};
+        m_in >> value;
+        return value;
+    }
+
+    std::string text()
+    {
+        QByteArray bytes;
+        m_in >> bytes;
+        return bytes.toStdString();
+    }
+
+    void require(bool condition) const
+    {
+        if (!condition || m_in.status() != QDataStream::Ok) {
+            throw FormatError(m_path + ": damaged log of edits");
+        }
+    }
+
+    void requireEnd() const { require(m_in.atEnd()); }
+
+private:
+    QByteArray m_payload;
+    std::string m_path;
+    QDataStream m_in;
+};
+
+Base readBase(Reader& reader)
+{
+    reader.require(reader.number<quint8>() == a_version);
+    Base base;
+    base.path = reader.text();
+    base.stamp.id = reader.number<quint64>();
+    base.stamp.time = reader.number<qint64>();
+    base.stamp.bytes = reader.number<qint64>();
+    base.time = reader.number<qint64>();
+    return base;
+}
+
+std::vector<LoggedEdit> readEdits(Reader& reader)
+{
+    std::vector<LoggedEdit> edits;
+    for (auto count = reader.number<quint32>(); count > 0; --count) {
+        const auto kind = reader.number<quint8>();
+        LoggedEdit edit{static_cast<EditKind>(kind), reader.text(), reader.text(), {}};
+        const auto mode = reader.number<quint16>();
+        if (mode != a_noMode) {
+            edit.mode = mode & 0777;
+        }
+        reader.require(kind <= static_cast<quint8>(EditKind::SetMetadata));
+        edits.push_back(std::move(edit));
+    }
+    return edits;
+}
+
+std::vector<Trace> readTraces(Reader& reader)
+{
+    std::vector<Trace> traces;
+    for (auto count = reader.number<quint32>(); count > 0; --count) {
+        traces.push_back({reader.text(), reader.number<quint64>(), reader.number<bool>()});
+        reader.require(true);
+    }
+    return traces;
+}
+
+} // namespace
+
+QString LoggedEdit::toText() const
+{
+    const QString what = textOf(path);
+    switch (kind) {
+    case EditKind::MakeDirectory:
+        return QStringLiteral("make directory %1").arg(what);
+    case EditKind::PutFile:
+        return QStringLiteral("write %1").arg(what);
+    case EditKind::PutCopy:
+        return QStringLiteral("copy %1 to %2").arg(textOf(other), what);
+    case EditKind::Move:
+        return QStringLiteral("move %1 to %2").arg(what, textOf(other));
+    case EditKind::Remove:
+        return QStringLiteral("remove %1").arg(what);
+    case EditKind::SetMetadata:
+        break;
+    }
+    return QStringLiteral("set %1 to %2").arg(what, textOf(other));
+}
+
+std::int64_t Base::now()
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+bool EditHistory::isSaved() const
+{
+    return !lastSave.empty() &&
+           std::all_of(lastSave.begin(), lastSave.end(), [](const Trace& trace) {
+               const auto info = statOf(trace.path);
+               const bool isThere = info && (trace.id == 0 || info->st_ino == trace.id);
+               return isThere == trace.isThere;
+           });
+}
+
+EditLog::EditLog(std::shared_ptr<Staging> staging) : m_staging(std::move(staging)) {}
+
+EditLog::~EditLog()
+{
+    restart({});
+}
+
+void EditLog::restart(Base base)
+{
+    if (!m_path.empty()) {
+        ::unlink(m_path.c_str());
+        m_path.clear();
+    }
+    m_base = std::move(base);
+    m_isStopped = false;
+}
+
+void EditLog::stop()
+{
+    restart(m_base);
+    m_isStopped = true;
+}
+
+// Appends a record, after the one for the base when it is the first.
+template <class WriteTo>
+void EditLog::note(WriteTo&& writeTo)
+{
+    if (m_isStopped) {
+        return;
+    }
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_5_12);
+    const auto record = [&](const auto& write) {
+        const int begin = bytes.size();
+        out << quint32{0};
+        write(out);
+        out.device()->seek(begin);
+        out << static_cast<quint32>(bytes.size() - begin) - quint32{sizeof(quint32)};
+        out.device()->seek(bytes.size());
+    };
+    if (m_path.empty()) {
+        record([&](QDataStream& stream) { writeBase(stream, m_base); });
+    }
+    record(writeTo);
+    try {
+        write(bytes);
+    } catch (const IoError& error) {
+        stop();
+        warn(std::string(error.what()) + "; should this program die before the next save, what it "
+                                         "did not save can't be recovered",
+             __FILE__, "note", __LINE__);
+    }
+}
+
+void EditLog::write(const QByteArray& bytes)
+{
+    std::string path = m_staging->directory() + "/" + a_fileName;
+    const Fd file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600), path);
+    if (!file) {
+        throwErrno(path);
+    }
+    m_path = std::move(path);
+    // The usual disk, not the seam: what is staged is no part of a save.
+    Disk().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+void EditLog::confirm(Base base)
+{
+    m_base = std::move(base);
+    if (!m_path.empty()) {
+        note([&](QDataStream& out) { writeBase(out, m_base); });
+    }
+}
+
+void EditLog::append(const std::vector<Edit>& edits)
+{
+    note([&](QDataStream& out) {
+        out << static_cast<quint8>(RecordKind::Edits) << static_cast<quint32>(edits.size());
+        for (const Edit& edit : edits) {
+            const LoggedEdit record = logged(edit);
+            out << static_cast<quint8>(record.kind) << bytesOf(record.path) << bytesOf(record.other)
+                << quint16{record.mode.value_or(a_noMode)};
+        }
+    });
+}
+
+void EditLog::saving(const std::vector<Trace>& traces)
+{
+    if (!m_path.empty()) {
+        note([&](QDataStream& out) {
+            out << static_cast<quint8>(RecordKind::Saving) << static_cast<quint32>(traces.size());
+            for (const Trace& trace : traces) {
+                out << bytesOf(trace.path) << quint64{trace.id} << trace.isThere;
+            }
+        });
+    }
+}
+
+EditHistory EditLog::read(const Fd& file)
+{
+    const std::string bytes = readAll(file);
+    EditHistory history;
+    for (std::size_t at = 0; bytes.size() - at >= sizeof(quint32);) {
+        const QByteArray head = QByteArray::fromRawData(bytes.data() + at, sizeof(quint32));
+        const auto size = std::size_t{Reader(head, file.path()).number<quint32>()};
+        at += sizeof(quint32);
+        if (bytes.size() - at < size) {
+            break;
+        }
+        Reader reader(QByteArray::fromRawData(bytes.data() + at, static_cast<int>(size)),
+                      file.path());
+        const auto kind = static_cast<RecordKind>(reader.number<quint8>());
+        reader.require(at == sizeof(quint32) ? kind == RecordKind::Base : kind >= RecordKind::Base);
+        switch (kind) {
+        case RecordKind::Base:
+            history.base = readBase(reader);
+            break;
+        case RecordKind::Edits:
+            history.operations.push_back(readEdits(reader));
+            break;
+        case RecordKind::Saving:
+            history.lastSave = readTraces(reader);
+            break;
+        default:
+            reader.require(false);
+        }
+        reader.requireEnd();
+        at += size;
+    }
+    return history;
+}
+
+} // namespace pk::project
