@@ -1,5 +1,6 @@
 // A program that edits and saves a library is killed at moments chosen by chance.
 #include "child_process.hpp"
+#include "directory_watch.hpp"
 #include "library_state.hpp"
 #include "temporary_files.hpp"
 
@@ -34,7 +35,6 @@ unsigned numberFromEnvironment(const char* name, unsigned usual)
 /// or the one after it.
 struct Announced
 {
-    bool opening = false;
     bool opened = false;
     bool inSave = false;
     int number = 0; ///< of the last save that was begun; 0: none
@@ -46,25 +46,25 @@ struct Announced
         std::istringstream words(line);
         std::string what;
         words >> what;
-        if (what == "opening") {
-            opening = true;
-        } else if (what == "opened") {
+        if (what == "opened") {
             opened = true;
         } else if (what == "save" && words >> number) {
             inSave = true;
         } else if (what == "saved" && words >> number >> saveMicroseconds) {
             inSave = false;
-        } else {
+        } else if (what != "opening") {
             failure = line;
         }
     }
 };
 
-/// When a program is killed: some time after it announced a save, or that it opens the library.
+/// When a program is killed: after it announced a save, or that it opens the library, and then
+/// when so many files came and went beside the library and, or, some time went by.
 struct Moment
 {
     int afterSave; ///< 0: opening
-    double part;   ///< of what a save, or opening, takes
+    int events;
+    double part; ///< of what a save, or opening, takes
 };
 
 struct Figures
@@ -92,6 +92,7 @@ public:
         const Library library(new KX::BoxLibrary(q("Library")));
         library->saveTo(path(), form);
         m_candidates = {stateAt(path())};
+        m_watch.emplace(m_directory.path("place").toStdString());
         m_before = qgetenv("TMPDIR");
         qputenv("TMPDIR", m_directory.path("tmp").toUtf8());
     }
@@ -115,8 +116,8 @@ private:
     unsigned below(unsigned end) { return static_cast<unsigned>(m_random() % end); }
 
     Moment chooseMoment();
-    std::optional<Clock::time_point> await(ChildProcess& program, const Moment& moment,
-                                           Announced& announced);
+    std::optional<Microseconds> await(ChildProcess& program, const Moment& moment,
+                                      Announced& announced);
     Announced runUntil(const Moment& moment);
     void learnFrom(const Announced& announced);
     std::string stateFile(int number) const;
@@ -126,6 +127,7 @@ private:
     void countLeft();
 
     temporary::TemporaryDirectory m_directory;
+    std::optional<DirectoryWatch> m_watch; // as long as the place: it takes a while to close
     QByteArray m_before;
     std::mt19937 m_random;
     States m_candidates;
@@ -137,23 +139,30 @@ private:
 // library, or anywhere. A save that is to be recovered is always interrupted once more.
 Moment Torture::chooseMoment()
 {
-    const double part = std::uniform_real_distribution<double>(0, 1.5)(m_random);
-    if (beside().size() > 1) {
-        return {0, part};
+    // As many random numbers each time, so that a seed gives the same choices whatever happens.
+    const double part = std::uniform_real_distribution<double>(0, 1.2)(m_random);
+    const int save = static_cast<int>(2 + below(4));
+    const int events = static_cast<int>(1 + below(6));
+    const unsigned kind = below(6);
+    if (kind == 0 || beside().size() > 1) {
+        return {0, 0, part};
     }
-    switch (below(6)) {
-    case 0:
-        return {0, part};
+    switch (kind) {
     case 1:
-        return {0, part * 4};
+        return {0, 0, part * 4};
+    case 2:
+        return {save, events, 0};
+    case 3:
+        return {save, 2, part}; // there is the lock, and something being written
     default:
-        return {static_cast<int>(2 + below(4)), part};
+        return {save, 0, part};
     }
 }
 
-// Reads until the program announces that for which the moment waits, and gives the moment.
-std::optional<Clock::time_point> Torture::await(ChildProcess& program, const Moment& moment,
-                                                Announced& announced)
+// Waits for the moment, but for the time that is to go by, which it gives; nothing when the program
+// ends before that.
+std::optional<Microseconds> Torture::await(ChildProcess& program, const Moment& moment,
+                                           Announced& announced)
 {
     Clock::time_point opening;
     while (auto line = program.readLine()) {
@@ -163,11 +172,11 @@ std::optional<Clock::time_point> Torture::await(ChildProcess& program, const Mom
         } else if (*line == "opened") {
             m_opening = Clock::now() - opening;
         }
-        if (announced.number == moment.afterSave &&
-            (announced.inSave || (moment.afterSave == 0 && announced.opening))) {
-            const Microseconds whole =
-                announced.inSave ? Microseconds(announced.saveMicroseconds) : m_opening;
-            return Clock::now() + std::chrono::duration_cast<Clock::duration>(whole * moment.part);
+        if (announced.number == moment.afterSave && announced.inSave == (moment.afterSave > 0)) {
+            m_watch->forget();
+            m_watch->await(moment.events);
+            return moment.part *
+                   (announced.inSave ? Microseconds(announced.saveMicroseconds) : m_opening);
         }
     }
     return std::nullopt;
@@ -178,12 +187,13 @@ Announced Torture::runUntil(const Moment& moment)
     Announced announced;
     ChildProcess program({KX_EDIT_LOOP, path().toStdString(), std::to_string(m_random()),
                           m_directory.path("states").toStdString()});
-    const auto end = await(program, moment, announced);
-    if (!end) {
+    const auto time = await(program, moment, announced);
+    if (!time) {
         announced.failure += " the program ended by itself";
         return announced;
     }
-    for (const std::string& line : program.readLinesUntil(*end)) {
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(*time);
+    for (const std::string& line : program.readLinesUntil(end)) {
         announced.add(line);
     }
     const bool killed = program.kill();
