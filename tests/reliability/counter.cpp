@@ -7,16 +7,16 @@
 // how often a conflict and how often a lock was that.
 #include <pk/project/project_model.hpp>
 
+#include <QByteArray>
 #include <QFile>
 
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <unistd.h>
 
 namespace {
 
-constexpr unsigned a_lifeInSeconds = 120;
+constexpr unsigned a_lifeInSeconds = 120; // should it not come to an end
 
 struct Refusals
 {
@@ -59,7 +59,7 @@ int main(int argc, char** argv)
         while (::read(STDIN_FILENO, &byte, 1) > 0) {
         }
         Refusals refusals;
-        for (int left = std::atoi(argv[2]); left > 0;) {
+        for (int left = QByteArray(argv[2]).toInt(); left > 0;) {
             left -= tryToAdd(QFile::decodeName(argv[1]), refusals) ? 1 : 0;
         }
         std::cout << refusals.conflicts << ' ' << refusals.locks << std::endl;

@@ -38,16 +38,6 @@ void announce(const std::string& line)
     }
 }
 
-void writeState(const QString& directory, int number, const std::string& state)
-{
-    QFile file(directory + QLatin1Char('/') + QString::number(number));
-    const auto size = static_cast<qint64>(state.size());
-    if (!file.open(QIODevice::WriteOnly) || file.write(state.data(), size) != size ||
-        !file.flush()) {
-        throw std::runtime_error(file.fileName().toStdString() + " can't be written");
-    }
-}
-
 /// Puts the library's project, as one that was never there, in the place of what is there.
 void replace(const QString& path, const ProjectModel& model)
 {
@@ -64,7 +54,7 @@ void loop(const QString& path, unsigned seed, const QString& states)
     std::mt19937 random(seed);
     announce("opening");
     Library library = openLibrary(path);
-    writeState(states, 0, stateOf(*library));
+    writeState(states + QStringLiteral("/0"), stateOf(*library));
     announce("opened");
     for (int number = 1;; ++number) {
         LibraryEditor editor(*library, random);
@@ -74,7 +64,7 @@ void loop(const QString& path, unsigned seed, const QString& states)
         library->projectModel().setMetadata(QString::fromLatin1(a_stateKey),
                                             QStringLiteral("%1 of seed %2").arg(number).arg(seed));
         const bool replaces = random() % a_replacing == 0;
-        writeState(states, number, stateOf(*library));
+        writeState(states + QLatin1Char('/') + QString::number(number), stateOf(*library));
         announce("save " + std::to_string(number));
         const auto begin = Clock::now();
         replaces ? replace(path, library->projectModel()) : library->save();

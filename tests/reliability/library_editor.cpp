@@ -26,12 +26,13 @@ int depthOf(const BoxLibraryNode& node)
     return node.parent() == nullptr ? 0 : 1 + depthOf(*node.parent());
 }
 
-bool isAtOrBelow(const BoxLibraryNode* node, const BoxLibraryNode* top)
+// Whether `inner` is `outer` or below it.
+bool isWithin(const BoxLibraryNode* outer, const BoxLibraryNode* inner)
 {
-    while (node != nullptr && node != top) {
-        node = node->parent();
+    while (inner != nullptr && inner != outer) {
+        inner = inner->parent();
     }
-    return node == top;
+    return inner == outer;
 }
 
 void collect(BoxLibraryNode& node, std::vector<BoxLibraryNode*>& nodes)
@@ -171,7 +172,7 @@ void LibraryEditor::copy()
 {
     const BoxLibraryNode* const node = oneOf(nodes());
     BoxLibraryNode* const folder = oneOf(folders());
-    if (isAtOrBelow(folder, node) || depthOf(*folder) >= a_deepest) {
+    if (isWithin(node, folder) || depthOf(*folder) >= a_deepest) {
         return;
     }
     BoxLibraryNode* const clone = node->clone();
@@ -194,7 +195,7 @@ void LibraryEditor::move()
     BoxLibraryNode* const node = oneOf(nodes());
     BoxLibraryNode* const folder = oneOf(folders());
     BoxLibraryNode* const oldFolder = node->parent();
-    if (folder == oldFolder || isAtOrBelow(folder, node) || depthOf(*folder) >= a_deepest) {
+    if (folder == oldFolder || isWithin(node, folder) || depthOf(*folder) >= a_deepest) {
         return;
     }
     const QString oldPath = node->path();

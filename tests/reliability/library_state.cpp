@@ -4,11 +4,14 @@
 #include <kxboxlibrary/box_library_node.hpp>
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QStringList>
 
 #include <algorithm>
 #include <iterator>
 #include <sstream>
+#include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace reliability {
@@ -105,6 +108,16 @@ std::string stateAt(const QString& path)
 {
     const Library library = openLibrary(path);
     return stateOf(*library, pk::project::ProjectModel(path));
+}
+
+void writeState(const QString& path, const std::string& state)
+{
+    QFile file(path);
+    const auto size = static_cast<qint64>(state.size());
+    if (!file.open(QIODevice::WriteOnly) || file.write(state.data(), size) != size ||
+        !file.flush()) {
+        throw std::runtime_error(path.toStdString() + " can't be written");
+    }
 }
 
 std::string difference(const std::string& expected, const std::string& found)

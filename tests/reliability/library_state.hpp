@@ -27,6 +27,9 @@ std::string stateOf(KX::BoxLibrary& library);
 /// them.
 std::string stateAt(const QString& path);
 
+/// Writes a state to a file; it is there whole when this returns. Throws std::runtime_error.
+void writeState(const QString& path, const std::string& state);
+
 /// Where two states differ, for people; nothing when they don't.
 std::string difference(const std::string& expected, const std::string& found);
 

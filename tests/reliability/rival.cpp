@@ -13,13 +13,13 @@
 #include <kxboxlibrary/box_data.hpp>
 #include <kxboxlibrary/box_library_node.hpp>
 
+#include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <boost/make_shared.hpp>
 
 #include <chrono>
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -31,16 +31,6 @@ using namespace reliability;
 using Clock = std::chrono::steady_clock;
 
 constexpr unsigned a_lifeInSeconds = 120; // nobody lets it go
-
-void writeState(const QString& path, const std::string& state)
-{
-    QFile file(path);
-    const auto size = static_cast<qint64>(state.size());
-    if (!file.open(QIODevice::WriteOnly) || file.write(state.data(), size) != size ||
-        !file.flush()) {
-        throw std::runtime_error(path.toStdString() + " can't be written");
-    }
-}
 
 /// Of the kinds of edits, each of which the rival may make as well, the one of a number.
 void edit(KX::BoxLibrary& library, const std::string& name, int kind)
@@ -107,11 +97,11 @@ void run(char** words)
 {
     const QString states = QFile::decodeName(words[6]);
     const Library library = openLibrary(QFile::decodeName(words[1]));
-    edit(*library, words[2], std::atoi(words[3]));
+    edit(*library, words[2], QByteArray(words[3]).toInt());
     writeState(states + QStringLiteral(".edited"), stateOf(*library));
     std::cout << "ready" << std::endl;
     waitForEndOfInput();
-    waitBusily(std::chrono::microseconds(std::atoi(words[4])));
+    waitBusily(std::chrono::microseconds(QByteArray(words[4]).toInt()));
     const std::string refusal = save(*library);
     std::cout << (refusal.empty() ? "saved" : refusal.substr(0, refusal.find('\n'))) << std::endl;
     if (!refusal.empty()) {

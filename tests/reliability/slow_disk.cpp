@@ -1,6 +1,6 @@
-// Takes the place of the C library's functions in a program that is linked with it: what changes
-// the disk takes as long as on a real one, also where that is memory. Else hardly anybody would hit
-// the moment between two changes who ends the program from outside.
+// Makes the disk of a program that is linked with it a slow one, as real ones are, in the place of
+// the C library's functions: else whoever ends the program from outside hardly ever hits the moment
+// between two changes.
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
@@ -19,6 +19,8 @@ int slowly(long call, Arguments... arguments) noexcept
 }
 
 } // namespace
+
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): theirs are reserved names.
 
 #define KX_INSTEAD extern "C" __attribute__((visibility("default"))) int
 
@@ -57,3 +59,5 @@ KX_INSTEAD rmdir(const char* path) noexcept
 {
     return slowly(SYS_unlinkat, AT_FDCWD, path, AT_REMOVEDIR);
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -2,6 +2,7 @@
 #include "child_process.hpp"
 #include "directory_watch.hpp"
 #include "library_state.hpp"
+#include "settings.hpp"
 #include "temporary_files.hpp"
 
 #include <QDir>
@@ -23,13 +24,6 @@ using temporary::q;
 using Clock = std::chrono::steady_clock;
 using Microseconds = std::chrono::duration<double, std::micro>;
 using States = std::vector<std::string>;
-
-unsigned numberFromEnvironment(const char* name, unsigned usual)
-{
-    bool isNumber = false;
-    const unsigned number = qEnvironmentVariable(name).toUInt(&isNumber);
-    return isNumber ? number : usual;
-}
 
 /// What can be on disk after what a program announced: the state before the save that it was in,
 /// or the one after it.
@@ -328,8 +322,7 @@ INSTANTIATE_TEST_SUITE_P(Torture, KilledPrograms,
 TEST_P(KilledPrograms, LeaveTheOldLibraryOrTheNewOne)
 {
     const unsigned rounds = numberFromEnvironment("KX_TORTURE_ROUNDS", 30);
-    const unsigned seed = numberFromEnvironment("KX_TORTURE_SEED", std::random_device()());
-    std::cout << "KX_TORTURE_SEED=" << seed << std::endl;
+    const unsigned seed = chooseSeed();
     const auto begin = Clock::now();
     Torture torture(GetParam(), seed);
     // Both forms together make the rounds.

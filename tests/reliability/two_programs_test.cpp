@@ -1,6 +1,7 @@
 // Two programs edit and save one library at the same time.
 #include "child_process.hpp"
 #include "library_state.hpp"
+#include "settings.hpp"
 #include "temporary_files.hpp"
 
 #include <kx/xml_element.hpp>
@@ -27,7 +28,9 @@ using temporary::getLocal;
 using temporary::q;
 using temporary::TemporaryDirectory;
 
+constexpr int a_rounds = 200;
 constexpr unsigned a_kindsOfEdits = 5;
+constexpr unsigned a_longestDelay = 3000; // microseconds
 
 // Size and checksum of a file that can't be read.
 constexpr const char* a_noContent = "0 da39a3ee5e6b4b0d3255bfef95601890afd80709";
@@ -106,18 +109,6 @@ struct Rival
     std::string name;   ///< which its edit holds, too
     std::string result; ///< "saved", "conflict" or "lock"
     std::string edited; ///< its library's state before the save
-};
-
-class TwoPrograms : public testing::Test
-{
-protected:
-    TwoPrograms() { std::cout << "seed " << m_seed << std::endl; }
-
-    unsigned below(unsigned end) { return static_cast<unsigned>(m_random() % end); }
-
-    TemporaryDirectory m_directory;
-    unsigned m_seed = std::random_device()();
-    std::mt19937 m_random{m_seed};
 };
 
 /// One library in the place for a round, and two programs on it.
@@ -200,7 +191,7 @@ private:
                 path("Library.bxl").toStdString(),
                 name,
                 std::to_string(random() % a_kindsOfEdits),
-                std::to_string(random() % 3000),
+                std::to_string(random() % a_longestDelay),
                 path(letter + "/Library.bxl").toStdString(),
                 path(letter).toStdString()};
     }
@@ -222,17 +213,19 @@ private:
     std::string m_original; ///< state of the library before
 };
 
-TEST_F(TwoPrograms, ThatOpenedALibraryBeforeEitherSavedItCannotBothSaveIt)
+TEST(TwoPrograms, ThatOpenedALibraryBeforeEitherSavedItCannotBothSaveIt)
 {
+    const TemporaryDirectory directory;
+    std::mt19937 random(chooseSeed());
     std::array<int, 2> wins{};
     int conflicts = 0;
     int locks = 0;
     int whole = 0;
-    for (int number = 0; number < 200 && !HasFailure(); ++number) {
+    for (int number = 0; number < a_rounds && !testing::Test::HasFailure(); ++number) {
         SCOPED_TRACE("round " + std::to_string(number));
-        Round round(m_directory, number,
+        Round round(directory, number,
                     number % 2 == 0 ? KX::BoxLibrary::Directory : KX::BoxLibrary::Archive);
-        const auto rivals = round.run(m_random);
+        const auto rivals = round.run(random);
         const std::size_t winner = rivals[0].result == "saved" ? 0 : 1;
         const Rival& loser = rivals[1 - winner];
         ASSERT_EQ(rivals[winner].result, "saved");
@@ -245,11 +238,13 @@ TEST_F(TwoPrograms, ThatOpenedALibraryBeforeEitherSavedItCannotBothSaveIt)
     std::cout << "A won " << wins[0] << " times, B " << wins[1] << " times; the other got "
               << conflicts << " conflicts and " << locks << " locks and rescued " << whole
               << " whole libraries" << std::endl;
-    EXPECT_EQ(wins[0] + wins[1], 200);
+    EXPECT_EQ(wins[0] + wins[1], a_rounds);
 }
 
-class CountingPrograms : public TwoPrograms, public testing::WithParamInterface<ArchiveFormat>
+class CountingPrograms : public testing::TestWithParam<ArchiveFormat>
 {
+protected:
+    TemporaryDirectory m_directory;
 };
 
 std::string formName(const testing::TestParamInfo<ArchiveFormat>& info)
