@@ -6,7 +6,6 @@
 #include "temporary_files.hpp"
 
 #include <QDir>
-#include <QDirIterator>
 
 #include <algorithm>
 #include <chrono>
@@ -15,6 +14,8 @@
 #include <optional>
 #include <random>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace reliability {
 namespace {
