@@ -11,6 +11,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/file.h>
 #include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
@@ -225,6 +226,17 @@ void Disk::unlink(const std::string& path)
 void Disk::rmdir(const std::string& path)
 {
     check(::rmdir(path.c_str()), path);
+}
+
+bool Disk::lock(const Fd& file)
+{
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+        return true;
+    }
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+        throwErrno(file.path());
+    }
+    return false;
 }
 
 std::uint16_t umaskLeaves(mode_t mode)

@@ -77,6 +77,9 @@ public:
     virtual void link(const std::string& from, const std::string& to);
     virtual void unlink(const std::string& path);
     virtual void rmdir(const std::string& path);
+    /// Takes the kernel's lock on an open file, held until the file is closed. False when somebody
+    /// else has it.
+    virtual bool lock(const Fd& file);
 };
 
 /// The permission bits of `mode` that the process's umask leaves, as it was when first asked for.

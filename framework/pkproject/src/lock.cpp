@@ -6,11 +6,12 @@
 
 #include <QString>
 #include <QSysInfo>
+#include <QVector>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/file.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -19,6 +20,9 @@ namespace pk::project {
 namespace {
 
 constexpr std::chrono::milliseconds a_pause{10};
+
+// Bytes of a lock file that are looked at.
+constexpr std::size_t a_longestOwner = 400;
 
 std::string myself()
 {
@@ -37,18 +41,59 @@ bool isCurrent(const Fd& file)
 void writeOwner(const Fd& file)
 {
     const std::string owner = myself() + "\n";
-    // Only people read it; a disk without room for it must not keep anybody from saving.
-    if (::ftruncate(file.get(), 0) != 0 ||
+    // Only people read it; a disk without room for it must not keep anybody from saving. A file
+    // that has another name as well may be anybody's.
+    if (statOf(file).st_nlink != 1 || ::ftruncate(file.get(), 0) != 0 ||
         ::pwrite(file.get(), owner.data(), owner.size(), 0) < 0) {
         errno = 0;
     }
 }
 
-std::string ownerOf(const Fd& file)
+bool isNoText(uint character)
 {
-    std::string owner = readAll(file);
-    owner.erase(owner.find_last_not_of('\n') + 1);
-    return owner.empty() ? "another program" : owner;
+    return character != ' ' && (!QChar::isPrint(character) || QChar::isSpace(character));
+}
+
+// Who has the lock, as the lock file says, in one line; empty when it does not say. The file may be
+// anybody's, and anything: what is no text becomes "?", and no more is read than a name takes.
+std::string ownerIn(const Fd& file)
+{
+    std::array<char, a_longestOwner> bytes{};
+    const ssize_t size = ::pread(file.get(), bytes.data(), bytes.size(), 0);
+    const QString text =
+        QString::fromUtf8(bytes.data(), static_cast<int>(std::max(size, ssize_t{0})));
+    QVector<uint> line = text.trimmed().section(QLatin1Char('\n'), 0, 0).toUcs4();
+    std::replace_if(line.begin(), line.end(), isNoText, '?');
+    return QString::fromUcs4(line.constData(), line.size()).toStdString();
+}
+
+bool tryLock(const Place& place, const Fd& file)
+{
+    try {
+        return Disk::instance().lock(file);
+    } catch (const IoError& error) {
+        const std::string owner = ownerIn(file);
+        throw LockError(place.path + ": it can't be found out whether another program saves it: " +
+                        error.what() + (owner.empty() ? "" : "; the lock file names " + owner));
+    }
+}
+
+// Never waits, whatever has the lock file's name.
+Fd openLockFile(const std::string& path)
+{
+    constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    Fd file(::open(path.c_str(), O_RDWR | O_CREAT | flags, 0644), path);
+    if (!file && errno == EACCES) {
+        // Another user's, perhaps of a program that died: reading is enough to lock it.
+        file = Fd(::open(path.c_str(), O_RDONLY | flags), path);
+        if (!file && errno == ENOENT) {
+            errno = EACCES; // nobody's: that it can't be made is the reason
+        }
+    }
+    if (!file) {
+        throwErrno(path);
+    }
+    return file;
 }
 
 } // namespace
@@ -57,32 +102,18 @@ Lock Lock::take(const Place& place, std::chrono::milliseconds patience)
 {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        const std::string path = place.lockFile();
-        Fd file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644), path);
-        if (!file && errno == EACCES) {
-            // Another user's, perhaps of a program that died: reading is enough to lock it.
-            file = Fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW), path);
-            if (!file && errno == ENOENT) {
-                errno = EACCES; // nobody's: that it can't be made is the reason
-            }
-        }
-        if (!file) {
-            throwErrno(path);
-        }
-        if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+        Fd file = openLockFile(place.lockFile());
+        if (tryLock(place, file)) {
             if (isCurrent(file)) {
                 writeOwner(file);
                 return Lock(std::move(file));
             }
             continue;
         }
-        if (errno != EWOULDBLOCK && errno != EINTR) {
-            throw LockError(place.path +
-                            ": it can't be found out whether another program saves it: " +
-                            std::generic_category().message(errno));
-        }
         if (std::chrono::steady_clock::now() >= deadline) {
-            throw LockError(place.path + ": it is in use by " + ownerOf(file));
+            const std::string owner = ownerIn(file);
+            throw LockError(place.path + ": it is in use by " +
+                            (owner.empty() ? "another program" : owner));
         }
         std::this_thread::sleep_for(a_pause);
     }

@@ -19,8 +19,9 @@ public:
     /// Saves take milliseconds to seconds, so it is worth to wait for one rather than to fail.
     static constexpr std::chrono::milliseconds a_patience{5000};
 
-    /// Takes the lock, waiting for whoever has it. Throws LockError, which names the owner, or
-    /// IoError when the lock file can't be made.
+    /// Takes the lock, waiting for whoever has it. Throws LockError, also where the file system
+    /// can't say who that is, and IoError when the lock file can't be made. A LockError names the
+    /// owner when the lock file does, in one line of bounded length, whatever is in the file.
     static Lock take(const Place& place, std::chrono::milliseconds patience = a_patience);
 
     /// As take(), but gives nothing where no lock file can be made: from there nobody saves the
