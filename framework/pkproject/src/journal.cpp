@@ -191,6 +191,7 @@ Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
 JournalDirectory::JournalDirectory(const Place& place)
     : m_project(place.path), m_path(place.journal()), m_parent(place.parent)
 {
+    removeTree(m_path);
     Disk::instance().mkdir(m_path, 0700);
 }
 
@@ -263,7 +264,12 @@ void JournalDirectory::recover(const Place& place)
         break;
     }
     directory.finish();
-    removeTree(directory.m_path);
+    try {
+        removeTree(directory.m_path);
+    } catch (const IoError& error) {
+        // The project is whole, and can be read; a save in place needs the directory's place.
+        warn(error.what(), __FILE__, "recover", __LINE__);
+    }
 }
 
 bool JournalDirectory::isPending(const Place& place)
