@@ -358,7 +358,7 @@ void removeBelow(const std::string& path, const std::string& top, std::uint64_t&
 
 // Removes one entry of a directory that is being removed. A directory whose path gets too long is
 // lifted to the top of what is removed first.
-void removeEntry(std::string path, const std::string& top, std::uint64_t& lifted)
+void removeEntry(const std::string& path, const std::string& top, std::uint64_t& lifted)
 {
     const auto info = statOf(path);
     if (!info) {

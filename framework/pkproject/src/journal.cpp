@@ -264,12 +264,8 @@ void JournalDirectory::recover(const Place& place)
         break;
     }
     directory.finish();
-    try {
-        removeTree(directory.m_path);
-    } catch (const IoError& error) {
-        // The project is whole, and can be read; a save in place needs the directory's place.
-        warn(error.what(), __FILE__, "recover", __LINE__);
-    }
+    // The destructor removes the rest. Where it can't, the project is whole all the same and can be
+    // read; only a save in place needs the directory's place.
 }
 
 bool JournalDirectory::isPending(const Place& place)

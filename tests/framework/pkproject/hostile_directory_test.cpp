@@ -1,12 +1,12 @@
 #include "another_user.hpp"
 #include "everything_project.hpp"
-#include "faulty_disk.hpp"
 #include "log_records.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
 #include <pk/project/project.hpp>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <functional>
 #include <optional>
@@ -77,15 +77,7 @@ protected:
         putLocal(local("outside/tree/e/c"), "secret c");
         m_outside = treeOf(local("outside"));
     }
-    ~HostileDirectory() override
-    {
-        EXPECT_EQ(treeOf(local("outside")), m_outside);
-        m_directory.reset();
-    }
-    HostileDirectory(const HostileDirectory&) = delete;
-    HostileDirectory& operator=(const HostileDirectory&) = delete;
-    HostileDirectory(HostileDirectory&&) = delete;
-    HostileDirectory& operator=(HostileDirectory&&) = delete;
+    void TearDown() override { EXPECT_EQ(treeOf(local("outside")), m_outside); }
 
     QString local(const std::string& name) const { return m_directory->path(name); }
     std::string path(const std::string& name) const { return local(name).toStdString(); }
@@ -419,6 +411,35 @@ TEST_P(DeepMove, IsNotSavedWhereItCouldNotBeReadAgain)
 
 INSTANTIATE_TEST_SUITE_P(Both, DeepMove, testing::Values(Form::Directory, Form::Archive), nameOf);
 
+namespace {
+
+// Refuses to remove one file.
+class StubbornDisk : public Disk
+{
+public:
+    explicit StubbornDisk(std::string path) : m_path(std::move(path)) { Disk::replace(this); }
+    ~StubbornDisk() override { Disk::replace(nullptr); }
+    StubbornDisk(const StubbornDisk&) = delete;
+    StubbornDisk& operator=(const StubbornDisk&) = delete;
+    StubbornDisk(StubbornDisk&&) = delete;
+    StubbornDisk& operator=(StubbornDisk&&) = delete;
+
+    void unlink(const std::string& path) override
+    {
+        if (path == m_path) {
+            errno = EACCES;
+            throwErrno(path);
+        }
+        Disk::unlink(path);
+    }
+    void giveIn() { m_path.clear(); }
+
+private:
+    std::string m_path;
+};
+
+} // namespace
+
 class UnremovableRemains : public HostileDirectory
 {
 };
@@ -426,8 +447,7 @@ class UnremovableRemains : public HostileDirectory
 TEST_F(UnremovableRemains, OfASaveKeepFromSavingInPlaceButNotFromOpening)
 {
     putLocal(local(".p.kxjournal/0"), "left");
-    FaultyDisk disk;
-    disk.failAt(1, EACCES, true); // after the sync that comes first
+    StubbornDisk disk(path(".p.kxjournal/0"));
     const std::string reason = path(".p.kxjournal/0") + ": Permission denied";
     const LogRecords log;
     ProjectModel model(local("p"));
@@ -436,7 +456,7 @@ TEST_F(UnremovableRemains, OfASaveKeepFromSavingInPlaceButNotFromOpening)
     model.writeFile(q("a"), "changed");
     EXPECT_EQ(messageOf<IoError>([&] { saveInPlace(model); }),
               path("p") + ": it can't be saved: " + reason);
-    disk.heal();
+    disk.giveIn();
     saveInPlace(model);
     EXPECT_EQ(ProjectModel(local("p")).readFile(q("a")), QByteArray("changed"));
     EXPECT_EQ(leftBeside(local("p")), QStringList());

@@ -130,12 +130,12 @@ protected:
     }
     static void TearDownTestSuite()
     {
-        std::cout << "points of all saves: " << s_points << std::endl;
+        std::cout << "points of all saves: " << allPoints() << std::endl;
     }
     const Tree& after() const { return m_after; }
     void report(const char* way, int points)
     {
-        s_points += points;
+        allPoints() += points;
         RecordProperty("points", points);
         std::cout << GetParam().name << ", " << way << ": " << points << " points" << std::endl;
     }
@@ -145,13 +145,15 @@ protected:
     }
 
 private:
-    static int s_points;
+    static int& allPoints()
+    {
+        static int points = 0;
+        return points;
+    }
     const AnotherUser m_user;
     const TemporaryFiles m_staging;
     Tree m_after;
 };
-
-int SaveFaults::s_points = 0;
 
 class SaveFaultsWithErrors : public SaveFaults
 {
