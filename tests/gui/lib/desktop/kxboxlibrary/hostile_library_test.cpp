@@ -83,10 +83,10 @@ TEST_F(HostileLibrary, OpensWithoutWhatIsNoPartOfItAndSaysEachOnce)
     }
     std::sort(left.begin(), left.end());
     const std::string isLink = ": left out of the project, because it is a symbolic link";
-    EXPECT_EQ(left,
-              (Names{"A/pipe: left out of the project, because it is neither a file nor a "
-                     "directory",
-                     "F/B/more.wav" + isLink, "F/S" + isLink, "F/loop" + isLink, "Link" + isLink}));
+    const std::string isSpecial =
+        ": left out of the project, because it is neither a file nor a directory";
+    EXPECT_EQ(left, (Names{"A/pipe" + isSpecial, "F/B/more.wav" + isLink, "F/S" + isLink,
+                           "F/loop" + isLink, "Link" + isLink}));
     EXPECT_EQ(childNames(*library->boxRoot()), (Names{"A", "F"}));
     EXPECT_EQ(childNames(*library->node({1})), Names{"B"});
     library->exportBehaviors(path("exported"));
