@@ -1,6 +1,7 @@
 #include "archive_save.hpp"
 
 #include "archive_check.hpp"
+#include "save_plan.hpp"
 
 #include <pk/project/error.hpp>
 
@@ -217,6 +218,7 @@ void ArchiveSave::verifyOriginals()
 Fd ArchiveSave::write(const std::string& path, mode_t mode)
 {
     m_path = path;
+    refuseLongPaths(m_index.root());
     const Fd file = Disk::instance().create(path, mode);
     Output output(*this, file);
     zip_error_t error;

@@ -141,6 +141,8 @@ DirectorySave::DirectorySave(Index& index, Contents& contents, const Metadata& m
 
 void DirectorySave::write(const std::string& path, mode_t mode)
 {
+    refuseLongPaths(m_index.root());
+    mode |= (mode & 0444) >> 2;
     Disk::instance().mkdir(path, mode | 0700);
     const QByteArray metadata = formatMetadata(m_metadata);
     if (!metadata.isEmpty()) {

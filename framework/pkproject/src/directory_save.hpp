@@ -27,8 +27,9 @@ public:
 
     /// Writes everything to a directory that does not exist yet and waits until it is on the disk.
     /// A file of the source that someone removed since it was opened, and that was not rewritten
-    /// here, is left out with a warning in the log. Throws IoError and what reading the files
-    /// throws.
+    /// here, is left out with a warning in the log. `mode` may be that of an archive whose place
+    /// the directory takes: who may read the one may also enter the other. Throws IoError and what
+    /// reading the files throws.
     void write(const std::string& path, mode_t mode);
 
     /// Tells the index's entries how their files are in the new directory, and removes those that

@@ -1,5 +1,7 @@
 #include "directory_source.hpp"
 
+#include "warn.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <QString>
@@ -16,22 +18,30 @@ namespace {
 // More than these make a message unreadable.
 constexpr std::size_t a_listedChanges = 20;
 
-bool isPartOfProject(const struct stat& info)
-{
-    return S_ISREG(info.st_mode) || S_ISDIR(info.st_mode);
-}
-
-void checkName(const std::string& directory, const std::string& name)
+bool isUtf8(const std::string& name)
 {
     const bool ascii = std::all_of(name.begin(), name.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (beginsWithMark(name)) {
-        throw FormatError(directory + "/" + name +
-                          ": a name in a project has no byte order mark in front");
+    return ascii || QString::fromStdString(name).toStdString() == name;
+}
+
+// A name that may not be UTF-8, for a text that is.
+std::string printable(const std::string& name)
+{
+    if (isUtf8(name)) {
+        return name;
     }
-    if (!ascii && QString::fromStdString(name).toStdString() != name) {
-        throw FormatError(directory + ": it holds a file name that is not UTF-8");
+    constexpr const char* digits = "0123456789abcdef";
+    std::string text;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            text += c;
+        } else {
+            text += {'\\', 'x', digits[byte / 16], digits[byte % 16]};
+        }
     }
+    return text;
 }
 
 std::optional<struct stat> statIn(const Fd& directory, const std::string& name)
@@ -46,13 +56,16 @@ std::optional<struct stat> statIn(const Fd& directory, const std::string& name)
     return std::nullopt;
 }
 
+// Gives nothing, with errno set, for a directory that can't be read or entered.
 Fd openDirectoryIn(const Fd& directory, const std::string& name)
 {
-    const std::string path = directory.path() + "/" + name;
     Fd fd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
-          path);
-    if (!fd) {
-        throwErrno(path);
+          directory.path() + "/" + name);
+    struct stat info = {};
+    if (fd && ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) != 0) {
+        const int error = errno;
+        fd.reset();
+        errno = error;
     }
     return fd;
 }
@@ -88,6 +101,14 @@ std::string listing(const std::vector<std::string>& changes)
     return text;
 }
 
+// What a directory has under a name.
+struct DirectorySource::Found
+{
+    struct stat info = {};
+    Fd directory;         ///< open, when it is one
+    std::string obstacle; ///< why it is no part of the project; empty when it is one
+};
+
 DirectorySource::DirectorySource(Place place, Fd root)
     : m_place(std::move(place)), m_root(std::move(root))
 {
@@ -97,7 +118,7 @@ DirectorySource::DirectorySource(Place place, Fd root)
 void DirectorySource::load(Index& index)
 {
     index.root().mode = static_cast<std::uint16_t>(statOf(m_root).st_mode & 0777);
-    loadDirectory(m_root, index.root());
+    loadDirectory({m_root, {}, 0}, index.root());
 }
 
 Metadata DirectorySource::loadMetadata() const
@@ -122,12 +143,17 @@ Fd DirectorySource::open(const Entry& entry) const
     const std::string path = Index::sourcePath(entry);
     // Without O_NONBLOCK a pipe that somebody put in the file's place would block.
     Fd file = openBeneath(m_root, path, O_RDONLY | O_NONBLOCK);
-    if (!file) {
-        if (errno == ENOENT || errno == ENOTDIR) {
-            throw PathNotFound(m_place.path + "/" + path +
-                               ": removed by someone else since the project was opened");
-        }
+    if (!file && errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);
+    }
+    const mode_t kind = file ? statOf(file).st_mode & S_IFMT : S_IFDIR;
+    if (kind == S_IFDIR) {
+        throw PathNotFound(m_place.path + "/" + path +
+                           ": removed by someone else since the project was opened");
+    }
+    if (kind != S_IFREG) {
+        throw IoError(m_place.path + "/" + path +
+                      ": replaced by someone else since the project was opened");
     }
     return file;
 }
@@ -179,7 +205,8 @@ std::vector<std::string> DirectorySource::changesBelow(const Entry& directory) c
     const std::string path = Index::sourcePath(directory);
     const Fd fd = openBeneath(m_root, path, O_RDONLY | O_DIRECTORY);
     if (fd) {
-        compare(fd, directory, path, changes);
+        const auto depth = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+        compare({fd, path, path.empty() ? 0 : depth + 1}, directory, changes);
     } else {
         changes.push_back("'" + path + "'");
     }
@@ -198,59 +225,99 @@ bool DirectorySource::mayHaveChanged() const
     return modificationTime(mine) != m_time || metadataStamp() != m_metadataStamp;
 }
 
-void DirectorySource::loadDirectory(const Fd& fd, Entry& directory)
+// Nothing for what is gone meanwhile.
+std::optional<DirectorySource::Found> DirectorySource::look(const Level& level,
+                                                            const std::string& name)
 {
-    for (std::string& name : namesIn(fd)) {
+    const auto info = statIn(level.fd, name);
+    if (!info) {
+        return std::nullopt;
+    }
+    Found found;
+    found.info = *info;
+    if (S_ISLNK(info->st_mode)) {
+        found.obstacle = "it is a symbolic link";
+    } else if (!S_ISREG(info->st_mode) && !S_ISDIR(info->st_mode)) {
+        found.obstacle = "it is neither a file nor a directory";
+    } else if (!isUtf8(name)) {
+        found.obstacle = "its name is not UTF-8";
+    } else if (isTooLong(joinPath(level.path, name).size(), level.depth + 1)) {
+        found.obstacle = "its path is too long";
+    } else if (S_ISDIR(info->st_mode)) {
+        found.directory = openDirectoryIn(level.fd, name);
+        if (!found.directory && errno != EACCES) {
+            throwErrno(level.fd.path() + "/" + name);
+        }
+        found.obstacle = found.directory ? "" : "it can't be read";
+    }
+    return found;
+}
+
+void DirectorySource::loadDirectory(const Level& level, Entry& directory)
+{
+    for (std::string& name : namesIn(level.fd)) {
         if (directory.parent == nullptr && isReservedName(name)) {
             continue;
         }
-        checkName(fd.path(), name);
-        const auto info = statIn(fd, name);
-        if (!info || !isPartOfProject(*info)) {
+        if (beginsWithMark(name)) {
+            throw FormatError(level.fd.path() + "/" + name +
+                              ": a name in a project has no byte order mark in front");
+        }
+        const auto found = look(level, name);
+        if (!found) {
             continue;
         }
-        const bool isDirectory = S_ISDIR(info->st_mode);
-        Entry& entry = Index::appendLoaded(directory, std::move(name), isDirectory,
-                                           static_cast<std::uint16_t>(info->st_mode & 0777));
-        entry.stamp = Stamp::of(*info);
+        if (!found->obstacle.empty()) {
+            warn(level.fd.path() + "/" + printable(name) + ": left out of the project, because " +
+                     found->obstacle,
+                 __FILE__, "load", __LINE__);
+            continue;
+        }
+        const std::string path = joinPath(level.path, name);
+        Entry& entry = Index::appendLoaded(directory, std::move(name), S_ISDIR(found->info.st_mode),
+                                           static_cast<std::uint16_t>(found->info.st_mode & 0777));
+        entry.stamp = Stamp::of(found->info);
         ++m_size;
-        if (isDirectory) {
-            loadDirectory(openDirectoryIn(fd, entry.name), entry);
+        if (entry.isDirectory()) {
+            loadDirectory({found->directory, path, level.depth + 1}, entry);
         }
     }
     Index::sortLoaded(directory);
 }
 
-void DirectorySource::compare(const Fd& fd, const Entry& directory, const std::string& path,
-                              std::vector<std::string>& changes) const
+void DirectorySource::compare(const Level& level, const Entry& directory,
+                              std::vector<std::string>& changes)
 {
     auto known = childrenInSource(directory);
-    for (const std::string& name : namesIn(fd)) {
-        if (path.empty() && isReservedName(name)) {
+    for (const std::string& name : namesIn(level.fd)) {
+        if (level.path.empty() && isReservedName(name)) {
             continue;
         }
-        const auto info = statIn(fd, name);
-        if (!info || !isPartOfProject(*info)) {
-            continue;
-        }
-        const std::string childPath = joinPath(path, name);
+        const auto found = look(level, name);
         const auto it = known.find(name);
+        const bool isDirectory = found && S_ISDIR(found->info.st_mode);
+        if (!found || (!found->obstacle.empty() && (it == known.end() || !isDirectory))) {
+            continue;
+        }
+        const std::string path = joinPath(level.path, name);
         if (it == known.end()) {
-            changes.push_back("'" + childPath + "' was added");
+            changes.push_back("'" + path + "' was added");
             continue;
         }
         const Entry& entry = *it->second;
         known.erase(it);
-        if (S_ISDIR(info->st_mode) != entry.isDirectory()) {
-            changes.push_back("'" + childPath + "' was replaced");
-        } else if (entry.isDirectory()) {
-            compare(openDirectoryIn(fd, name), entry, childPath, changes);
-        } else if (Stamp::of(*info) != entry.stamp) {
-            changes.push_back("'" + childPath + "' was changed");
+        if (isDirectory != entry.isDirectory()) {
+            changes.push_back("'" + path + "' was replaced");
+        } else if (!found->obstacle.empty()) {
+            changes.push_back("'" + path + "' can't be read any more");
+        } else if (isDirectory) {
+            compare({found->directory, path, level.depth + 1}, entry, changes);
+        } else if (Stamp::of(found->info) != entry.stamp) {
+            changes.push_back("'" + path + "' was changed");
         }
     }
     for (const auto& missing : known) {
-        changes.push_back("'" + joinPath(path, missing.first) + "' was removed");
+        changes.push_back("'" + joinPath(level.path, missing.first) + "' was removed");
     }
 }
 
@@ -264,25 +331,29 @@ std::vector<std::string> DirectorySource::changesSince(const Base& base) const
     if (now.time != base.stamp.time) {
         changes.push_back("'" + m_place.path + "' had entries added or removed");
     }
-    collectChanges(openBeneath(m_root, "", O_RDONLY | O_DIRECTORY), "", base.time, changes);
+    collectChanges({m_root, {}, 0}, base.time, changes);
     return changes;
 }
 
-void DirectorySource::collectChanges(const Fd& fd, const std::string& path, std::int64_t time,
-                                     std::vector<std::string>& changes) const
+void DirectorySource::collectChanges(const Level& level, std::int64_t time,
+                                     std::vector<std::string>& changes)
 {
     constexpr std::int64_t second = 1'000'000'000;
-    for (const std::string& name : namesIn(fd)) {
-        const auto info = statIn(fd, name);
-        if (!info || (path.empty() && isReservedName(name) && name != a_metadataFile)) {
+    for (const std::string& name : namesIn(level.fd)) {
+        if (level.path.empty() && isReservedName(name) && name != a_metadataFile) {
             continue;
         }
-        // Whoever writes, renames, links or replaces a file can't set this time as he likes.
-        if (info->st_ctim.tv_sec * second + info->st_ctim.tv_nsec > time) {
-            changes.push_back("'" + joinPath(path, name) + "' was changed");
+        const auto found = look(level, name);
+        if (!found) {
+            continue;
         }
-        if (S_ISDIR(info->st_mode)) {
-            collectChanges(openDirectoryIn(fd, name), joinPath(path, name), time, changes);
+        const std::string path = joinPath(level.path, name);
+        // Whoever writes, renames, links or replaces a file can't set this time as he likes.
+        if (found->info.st_ctim.tv_sec * second + found->info.st_ctim.tv_nsec > time) {
+            changes.push_back("'" + printable(path) + "' was changed");
+        }
+        if (found->directory) {
+            collectChanges({found->directory, path, level.depth + 1}, time, changes);
         }
     }
 }

@@ -33,8 +33,10 @@ public:
     /// What is not as it was at `base`, going by the times of all files and directories.
     std::vector<std::string> changesSince(const Base& base) const;
 
-    /// Fills an empty index with what the directory holds. Throws IoError, and FormatError for a
-    /// name that is not UTF-8.
+    /// Fills an empty index with what the directory holds. Left out, with one warning each in the
+    /// log, are symbolic links and special files, names that are not UTF-8, directories that can't
+    /// be read, and what has a path that no project can have. Throws IoError, and FormatError for a
+    /// name with a byte order mark in front.
     void load(Index& index);
 
     /// Reads the metadata file. Throws FormatError and IoError.
@@ -82,12 +84,20 @@ public:
     void setSize(std::size_t size) { m_size = size; }
 
 private:
-    void loadDirectory(const Fd& fd, Entry& directory);
-    void compare(const Fd& fd, const Entry& directory, const std::string& path,
-                 std::vector<std::string>& changes) const;
+    struct Found;
+    struct Level
+    {
+        const Fd& fd;
+        std::string path; ///< below the project
+        std::size_t depth;
+    };
+    static std::optional<Found> look(const Level& level, const std::string& name);
+    void loadDirectory(const Level& level, Entry& directory);
+    static void compare(const Level& level, const Entry& directory,
+                        std::vector<std::string>& changes);
     std::optional<Stamp> metadataStamp() const;
-    void collectChanges(const Fd& fd, const std::string& path, std::int64_t time,
-                        std::vector<std::string>& changes) const;
+    static void collectChanges(const Level& level, std::int64_t time,
+                               std::vector<std::string>& changes);
 
     Place m_place;
     Fd m_root;

@@ -360,7 +360,17 @@ void syncDirectory(const std::string& path)
     Disk::instance().sync(openPath(path, O_RDONLY | O_DIRECTORY));
 }
 
-void removeTree(const std::string& path)
+namespace {
+
+// How long a path may get below what is removed. The system takes some more, but each level costs
+// some stack.
+constexpr std::size_t a_longPath = 1000;
+
+void removeBelow(const std::string& path, const std::string& top, std::uint64_t& lifted);
+
+// Removes one entry of a directory that is being removed. A directory whose path gets too long is
+// lifted to the top of what is removed first.
+void removeEntry(const std::string& path, const std::string& top, std::uint64_t& lifted)
 {
     const auto info = statOf(path);
     if (!info) {
@@ -373,10 +383,36 @@ void removeTree(const std::string& path)
     if ((info->st_mode & S_IRWXU) != S_IRWXU) {
         Disk::instance().chmod(path, S_IRWXU);
     }
-    for (const std::string& name : namesIn(openPath(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
-        removeTree(joinPath(path, name));
+    if (path.size() > top.size() + a_longPath) {
+        std::string free;
+        do {
+            free = joinPath(top, ".lifted" + std::to_string(++lifted));
+        } while (statOf(free));
+        Disk::instance().rename(path, free);
+        return; // its turn comes with the top's next round
     }
+    removeBelow(path, top, lifted);
     Disk::instance().rmdir(path);
+}
+
+void removeBelow(const std::string& path, const std::string& top, std::uint64_t& lifted)
+{
+    std::uint64_t before = 0;
+    do {
+        before = lifted;
+        for (const std::string& name :
+             namesIn(openPath(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
+            removeEntry(joinPath(path, name), top, lifted);
+        }
+    } while (path == top && lifted != before);
+}
+
+} // namespace
+
+void removeTree(const std::string& path)
+{
+    std::uint64_t lifted = 0;
+    removeEntry(path, path, lifted);
 }
 
 } // namespace pk::project

@@ -35,6 +35,20 @@ bool exists(const std::string& path)
     return statOf(path).has_value();
 }
 
+// Whether a new directory gets a mode that forbids its owner to work in it.
+bool isClosed(const Journal::Put& directory)
+{
+    return (directory.mode & 0700) != 0700;
+}
+
+// Lets a phase that is run again, or undone, work in a directory that got its mode already.
+void openForWork(const Journal::Put& directory, const std::string& path)
+{
+    if (isClosed(directory)) {
+        Disk::instance().chmod(path, directory.mode | 0700);
+    }
+}
+
 // What undo() puts back for a file that an item replaced.
 std::string preservedName(const std::string& item)
 {
@@ -177,6 +191,7 @@ Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
 JournalDirectory::JournalDirectory(const Place& place)
     : m_project(place.path), m_path(place.journal()), m_parent(place.parent)
 {
+    removeTree(m_path);
     Disk::instance().mkdir(m_path, 0700);
 }
 
@@ -249,7 +264,8 @@ void JournalDirectory::recover(const Place& place)
         break;
     }
     directory.finish();
-    removeTree(directory.m_path);
+    // The destructor removes the rest. Where it can't, the project is whole all the same and can be
+    // read; only a save in place needs the directory's place.
 }
 
 bool JournalDirectory::isPending(const Place& place)
@@ -352,8 +368,10 @@ void JournalDirectory::put(const Journal& journal, bool undoable)
         if (step.item < 0) {
             if (!exists(to)) {
                 Disk::instance().mkdir(to, step.mode | 0700);
+            } else {
+                openForWork(step, to);
             }
-            if ((step.mode & 0700) != 0700) {
+            if (isClosed(step)) {
                 unusual.push_back(&step);
             }
         } else if (exists(itemPath(step.item))) {
@@ -427,6 +445,11 @@ void JournalDirectory::undo(const Journal& journal)
 
 void JournalDirectory::undoPuts(const Journal& journal)
 {
+    for (const Journal::Put& step : journal.puts) {
+        if (step.item < 0 && exists(m_project + "/" + step.path)) {
+            openForWork(step, m_project + "/" + step.path);
+        }
+    }
     for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
         const std::string to = m_project + "/" + step->path;
         if (step->item < 0) {

@@ -66,7 +66,7 @@ struct Journal
 class JournalDirectory
 {
 public:
-    /// Makes an empty journal directory. Throws IoError.
+    /// Makes an empty journal directory; what is left of an earlier one is removed. Throws IoError.
     explicit JournalDirectory(const Place& place);
     /// Removes the directory, unless a save that failed could not be undone either.
     ~JournalDirectory();
@@ -95,8 +95,9 @@ public:
     /// IoError.
     static void undoUnfinished(const Place& place, const Unfinished& unfinished);
 
-    /// Completes or forgets the save that a program began at the place and did not end. Throws
-    /// IoError, and FormatError for a damaged journal.
+    /// Completes or forgets the save that a program began at the place and did not end. What can't
+    /// be removed of its directory then is left, with a warning in the log. Throws IoError, and
+    /// FormatError for a damaged journal.
     static void recover(const Place& place);
 
     /// Whether recover() would find a save to complete.

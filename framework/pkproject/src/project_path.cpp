@@ -51,6 +51,11 @@ ProjectPath parsePath(const QString& path)
     return parts;
 }
 
+bool isTooLong(std::size_t bytes, std::size_t names)
+{
+    return bytes > a_longestPath || names > a_deepest;
+}
+
 QString textOf(const std::string& utf8)
 {
     return QString::fromStdString("/" + utf8).mid(1);

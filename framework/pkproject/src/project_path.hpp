@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ using ProjectPath = std::vector<std::string>;
 
 /// Normalises a path as ProjectModel describes it; throws InvalidPath for one it refuses.
 ProjectPath parsePath(const QString& path);
+
+/// Whether a path of so many bytes and names is one that parsePath() refuses as too long.
+bool isTooLong(std::size_t bytes, std::size_t names);
 
 /// A text in UTF-8, with a byte order mark at its beginning, which QString takes for none of it.
 QString textOf(const std::string& utf8);

@@ -1,5 +1,7 @@
 #include "save_plan.hpp"
 
+#include <pk/project/error.hpp>
+
 #include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,13 +16,33 @@ bool sameBytes(const Fd& a, const Fd& b)
     return statOf(a).st_size == statOf(b).st_size && readAll(a) == readAll(b);
 }
 
+void refuseLongPaths(const Entry& entry, std::size_t bytes, std::size_t names)
+{
+    if (isTooLong(bytes, names)) {
+        throw InvalidPath("'" + Index::path(entry) + "': the path is too long");
+    }
+    if (entry.isDirectory()) {
+        for (const auto& child : entry.folder->children) {
+            refuseLongPaths(*child, bytes + (names > 0 ? 1 : 0) + child->name.size(), names + 1);
+        }
+    }
+}
+
 } // namespace
+
+void refuseLongPaths(const Entry& entry)
+{
+    const std::string path = Index::path(entry);
+    const auto slashes = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+    refuseLongPaths(entry, path.size(), path.empty() ? 0 : slashes + 1);
+}
 
 SavePlan::SavePlan(Index& index, Contents& contents) : m_index(index), m_contents(contents)
 {
     m_index.sweep();
     for (Entry* const entry : m_index.touched()) {
         if (m_index.isAlive(*entry)) {
+            refuseLongPaths(*entry);
             visit(*entry);
         }
     }

@@ -10,6 +10,10 @@
 
 namespace pk::project {
 
+/// Throws InvalidPath when what is at or below an entry has come, by moving, to a path that no
+/// project can have: it would be left out when the project is opened again.
+void refuseLongPaths(const Entry& entry);
+
 /// What a save in place of a project directory has to do: from what was touched in the index alone,
 /// so that a plan costs what the changes since the last save cost, whatever the project's size.
 class SavePlan
@@ -22,7 +26,8 @@ public:
         int item;
     };
 
-    /// Plans; the index is swept. Throws what reading the files' bytes throws.
+    /// Plans; the index is swept. Throws InvalidPath for paths that are too long, and what reading
+    /// the files' bytes throws.
     SavePlan(Index& index, Contents& contents);
 
     const Journal& journal() const { return m_journal; }

@@ -77,14 +77,6 @@ TEST_F(ADirectorySource, HasNoLinksOrSpecialFiles)
     EXPECT_EQ(m_source->size(), 5U);
 }
 
-TEST_F(ADirectorySource, RefusesANameThatIsNotUtf8)
-{
-    const Fd file = Disk::instance().create(text("d/") + "\xff\xfe", 0644);
-    const std::string message = messageOf<FormatError>([&] { load(); });
-    EXPECT_EQ(message, text("d") + ": it holds a file name that is not UTF-8");
-    Disk::instance().unlink(file.path());
-}
-
 TEST_F(ADirectorySource, RefusesANameWithAMarkInFront)
 {
     const std::string path = text("d/") + "\xef\xbb\xbf" + "a";

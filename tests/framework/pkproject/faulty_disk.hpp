@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace pk::project::test {
@@ -27,6 +28,11 @@ public:
         m_error = error;
         m_onwards = onwards;
     }
+    /// The process ends, as if it was killed, when it comes to operation `number`, from 0; half of
+    /// what that would write is written.
+    void dieAt(int number) { m_dying = number; }
+    /// The exit code of a process that ended so.
+    static constexpr int a_died = 42;
     /// From now on nothing fails.
     void heal() { m_failing = -1; }
 
@@ -40,6 +46,9 @@ public:
     }
     void write(const Fd& file, const char* bytes, std::size_t size) override
     {
+        if (count() == m_dying) {
+            Disk::write(file, bytes, size / 2);
+        }
         step("write " + file.path(), file.path());
         Disk::write(file, bytes, size);
     }
@@ -104,6 +113,9 @@ private:
     void step(const std::string& what, const std::string& path)
     {
         const int number = count();
+        if (number == m_dying) {
+            ::_exit(a_died);
+        }
         m_log.push_back(what);
         if (m_failing >= 0 && (number == m_failing || (m_onwards && number > m_failing))) {
             errno = m_error;
@@ -113,6 +125,7 @@ private:
 
     std::vector<std::string> m_log;
     int m_failing = -1;
+    int m_dying = -1;
     int m_error = 0;
     bool m_onwards = false;
 };

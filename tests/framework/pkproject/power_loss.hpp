@@ -21,7 +21,9 @@ namespace pk::project::test {
 /// A change to a directory is on the disk for certain when that directory was synced after it; one
 /// to a file's bytes when the file was; one to a mode when the file or the directory above it was.
 /// A rename changes both of its directories or neither. Everything else may have got there or not,
-/// each change for itself and in no order, and bytes may be torn.
+/// each change for itself and in no order, and bytes may be torn, be zeros or be others.
+///
+/// What happens elsewhere than below `top` is done, and neither remembered nor failed.
 class PowerLossDisk : public Disk
 {
 public:
@@ -72,7 +74,7 @@ public:
                        m_changes[i].text + "\n";
             if (survives) {
                 apply(m_changes[i], nodes, certain,
-                      certain ? 0U : static_cast<unsigned>(random() % 3));
+                      certain ? 0U : static_cast<unsigned>(random() % 4));
             }
         }
         writeTree(nodes, 0, to.toStdString(), 0);
@@ -105,7 +107,9 @@ public:
     void sync(const Fd& file) override
     {
         step(file.path());
-        add(Change(Kind::Sync, "sync " + below(file.path()), find(file.path())));
+        if (isMine(file.path())) {
+            add(Change(Kind::Sync, "sync " + below(file.path()), find(file.path())));
+        }
     }
     void syncFileSystem(const std::string& path) override
     {
@@ -122,6 +126,9 @@ public:
     {
         step(path);
         Disk::chmod(path, mode);
+        if (!isMine(path)) {
+            return;
+        }
         Change change(Kind::Mode, "chmod " + below(path), find(path));
         change.from = find(directoryOf(path));
         change.mode = mode;
@@ -154,6 +161,9 @@ public:
     {
         step(to);
         Disk::link(from, to);
+        if (!isMine(to)) {
+            return;
+        }
         Change change(Kind::Link, "link " + below(from) + " -> " + below(to), find(from));
         change.to = find(directoryOf(to));
         change.toName = nameOf(to);
@@ -224,9 +234,14 @@ private:
         return path.size() > m_top.size() ? path.substr(m_top.size() + 1) : std::string(".");
     }
 
+    bool isMine(const std::string& path) const
+    {
+        return path == m_top || path.compare(0, m_top.size() + 1, m_top + "/") == 0;
+    }
+
     void step(const std::string& path)
     {
-        if (count() == m_failing) {
+        if (count() == m_failing && isMine(path)) {
             m_failing = -1;
             errno = EIO;
             throwErrno(path);
@@ -274,6 +289,9 @@ private:
     }
     void addNew(const std::string& path, bool isDirectory, mode_t mode)
     {
+        if (!isMine(path)) {
+            return;
+        }
         Change change(Kind::Link, (isDirectory ? "mkdir " : "create ") + below(path),
                       m_nodes.size());
         change.to = find(directoryOf(path));
@@ -285,6 +303,9 @@ private:
     }
     void addBytes(const Fd& file, off_t offset, const std::string& bytes)
     {
+        if (!isMine(file.path())) {
+            return;
+        }
         Change change(Kind::Bytes, "write " + below(file.path()), find(file.path()));
         change.offset = static_cast<std::size_t>(offset);
         change.bytes = bytes;
@@ -292,6 +313,9 @@ private:
     }
     void addMove(Kind kind, const std::string& from, const std::string& to)
     {
+        if (!isMine(to)) {
+            return;
+        }
         Change change(
             kind, (kind == Kind::Move ? "rename " : "exchange ") + below(from) + " -> " + below(to),
             find(from));
@@ -303,6 +327,9 @@ private:
     }
     void addUnlink(const std::string& path)
     {
+        if (!isMine(path)) {
+            return;
+        }
         Change change(Kind::Unlink, "remove " + below(path), find(path));
         change.from = find(directoryOf(path));
         change.fromName = nameOf(path);
@@ -393,6 +420,8 @@ private:
             part.resize(part.size() / 2);
         } else if (tear == 2) {
             part.assign(part.size(), '\0');
+        } else if (tear == 3) {
+            part.assign(part.size(), '#');
         }
         bytes.resize(std::max(bytes.size(), change.offset + part.size()));
         bytes.replace(change.offset, part.size(), part);

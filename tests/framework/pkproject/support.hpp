@@ -28,7 +28,7 @@ using temporary::q;
 using temporary::TemporaryDirectory;
 
 /// What is below a local directory: "name/" for directories, "name" with mode and bytes for files,
-/// the target for symbolic links. The metadata file is among them.
+/// the target for symbolic links, only the mode for special files. The metadata file is among them.
 using Tree = std::map<std::string, std::string>;
 
 inline Tree treeOf(const QString& directory)
@@ -47,6 +47,8 @@ inline Tree treeOf(const QString& directory)
             tree[name] = "-> " + QFile::symLinkTarget(path).toStdString();
         } else if (S_ISDIR(info.st_mode)) {
             tree[name + "/"] = mode;
+        } else if (!S_ISREG(info.st_mode)) {
+            tree[name] = mode + " special";
         } else {
             tree[name] = mode + ":" + getLocal(path).toStdString();
         }

@@ -48,8 +48,9 @@ enum class ArchiveFormat : int
 /// No part of the project are, at its top level, the version-control entries ".git", ".hg" and
 /// ".svn", and the store's own metadata file ".kxproject": they are never found, listed, read,
 /// moved, exported or imported, nothing can be put there (InvalidPath), and a save leaves
-/// version-control entries of its target as they are. Symbolic links and special files in a
-/// directory project are no part of it either and are never followed.
+/// version-control entries of its target as they are. No part of a directory project either, and
+/// never followed, are symbolic links, special files, names that are not UTF-8, directories that
+/// can't be read, and what has a path that is refused; opening logs a warning for each.
 ///
 /// Operations that put something at a path make the missing directories above it, except fopen()
 /// and mkdir() without `recursive`. New files and directories get the modes that the process's
@@ -163,7 +164,8 @@ public:
     /// target is the source and someone else changed it since it was opened, ConflictError lists
     /// what changed. A name that leads out of an archive where backslashes separate names or "C:"
     /// is a drive ("C:/a", or ".." and a backslash) is no error in a directory, but InvalidPath for
-    /// an archive, and an archive that the model could not open within its limits is LimitError.
+    /// an archive; a path that moving made too long is InvalidPath in both; and an archive that the
+    /// model could not open within its limits is LimitError.
     /// Throws FormatError when an archive that is the source is damaged where it has to be read.
     /// Throws LockError when another program is saving the target, IoError with path and reason for
     /// everything the operating system refuses. After an error the target and the model are as

@@ -1,0 +1,174 @@
+#include "support.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <QDirIterator>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace KX::test {
+namespace {
+
+using pk::project::ArchiveFormat;
+using pk::project::ConflictError;
+
+// Everything below a directory with its bytes.
+std::map<std::string, std::string> bytesBelow(const QString& directory)
+{
+    std::map<std::string, std::string> files;
+    QDirIterator it(directory, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        files[QDir(directory).relativeFilePath(path).toStdString()] = getLocal(path).toStdString();
+    }
+    return files;
+}
+
+bool holdsSecret(const QString& directory)
+{
+    const auto files = bytesBelow(directory);
+    return std::any_of(files.begin(), files.end(), [](const auto& file) {
+        return file.second.find("Secret") != std::string::npos;
+    });
+}
+
+/// A library on disk beside a directory that must be neither read nor touched.
+class HostileLibrary : public testing::Test
+{
+protected:
+    HostileLibrary()
+    {
+        project({{"A/box.bhx", boxFile()},
+                 {"F/B/box.bhx", behaviorBox("Walk")},
+                 {"F/B/sound.wav", "sound"}})
+            .save(path("L.bxl"), ArchiveFormat::Directory, false);
+        putLocal(path("outside/box.bhx"), behaviorBox("Secret"));
+        putLocal(path("outside/sound.wav"), "Secret");
+        putLocal(path("outside/S/box.bhx"), behaviorBox("Secret"));
+        QDir().mkpath(path("exported"));
+        m_outside = bytesBelow(path("outside"));
+    }
+    void TearDown() override { EXPECT_EQ(bytesBelow(path("outside")), m_outside); }
+
+    QString path(const std::string& name) const { return m_directory.path(name); }
+    void link(const char* target, const std::string& name) const
+    {
+        ASSERT_EQ(::symlink(target, path(name).toStdString().c_str()), 0);
+    }
+    void takeAway(const std::string& name) const
+    {
+        ASSERT_TRUE(QFile::rename(path(name), path("aside")));
+    }
+    Library opened() const { return open(ProjectModel(path("L.bxl"))); }
+
+private:
+    const TemporaryDirectory m_directory;
+    std::map<std::string, std::string> m_outside;
+};
+
+TEST_F(HostileLibrary, OpensWithoutWhatIsNoPartOfItAndSaysEachOnce)
+{
+    link("../outside", "L.bxl/Link");
+    link("../../outside/S", "L.bxl/F/S");
+    link("../../../outside/sound.wav", "L.bxl/F/B/more.wav");
+    link("loop", "L.bxl/F/loop");
+    ASSERT_EQ(::mkfifo(path("L.bxl/A/pipe").toStdString().c_str(), 0666), 0);
+    const LogRecords log;
+    const Library library = opened();
+    std::vector<std::string> left;
+    for (const auto& record : log.of("pkproject")) {
+        left.push_back(q(record.message).mid(path("L.bxl/").size()).toStdString());
+    }
+    std::sort(left.begin(), left.end());
+    const std::string isLink = ": left out of the project, because it is a symbolic link";
+    const std::string isSpecial =
+        ": left out of the project, because it is neither a file nor a directory";
+    EXPECT_EQ(left, (Names{"A/pipe" + isSpecial, "F/B/more.wav" + isLink, "F/S" + isLink,
+                           "F/loop" + isLink, "Link" + isLink}));
+    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"A", "F"}));
+    EXPECT_EQ(childNames(*library->node({1})), Names{"B"});
+    library->exportBehaviors(path("exported"));
+    EXPECT_EQ(bytesBelow(path("exported")).count("F/B/sound.wav"), 1U);
+    library->save();
+    library->saveTo(path("Other.bxl"), BoxLibrary::Directory);
+    library->saveTo(path("Other.kbl"), BoxLibrary::Archive);
+    for (const char* const result : {"exported", "L.bxl", "Other.bxl"}) {
+        EXPECT_FALSE(holdsSecret(path(result))) << result;
+    }
+    EXPECT_EQ(filesOf(ProjectModel(path("Other.kbl"))), filesOf(ProjectModel(path("Other.bxl"))));
+    EXPECT_TRUE(QFileInfo(path("L.bxl/F/S")).isSymLink());
+}
+
+TEST_F(HostileLibrary, OfManyLevelsOpensAndIsSaved)
+{
+    const QString deep = q("n/").repeated(200);
+    putLocal(path("L.bxl") + q("/") + deep + q("box.bhx"), boxFile());
+    const Library library = opened();
+    BoxLibraryNode* node = library->node({2});
+    int levels = 0;
+    for (; node != nullptr; node = node->children().value(0)) {
+        ++levels;
+    }
+    EXPECT_EQ(levels, 200);
+    library->save();
+    EXPECT_TRUE(ProjectModel(path("L.bxl")).hasFile(deep + q("box.bhx")));
+}
+
+struct Replaced
+{
+    const char* name;
+    const char* what; ///< in the library
+    const char* target;
+};
+
+class ReplacedInALibrary : public HostileLibrary, public testing::WithParamInterface<Replaced>
+{
+protected:
+    void replace() const
+    {
+        takeAway(std::string("L.bxl/") + GetParam().what);
+        link(GetParam().target, std::string("L.bxl/") + GetParam().what);
+    }
+};
+
+TEST_P(ReplacedInALibrary, IsNotFollowedWhenTheLibraryIsSaved)
+{
+    const Library library = opened();
+    replace();
+    const auto before = bytesBelow(path("L.bxl"));
+    library->node({1, 0})->boxData()->setTooltip(q("edited"));
+    library->boxRoot()->appendChild("New");
+    EXPECT_THROW(library->save(), ConflictError);
+    EXPECT_EQ(bytesBelow(path("L.bxl")), before);
+    EXPECT_TRUE(library->isDirty());
+}
+
+TEST_P(ReplacedInALibrary, IsNotFollowedWhenBehavioursAreExported)
+{
+    const Library library = opened();
+    replace();
+    library->exportBehaviors(path("exported"));
+    EXPECT_FALSE(holdsSecret(path("exported")));
+    EXPECT_EQ(bytesBelow(path("exported")).count("F/B/sound.wav"), 0U);
+}
+
+TEST_P(ReplacedInALibrary, IsNotFollowedWhenTheLibraryIsSavedElsewhere)
+{
+    const Library library = opened();
+    replace();
+    for (const auto format : {BoxLibrary::Directory, BoxLibrary::Archive}) {
+        EXPECT_THROW(library->saveTo(path("Other.bxl"), format), pk::project::IoError);
+        EXPECT_FALSE(QFileInfo::exists(path("Other.bxl")));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ReplacedInALibrary,
+    testing::Values(Replaced{"File", "F/B/sound.wav", "../../../outside/sound.wav"},
+                    Replaced{"Box", "F/B", "../../outside"}, Replaced{"Folder", "F", "../outside"}),
+    [](const auto& replaced) { return std::string(replaced.param.name); });
+
+} // namespace
+} // namespace KX::test
