@@ -420,9 +420,12 @@ bool isArchivePath(const std::string& path)
         (path.size() == 2 || isSeparator(path[2]))) {
         return false;
     }
+    if (path.rfind("/", 0) == 0) {
+        return false;
+    }
     for (auto begin = path.begin(); begin != path.end();) {
         const auto end = std::find_if(begin, path.end(), isSeparator);
-        if (std::string(begin, end) == ".." || (begin == path.begin() && begin == end)) {
+        if (std::string(begin, end) == "..") {
             return false;
         }
         begin = end == path.end() ? end : end + 1;

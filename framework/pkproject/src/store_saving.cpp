@@ -112,6 +112,11 @@ Store::Target Store::resolveTarget(const QString& path, ArchiveFormat format) co
     }
     const Place* const source = m_contents.place();
     target.isSource = source != nullptr && source->path == target.place.path;
+    if (source != nullptr && !target.isSource && target.path == m_sourcePath) {
+        // A link is there now, or on the way, which leads to what is somebody else's.
+        throw ConflictError(target.path.toStdString() +
+                            ": moved or replaced by someone else since it was opened");
+    }
     return target;
 }
 

@@ -130,18 +130,15 @@ TEST_P(ArchivePath, StaysInsideOnEverySystem)
     EXPECT_EQ(isArchivePath(GetParam().path), GetParam().isPossible) << GetParam().path;
 }
 
-INSTANTIATE_TEST_SUITE_P(, ArchivePath,
-                         testing::Values(PathInArchive{"a", true}, PathInArchive{"a/b", true},
-                                         PathInArchive{"a\\b", true}, PathInArchive{"..a", true},
-                                         PathInArchive{"a..", true}, PathInArchive{"...", true},
-                                         PathInArchive{"a:", false}, PathInArchive{"a:b", true},
-                                         PathInArchive{"ab:/c", true}, PathInArchive{"1:/a", true},
-                                         PathInArchive{"C:/a", false},
-                                         PathInArchive{"c:\\a", false}, PathInArchive{"..", false},
-                                         PathInArchive{"..\\a", false},
-                                         PathInArchive{"a\\..\\b", false},
-                                         PathInArchive{"a/..\\b", false},
-                                         PathInArchive{"a\\..", false}, PathInArchive{"\\a", false},
-                                         PathInArchive{"\\", false}));
+INSTANTIATE_TEST_SUITE_P(
+    , ArchivePath,
+    testing::Values(
+        PathInArchive{"a", true}, PathInArchive{"a/b", true}, PathInArchive{"a\\b", true},
+        PathInArchive{"..a", true}, PathInArchive{"a..", true}, PathInArchive{"...", true},
+        PathInArchive{"a:", false}, PathInArchive{"a:b", true}, PathInArchive{"ab:/c", true},
+        PathInArchive{"1:/a", true}, PathInArchive{"C:/a", false}, PathInArchive{"c:\\a", false},
+        PathInArchive{"..", false}, PathInArchive{"..\\a", false}, PathInArchive{"a\\..\\b", false},
+        PathInArchive{"a/..\\b", false}, PathInArchive{"a\\..", false}, PathInArchive{"\\a", true},
+        PathInArchive{"\\", true}, PathInArchive{"/a", false}, PathInArchive{"\\..", false}));
 
 } // namespace pk::project::test

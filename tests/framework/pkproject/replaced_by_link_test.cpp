@@ -215,4 +215,44 @@ INSTANTIATE_TEST_SUITE_P(
                     [](const Site& site) { putLocal(site.local("p/d/b/x"), "theirs"); }}),
     [](const auto& replacement) { return std::string(replacement.param.name); });
 
+// A link takes the place of a whole project, or of a directory above it.
+class AProjectReplacedByALink : public testing::TestWithParam<Form>
+{
+};
+
+TEST_P(AProjectReplacedByALink, IsAConflictAndTheLinkIsNotFollowed)
+{
+    for (const char* const taken : {"above", "above/p"}) {
+        for (const bool byName : {false, true}) {
+            SCOPED_TRACE(std::string(taken) + (byName ? ", saved by its path" : ""));
+            const TemporaryDirectory directory;
+            const QString path = directory.path("above/p");
+            for (const char* const place : {"above", "outside"}) {
+                ProjectModel model;
+                model.writeFile(q("a"), place);
+                QDir().mkpath(directory.path(place));
+                model.save(directory.path(place) + q("/p"), formatOf(GetParam()), false);
+            }
+            ProjectModel model(path);
+            ASSERT_TRUE(QFile::rename(directory.path(taken), directory.path("aside")));
+            const QString target = taken == std::string("above") ? q("outside") : q("outside/p");
+            ASSERT_TRUE(QFile::link(directory.path(target.toStdString()), directory.path(taken)));
+            const Tree before = treeOf(directory.path());
+            model.writeFile(q("b"), "edited");
+            EXPECT_EQ(messageOf<ConflictError>([&] {
+                          model.save(byName ? path : QString(), ArchiveFormat::Source, true);
+                      }),
+                      path.toStdString() +
+                          ": moved or replaced by someone else since it was opened");
+            EXPECT_EQ(treeOf(directory.path()), before);
+            model.save(directory.path("elsewhere"), formatOf(GetParam()), false);
+            EXPECT_EQ(treeOf(ProjectModel(directory.path("elsewhere"))),
+                      (Tree{{"a", "above"}, {"b", "edited"}}));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, AProjectReplacedByALink,
+                         testing::Values(Form::Directory, Form::Archive), nameOf);
+
 } // namespace pk::project::test
