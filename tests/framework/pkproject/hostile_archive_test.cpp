@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         Attack{"ParentByBackslash", zipOf(stored("..\\evil", "x")), "leads out"},
         Attack{"ParentByBackslashWithin", zipOf(stored("a\\..\\..\\evil", "x")), "leads out"},
         Attack{"ParentByBothSlashes", zipOf(stored("a/..\\evil", "x")), "leads out"},
-        Attack{"AbsoluteByBackslash", zipOf(stored("\\evil", "x")), "leads out"},
+        Attack{"AbsoluteByBackslash", zipOf(madeBy(0, "\\evil")), "separated by '/'"},
         Attack{"Drive", zipOf(stored("C:/evil", "x")), "leads out"},
         Attack{"DriveByBackslash", zipOf(stored("C:\\evil", "x")), "leads out"},
         Attack{"DriveAfterADot", zipOf(stored("./c:/evil", "x")), "leads out"},
@@ -456,8 +456,8 @@ TEST_F(AnArchiveOfAStranger, MayHaveNamesThatDifferOnlyInCase)
 
 TEST_F(AnArchiveOfAStranger, MayHaveABackslashInANameOfUnix)
 {
-    put(RawZip{stored("a\\b", "1"), stored("d: e/..f\\c:", "2")}.bytes());
-    const Tree tree{{"a\\b", "1"}, {"d: e/", ""}, {"d: e/..f\\c:", "2"}};
+    put(RawZip{stored("\\a\\b", "1"), stored("d: e/..f\\c:", "2")}.bytes());
+    const Tree tree{{"\\a\\b", "1"}, {"d: e/", ""}, {"d: e/..f\\c:", "2"}};
     ProjectModel model(path());
     EXPECT_EQ(treeOf(model), tree);
     model.save(m_directory.path("copy.zip"), ArchiveFormat::Zip, false);
@@ -542,7 +542,7 @@ TEST_F(AnArchiveOfAStranger, WithADamagedEntryKeepsItAsThatInPlace)
 TEST(AProjectForAnArchive, HasNoNamesThatLeadOutOfIt)
 {
     const TemporaryDirectory directory;
-    for (const char* const name : {"..\\evil", "C:/evil", "C:\\evil", "\\evil", "a/..\\..\\evil"}) {
+    for (const char* const name : {"..\\evil", "C:/evil", "C:\\evil", "\\..\\evil", "a/..\\..\\evil"}) {
         ProjectModel model;
         model.writeFile(q(name), "x");
         const std::string message = messageOf<InvalidPath>(
