@@ -420,7 +420,7 @@ bool isArchivePath(const std::string& path)
         (path.size() == 2 || isSeparator(path[2]))) {
         return false;
     }
-    if (path.rfind("/", 0) == 0) {
+    if (!path.empty() && path.front() == '/') {
         return false;
     }
     for (auto begin = path.begin(); begin != path.end();) {

@@ -154,14 +154,15 @@ void searchRoot(const std::string& path, const std::string& project, QList<Unsav
         if (!history || history->operations.empty()) {
             continue;
         }
+        const std::string directory = joinPath(path, name);
         const bool isMine = history->base.path == project;
-        if (isMine && (history->isSaved() || changesNothing(path + "/" + name, *history))) {
-            removeTree(path + "/" + name);
+        if (isMine && (history->isSaved() || changesNothing(directory, *history))) {
+            removeTree(directory);
             continue;
         }
         isNeeded = true;
         if (isMine) {
-            found.append(describe(path + "/" + name, *history));
+            found.append(describe(directory, *history));
         }
     }
     if (!isNeeded) {
@@ -210,7 +211,9 @@ Claimed claim(const UnsavedWork& work)
 class Replay
 {
 public:
-    Replay(Store& store, const std::string& directory) : m_store(store), m_directory(directory) {}
+    Replay(Store& store, std::string directory) : m_store(store), m_directory(std::move(directory))
+    {
+    }
 
     void run(const EditHistory& history)
     {
@@ -294,7 +297,7 @@ QList<UnsavedWork> findUnsavedWork(const QString& path)
     const std::string temporary = QDir::tempPath().toStdString();
     for (const std::string& name : namesIn(openPath(temporary, O_RDONLY | O_DIRECTORY))) {
         if (name.rfind(StagingRoot::a_prefix, 0) == 0) {
-            searchRoot(temporary + "/" + name, project, found);
+            searchRoot(joinPath(temporary, name), project, found);
         }
     }
     std::sort(found.begin(), found.end(), [](const UnsavedWork& a, const UnsavedWork& b) {

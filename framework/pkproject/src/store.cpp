@@ -45,6 +45,16 @@ ProjectPath below(ProjectPath directory, const ProjectPath& path)
     return directory;
 }
 
+// What a save that was killed had built so far. The next save needs its place, but opening does not.
+void removeRemains(const Place& place)
+{
+    try {
+        removeTree(place.fresh());
+    } catch (const IoError& error) {
+        warn(error.what(), __FILE__, "removeRemains", __LINE__);
+    }
+}
+
 void requireName(const ProjectPath& path)
 {
     if (path.empty()) {
@@ -68,7 +78,7 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
     const auto lock = Lock::takeIfWritable(place);
     if (lock) {
         JournalDirectory::recover(place);
-        removeTree(place.fresh());
+        removeRemains(place);
     } else if (JournalDirectory::isPending(place)) {
         throw IoError(text + ": a save of it was interrupted and can't be completed, because the "
                              "directory above can't be written");

@@ -3,7 +3,10 @@
 #include "tool.hpp"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QRegularExpression>
+
+#include <set>
 
 namespace kxbox::test {
 namespace {
@@ -219,6 +222,39 @@ TEST_F(Completion, LeavesFilesToTheShell)
                                     "kxbox batch a.bxl ''", "kxbox add-box a.bxl b c --from ''"}) {
         EXPECT_EQ(complete(words), "\n") << words;
     }
+}
+
+/// The names of all tests, "Suite.Name".
+std::set<QString> testNames()
+{
+    static const QRegularExpression test(q("^TEST(?:_[FP])?\\((\\w+),\\s*(\\w+)\\)"),
+                                         QRegularExpression::MultilineOption);
+    std::set<QString> names;
+    QDirIterator files(source("tests"), {q("*_test.cpp")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        auto found = test.globalMatch(QString::fromUtf8(getLocal(files.next())));
+        while (found.hasNext()) {
+            const auto match = found.next();
+            names.insert(match.captured(1) + QLatin1Char('.') + match.captured(2));
+        }
+    }
+    return names;
+}
+
+TEST(Promises, NameTestsThatAreThere)
+{
+    static const QRegularExpression name(q("`(\\w+\\.[A-Z]\\w+)`"));
+    const std::set<QString> names = testNames();
+    int named = 0;
+    for (const char* const page : {"docs/reliability.md", "SECURITY.md"}) {
+        auto found = name.globalMatch(QString::fromUtf8(getLocal(source(page))));
+        for (; found.hasNext(); ++named) {
+            const QString test = found.next().captured(1);
+            EXPECT_EQ(names.count(test), 1U) << test.toStdString();
+        }
+    }
+    EXPECT_GT(named, 30);
 }
 
 } // namespace

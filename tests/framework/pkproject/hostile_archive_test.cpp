@@ -542,7 +542,8 @@ TEST_F(AnArchiveOfAStranger, WithADamagedEntryKeepsItAsThatInPlace)
 TEST(AProjectForAnArchive, HasNoNamesThatLeadOutOfIt)
 {
     const TemporaryDirectory directory;
-    for (const char* const name : {"..\\evil", "C:/evil", "C:\\evil", "\\..\\evil", "a/..\\..\\evil"}) {
+    for (const char* const name :
+         {"..\\evil", "C:/evil", "C:\\evil", "\\..\\evil", "a/..\\..\\evil"}) {
         ProjectModel model;
         model.writeFile(q(name), "x");
         const std::string message = messageOf<InvalidPath>(

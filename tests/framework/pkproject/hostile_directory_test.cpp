@@ -462,4 +462,21 @@ TEST_F(UnremovableRemains, OfASaveKeepFromSavingInPlaceButNotFromOpening)
     EXPECT_EQ(leftBeside(local("p")), QStringList());
 }
 
+TEST_F(UnremovableRemains, OfASaveElsewhereKeepFromSavingButNotFromOpening)
+{
+    putLocal(local(".p.kxnew/a"), "left");
+    StubbornDisk disk(path(".p.kxnew/a"));
+    const std::string reason = path(".p.kxnew/a") + ": Permission denied";
+    const LogRecords log;
+    ProjectModel model(local("p"));
+    EXPECT_EQ(log.messages(), Messages{reason});
+    EXPECT_EQ(treeOf(model), a_rest);
+    model.writeFile(q("a"), "changed");
+    EXPECT_EQ(messageOf<IoError>([&] { saveInPlace(model); }),
+              path("p") + ": it can't be saved: " + reason);
+    disk.giveIn();
+    saveInPlace(model);
+    EXPECT_EQ(leftBeside(local("p")), QStringList());
+}
+
 } // namespace pk::project::test
