@@ -45,7 +45,8 @@ ProjectPath below(ProjectPath directory, const ProjectPath& path)
     return directory;
 }
 
-// What a save that was killed had built so far. The next save needs its place, but opening does not.
+// What a save that was killed had built so far. The next save needs its place, but opening does
+// not.
 void removeRemains(const Place& place)
 {
     try {

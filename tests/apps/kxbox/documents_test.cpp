@@ -227,7 +227,7 @@ TEST_F(Completion, LeavesFilesToTheShell)
 /// The names of all tests, "Suite.Name".
 std::set<QString> testNames()
 {
-    static const QRegularExpression test(q("^TEST(?:_[FP])?\\((\\w+),\\s*(\\w+)\\)"),
+    static const QRegularExpression test(q(R"(^TEST(?:_[FP])?\((\w+),\s*(\w+)\))"),
                                          QRegularExpression::MultilineOption);
     std::set<QString> names;
     QDirIterator files(source("tests"), {q("*_test.cpp")}, QDir::Files,
@@ -244,7 +244,7 @@ std::set<QString> testNames()
 
 TEST(Promises, NameTestsThatAreThere)
 {
-    static const QRegularExpression name(q("`(\\w+\\.[A-Z]\\w+)`"));
+    static const QRegularExpression name(q(R"(`(\w+\.[A-Z]\w+)`)"));
     const std::set<QString> names = testNames();
     int named = 0;
     for (const char* const page : {"docs/reliability.md", "SECURITY.md"}) {

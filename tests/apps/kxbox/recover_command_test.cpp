@@ -9,22 +9,37 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 #include <unistd.h>
 
 namespace kxbox::test {
 namespace {
 
+// While it lives, temporary files of this program and of those that it starts have a directory of
+// their own.
+class TemporaryPlace
+{
+public:
+    TemporaryPlace() { qputenv("TMPDIR", m_directory.path().toUtf8()); }
+    ~TemporaryPlace() { m_hadOne ? qputenv("TMPDIR", m_before) : qunsetenv("TMPDIR"); }
+    TemporaryPlace(const TemporaryPlace&) = delete;
+    TemporaryPlace& operator=(const TemporaryPlace&) = delete;
+    TemporaryPlace(TemporaryPlace&&) = delete;
+    TemporaryPlace& operator=(TemporaryPlace&&) = delete;
+
+    QString path() const { return m_directory.path(); }
+
+private:
+    bool m_hadOne = qEnvironmentVariableIsSet("TMPDIR");
+    QByteArray m_before = qgetenv("TMPDIR");
+    TemporaryDirectory m_directory;
+};
+
 // An editor that dies with the sample library open, as "lib", edited and not saved.
 class Recovering : public ToolInBothForms
 {
 protected:
-    Recovering() { qputenv("TMPDIR", m_temporary.path().toUtf8()); }
-    ~Recovering() override { m_hadOne ? qputenv("TMPDIR", m_before) : qunsetenv("TMPDIR"); }
-    Recovering(const Recovering&) = delete;
-    Recovering& operator=(const Recovering&) = delete;
-    Recovering(Recovering&&) = delete;
-    Recovering& operator=(Recovering&&) = delete;
-
     void SetUp() override
     {
         copySample("lib", GetParam());
@@ -44,10 +59,15 @@ protected:
         return std::make_unique<OpenLibrary>(path(name).toStdString(), m_progress);
     }
 
-    void leaveUnsavedWork()
+    void dieAfter(const std::function<void(OpenLibrary&)>& editing)
     {
-        dying::runAndKill([&] { edit(*open("lib").release()); });
+        dying::runAndKill([&] {
+            m_opened = open("lib");
+            editing(*m_opened);
+        });
     }
+
+    void leaveUnsavedWork() { dieAfter(edit); }
 
     /// The part of the only piece of work's name that differs each time is "X".
     static std::string withoutName(const std::string& text)
@@ -60,10 +80,9 @@ protected:
     int leftovers() const { return QDir(m_temporary.path()).entryList({q("kxproject-*")}).size(); }
 
 private:
-    bool m_hadOne = qEnvironmentVariableIsSet("TMPDIR");
-    QByteArray m_before = qgetenv("TMPDIR");
-    TemporaryDirectory m_temporary;
+    TemporaryPlace m_temporary;
     Progress m_progress{STDERR_FILENO};
+    std::unique_ptr<OpenLibrary> m_opened; // in the editor, so that nothing is closed when it dies
 };
 
 INSTANTIATE_TEST_SUITE_P(, Recovering, testing::Values(Form::Directory, Form::Archive), nameOf);
@@ -73,7 +92,7 @@ TEST_P(Recovering, FindsNothingWhereNothingIsUnsaved)
     const Ending nothing{0, "There is no unsaved work.\n", ""};
     EXPECT_EQ(run({"recover", "lib"}), nothing);
     EXPECT_EQ(json({"recover", "lib"})["work"], nullptr);
-    dying::runAndKill([&] { open("lib").release(); });
+    dieAfter([](OpenLibrary&) {});
     EXPECT_EQ(run({"recover", "lib"}), nothing);
     EXPECT_EQ(leftovers(), 0);
     leaveUnsavedWork();

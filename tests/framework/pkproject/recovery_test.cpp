@@ -528,7 +528,7 @@ TEST_P(AnUnsavedWork, ThatCannotBeNotedIsDoneAllTheSame)
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        ::signal(SIGXFSZ, SIG_IGN);
+        static_cast<void>(::signal(SIGXFSZ, SIG_IGN));
         const rlimit limit{4096, 4096};
         int warnings = 0;
         pk::log::addHandler([&](const pk::log::Record&) { ++warnings; });
