@@ -5,7 +5,6 @@
 
 #include <pk/project/error.hpp>
 
-#include <map>
 #include <optional>
 
 namespace pk::project {
@@ -20,7 +19,7 @@ constexpr std::size_t a_comparedWhole = 1000;
 // From this many on, one sync of the file system is cheaper than one for each file.
 constexpr std::size_t a_manyFiles = 32;
 
-// So many of each kind of a save's changes are noted to see later whether it took effect.
+// So many of the files that a save puts are noted to see later whether it took effect.
 constexpr std::size_t a_traces = 16;
 
 void checkConflicts(const Index& index, const DirectorySource& source, const SavePlan& plan)
@@ -53,34 +52,18 @@ void planMetadata(Journal& journal, bool isThere, bool isWanted, int item)
     }
 }
 
-// How one sees later whether the journal was carried out: by some of what it takes away and of what
-// it puts. All of it happens or nothing, so that some is enough.
+// How one sees later whether the journal was carried out: by some of the files that it puts. All of
+// it happens or nothing, so that some are enough. A file keeps its stamp on the way; a directory
+// need not.
 std::vector<Trace> tracesOf(const Journal& journal, const Place& place,
                             const JournalDirectory& directory)
 {
     std::vector<Trace> traces;
-    std::map<int, std::uint64_t> collected;
-    for (const Journal::Collect& step : journal.collects) {
-        const std::string from = place.path + "/" + step.from.path;
-        const auto info = step.from.item < 0 ? statOf(from) : std::nullopt;
-        if (info && traces.size() < a_traces) {
-            traces.push_back({from, info->st_ino, false});
-            collected[step.item] = info->st_ino;
-        }
-    }
-    const std::size_t most = traces.size() + a_traces;
     for (const Journal::Put& step : journal.puts) {
-        if (traces.size() == most) {
-            break;
+        const auto info = step.item < 0 ? std::nullopt : statOf(directory.itemPath(step.item));
+        if (info && S_ISREG(info->st_mode) && traces.size() < a_traces) {
+            traces.push_back({place.path + "/" + step.path, Stamp::of(*info)});
         }
-        Trace trace{place.path + "/" + step.path, 0, true};
-        if (const auto info =
-                step.item < 0 ? std::nullopt : statOf(directory.itemPath(step.item))) {
-            trace.id = info->st_ino;
-        } else if (const auto it = collected.find(step.item); it != collected.end()) {
-            trace.id = it->second;
-        }
-        traces.push_back(std::move(trace));
     }
     return traces;
 }

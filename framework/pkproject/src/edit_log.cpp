@@ -34,11 +34,16 @@ QByteArray bytesOf(const std::string& text)
     return QByteArray::fromRawData(text.data(), static_cast<int>(text.size()));
 }
 
+void writeStamp(QDataStream& out, const Stamp& stamp)
+{
+    out << quint64{stamp.id} << qint64{stamp.time} << qint64{stamp.bytes};
+}
+
 void writeBase(QDataStream& out, const Base& base)
 {
-    out << static_cast<quint8>(RecordKind::Base) << a_version << bytesOf(base.path)
-        << quint64{base.stamp.id} << qint64{base.stamp.time} << qint64{base.stamp.bytes}
-        << qint64{base.time};
+    out << static_cast<quint8>(RecordKind::Base) << a_version << bytesOf(base.path);
+    writeStamp(out, base.stamp);
+    out << qint64{base.time};
 }
 
 LoggedEdit logged(const Edit& edit)
@@ -98,14 +103,17 @@ private:
     QDataStream m_in;
 };
 
+Stamp readStamp(Reader& reader)
+{
+    return {reader.number<quint64>(), reader.number<qint64>(), reader.number<qint64>()};
+}
+
 Base readBase(Reader& reader)
 {
     reader.require(reader.number<quint8>() == a_version);
     Base base;
     base.path = reader.text();
-    base.stamp.id = reader.number<quint64>();
-    base.stamp.time = reader.number<qint64>();
-    base.stamp.bytes = reader.number<qint64>();
+    base.stamp = readStamp(reader);
     base.time = reader.number<qint64>();
     return base;
 }
@@ -130,7 +138,7 @@ std::vector<Trace> readTraces(Reader& reader)
 {
     std::vector<Trace> traces;
     for (auto count = reader.number<quint32>(); count > 0; --count) {
-        traces.push_back({reader.text(), reader.number<quint64>(), reader.number<bool>()});
+        traces.push_back({reader.text(), readStamp(reader)});
         reader.require(true);
     }
     return traces;
@@ -170,8 +178,7 @@ bool EditHistory::isSaved() const
     return !lastSave.empty() &&
            std::all_of(lastSave.begin(), lastSave.end(), [](const Trace& trace) {
                const auto info = statOf(trace.path);
-               const bool isThere = info && (trace.id == 0 || info->st_ino == trace.id);
-               return isThere == trace.isThere;
+               return info && Stamp::of(*info) == trace.stamp;
            });
 }
 
@@ -244,6 +251,9 @@ void EditLog::write(const QByteArray& bytes)
 
 void EditLog::confirm(Base base)
 {
+    if (base.path != m_base.path) {
+        return;
+    }
     m_base = std::move(base);
     if (!m_path.empty()) {
         note([&](QDataStream& out) { writeBase(out, m_base); });
@@ -268,7 +278,8 @@ void EditLog::saving(const std::vector<Trace>& traces)
         note([&](QDataStream& out) {
             out << static_cast<quint8>(RecordKind::Saving) << static_cast<quint32>(traces.size());
             for (const Trace& trace : traces) {
-                out << bytesOf(trace.path) << quint64{trace.id} << trace.isThere;
+                out << bytesOf(trace.path);
+                writeStamp(out, trace.stamp);
             }
         });
     }
@@ -301,6 +312,9 @@ EditHistory EditLog::read(const Fd& file)
             break;
         default:
             reader.require(false);
+        }
+        if (kind != RecordKind::Saving) {
+            history.lastSave.clear(); // it failed, or there would be no more
         }
         reader.requireEnd();
         at += size;

@@ -67,9 +67,8 @@ struct Base
 /// Something by which one sees later whether a save took effect.
 struct Trace
 {
-    std::string path;     ///< absolute
-    std::uint64_t id = 0; ///< inode; 0 for any
-    bool isThere = false; ///< whether it is at the path, or is not, once the save took effect
+    std::string path; ///< absolute
+    Stamp stamp;      ///< what is at the path once the save took effect
 };
 
 /// What a log holds.
@@ -77,9 +76,10 @@ struct EditHistory
 {
     Base base;
     std::vector<std::vector<LoggedEdit>> operations; ///< each done whole or not at all
-    std::vector<Trace> lastSave;                     ///< of the last save that was begun
+    std::vector<Trace> lastSave;                     ///< of a save that was begun last of all
 
-    /// Whether the last save that was begun took effect, so that nothing of this is unsaved.
+    /// Whether the last save that was begun, and that no edit followed, took effect, so that
+    /// nothing of this is unsaved. In doubt it did not: what is saved already is no loss.
     bool isSaved() const;
 };
 
@@ -107,7 +107,8 @@ public:
     /// Notes nothing until the next restart.
     void stop();
 
-    /// Says that the base was seen again as it was, after changes that were undone.
+    /// Says that the base was seen again as it was, after changes that were undone; nothing when
+    /// it is another project that was.
     void confirm(Base base);
 
     /// Notes edits that were made by one operation.

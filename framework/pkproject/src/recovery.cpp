@@ -61,8 +61,11 @@ Owner claimRoot(const std::string& path, DeadRoot& root)
 // One model's directory in it; nothing when there is no log of edits.
 std::optional<EditHistory> historyIn(const Fd& root, const std::string& name)
 {
-    const Fd log =
-        openBeneath(root, name + "/" + EditLog::a_fileName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    const std::string path = name + "/" + EditLog::a_fileName;
+    const Fd log = openBeneath(root, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!log && errno != ENOENT && errno != ENOTDIR) {
+        throwErrno(joinPath(root.path(), path));
+    }
     if (!log || !S_ISREG(statOf(log).st_mode)) {
         return std::nullopt;
     }
@@ -126,12 +129,33 @@ bool changesNothing(const std::string& directory, const EditHistory& history)
             const ProjectPath path = parsePath(textOf(edit.path));
             const Entry* const old = store->index().find(path);
             if (old == nullptr || old->isDirectory() ||
+                edit.mode.value_or(old->mode) != old->mode ||
                 store->read(path).toStdString() !=
                     readAll(openPath(directory + "/" + edit.other, O_RDONLY | O_NOFOLLOW))) {
                 return false;
             }
         }
     }
+    return true;
+}
+
+// Looks at what one model of a dead process left; gives whether it is to be kept.
+bool searchDirectory(const DeadRoot& root, const std::string& name, const std::string& project,
+                     QList<UnsavedWork>& found)
+{
+    const auto history = historyIn(root.directory, name);
+    if (!history || history->operations.empty()) {
+        return false;
+    }
+    if (history->base.path != project) {
+        return true;
+    }
+    const std::string directory = joinPath(root.directory.path(), name);
+    if (history->isSaved() || changesNothing(directory, *history)) {
+        removeTree(directory);
+        return false;
+    }
+    found.append(describe(directory, *history));
     return true;
 }
 
@@ -144,25 +168,12 @@ void searchRoot(const std::string& path, const std::string& project, QList<Unsav
     }
     bool isNeeded = false;
     for (const std::string& name : namesIn(root.directory)) {
-        std::optional<EditHistory> history;
         try {
-            history = historyIn(root.directory, name);
+            isNeeded = searchDirectory(root, name, project, found) || isNeeded;
         } catch (const Error& error) {
+            // What can't be judged may be needed.
             warn(error.what(), __FILE__, "searchRoot", __LINE__);
             isNeeded = true;
-        }
-        if (!history || history->operations.empty()) {
-            continue;
-        }
-        const std::string directory = joinPath(path, name);
-        const bool isMine = history->base.path == project;
-        if (isMine && (history->isSaved() || changesNothing(directory, *history))) {
-            removeTree(directory);
-            continue;
-        }
-        isNeeded = true;
-        if (isMine) {
-            found.append(describe(directory, *history));
         }
     }
     if (!isNeeded) {
@@ -233,8 +244,8 @@ private:
     {
         if (logged.kind == EditKind::SetMetadata) {
             Edit edit(logged.kind, {});
-            edit.key = QString::fromStdString(logged.path);
-            edit.value = QString::fromStdString(logged.other);
+            edit.key = textOf(logged.path);
+            edit.value = textOf(logged.other);
             return edit;
         }
         Edit edit(logged.kind, parsePath(textOf(logged.path)));

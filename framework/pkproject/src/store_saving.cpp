@@ -55,14 +55,14 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
         } else {
             saveDirectory(target);
         }
+        m_sourcePath = target.path;
+        m_savedMetadata = m_metadata;
+        restartLog(); // while nobody else can save
     } catch (const IoError& error) {
         throw IoError(target.place.path + ": it can't be saved: " + error.what());
     } catch (const LimitError& error) {
         throw LimitError(target.place.path + ": it can't be saved: " + error.what());
     }
-    m_sourcePath = target.path;
-    m_savedMetadata = m_metadata;
-    restartLog();
 }
 
 // Nothing is unsaved, except what is written to streams that are still open.
@@ -193,7 +193,7 @@ void Store::saveArchive(const Target& target)
 void Store::publish(FreshPlace& fresh, const Target& target)
 {
     const struct stat built = statOf(openPath(fresh.path(), O_PATH));
-    m_log.saving({{target.place.path, built.st_ino, true}});
+    m_log.saving({{target.place.path, Stamp::of(built)}});
     fresh.publish(target.existing);
 }
 

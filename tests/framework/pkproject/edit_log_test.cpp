@@ -31,7 +31,7 @@ TEST_F(AnEditLog, IsMadeWithTheFirstEdit)
 {
     log().restart(a_base);
     log().confirm(a_base);
-    log().saving({{"/x", 1, true}});
+    log().saving({{"/x", {1, 2, 3}}});
     EXPECT_FALSE(isThere());
     log().append({Edit(EditKind::Remove, {"a"})});
     EXPECT_TRUE(isThere());
@@ -50,7 +50,7 @@ TEST_F(AnEditLog, GivesBackWhatWasNoted)
     metadata.value = QString::fromUtf8("\xc3\xa4");
     log().append({put, move});
     log().append({metadata});
-    log().saving({{"/x", 1, true}, {"/y", 0, false}});
+    log().saving({{"/x", {1, 2, 3}}, {"/y", {4, 5, 6}}});
     const EditHistory read = history();
     EXPECT_EQ(read.base.path, a_base.path);
     EXPECT_EQ(read.base.stamp, a_base.stamp);
@@ -69,7 +69,7 @@ TEST_F(AnEditLog, GivesBackWhatWasNoted)
     EXPECT_EQ(read.operations[1][0].other, "\xc3\xa4");
     ASSERT_EQ(read.lastSave.size(), 2U);
     EXPECT_EQ(read.lastSave[1].path, "/y");
-    EXPECT_FALSE(read.lastSave[1].isThere);
+    EXPECT_EQ(read.lastSave[1].stamp, (Stamp{4, 5, 6}));
 }
 
 TEST_F(AnEditLog, BeginsAnew)
@@ -93,6 +93,11 @@ TEST_F(AnEditLog, KnowsTheLastBaseThatWasConfirmed)
     log().confirm(later);
     EXPECT_EQ(history().base.time, 11);
     EXPECT_EQ(history().operations.size(), 1U);
+    later.path = "/another/project";
+    later.time = 12;
+    log().confirm(later);
+    EXPECT_EQ(history().base.path, a_base.path);
+    EXPECT_EQ(history().base.time, 11);
 }
 
 TEST_F(AnEditLog, NotesNothingWhenItIsStopped)
@@ -108,18 +113,31 @@ TEST_F(AnEditLog, KnowsWhetherASaveTookEffect)
     const TemporaryDirectory directory;
     const QString there = directory.path("there");
     putLocal(there, "1");
-    const std::string missing = directory.path("missing").toStdString();
-    const std::uint64_t id = statOf(there.toStdString())->st_ino;
+    const std::string path = there.toStdString();
+    const Stamp stamp = Stamp::of(*statOf(path));
     EditHistory read;
     EXPECT_FALSE(read.isSaved());
-    read.lastSave = {{there.toStdString(), id, true}, {missing, 0, false}};
+    read.lastSave = {{path, stamp}};
     EXPECT_TRUE(read.isSaved());
-    read.lastSave = {{there.toStdString(), id + 1, true}, {missing, 0, false}};
+    read.lastSave = {{path, stamp}, {directory.path("missing").toStdString(), stamp}};
     EXPECT_FALSE(read.isSaved());
-    read.lastSave = {{there.toStdString(), 0, true}, {missing, 0, true}};
+    // File systems give an inode that became free to the next file.
+    read.lastSave = {{path, {stamp.id, stamp.time - 1, stamp.bytes}}};
     EXPECT_FALSE(read.isSaved());
-    read.lastSave = {{there.toStdString(), id, false}};
-    EXPECT_FALSE(read.isSaved());
+}
+
+TEST_F(AnEditLog, KnowsThatASaveThatEditsFollowedHasFailed)
+{
+    const std::vector<Trace> traces = {{"/x", {1, 2, 3}}};
+    log().restart(a_base);
+    log().append({Edit(EditKind::Remove, {"a"})});
+    log().saving(traces);
+    EXPECT_EQ(history().lastSave.size(), 1U);
+    log().append({Edit(EditKind::Remove, {"b"})});
+    EXPECT_EQ(history().lastSave.size(), 0U);
+    log().saving(traces);
+    log().confirm(a_base);
+    EXPECT_EQ(history().lastSave.size(), 0U);
 }
 
 } // namespace

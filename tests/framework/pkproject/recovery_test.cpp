@@ -1,5 +1,6 @@
 #include "dying_program.hpp"
 #include "faulty_disk.hpp"
+#include "log_records.hpp"
 #include "random_editor.hpp"
 #include "recovery.hpp"
 #include "support.hpp"
@@ -57,6 +58,7 @@ protected:
         model.mkdir(q("empty/deep"), true);
         model.setMetadata(q("title"), q("New"));
         model.setMetadata(q("bytes"), QString::fromUtf8("\xc3\xa4\n\0x", 5));
+        model.setMetadata(q("mark"), QString(QChar::ByteOrderMark) + q("x"));
         putThroughStream(model, "streamed", "through a stream");
     }
 
@@ -80,7 +82,7 @@ protected:
     static void expectEqual(const ProjectModel& model, const ProjectModel& expected)
     {
         EXPECT_EQ(treeOf(model), treeOf(expected));
-        for (const char* const key : {"title", "bytes"}) {
+        for (const char* const key : {"title", "bytes", "mark"}) {
             EXPECT_EQ(model.getMetadata(q(key)), expected.getMetadata(q(key)));
         }
     }
@@ -114,12 +116,13 @@ TEST_P(UnsavedWorkInBothForms, OfEveryKindIsGivenBack)
     EXPECT_TRUE(work.time.isValid());
     EXPECT_EQ(
         work.edits,
-        QStringList(
-            {q("write a"), q("write a"), q("write new/file"), q("write gone"), q("remove gone"),
-             q("move d to moved"), q("make directory copy"), q("copy d/e/c to copy/c"),
-             q("write moved/e/c"), q("make directory imported"), q("make directory imported/empty"),
-             q("write imported/y"), q("make directory empty/deep"), q("set title to New"),
-             q("set bytes to ") + QString::fromUtf8("\xc3\xa4\n\0x", 5), q("write streamed")}));
+        QStringList({q("write a"), q("write a"), q("write new/file"), q("write gone"),
+                     q("remove gone"), q("move d to moved"), q("make directory copy"),
+                     q("copy d/e/c to copy/c"), q("write moved/e/c"), q("make directory imported"),
+                     q("make directory imported/empty"), q("write imported/y"),
+                     q("make directory empty/deep"), q("set title to New"),
+                     q("set bytes to ") + QString::fromUtf8("\xc3\xa4\n\0x", 5),
+                     q("set mark to ") + QChar::ByteOrderMark + q("x"), q("write streamed")}));
     ProjectModel expected(path());
     edit(expected);
     {
@@ -226,6 +229,43 @@ TEST_P(UnsavedWorkInBothForms, IsNotWhatChangesNothing)
         model.writeFile(q("d/b"), "3");
     });
     EXPECT_EQ(onlyWork().edits.size(), 2);
+    ProjectModel::discard(onlyWork());
+    ProjectModel(path()).exportFile(q("a"), path("a"), false);
+    leaveUnsavedWork([this](ProjectModel& model) {
+        putLocal(path("other/a"), "1");
+        ASSERT_EQ(::chmod(path("other/a").toStdString().c_str(), 0755), 0);
+        model.importFile(ProjectModel(path("other")), q("a"), q("a"), false);
+    });
+    EXPECT_EQ(onlyWork().edits, QStringList({q("write a")}));
+}
+
+TEST_P(UnsavedWorkInBothForms, IsKeptWhenTheLogCannotBeReadAtTheMoment)
+{
+    leaveUnsavedWork();
+    const QString log = onlyWork().directory + q("/log");
+    ASSERT_TRUE(QFile::rename(log, log + q(".aside")));
+    ASSERT_EQ(::symlink("log.aside", log.toStdString().c_str()), 0); // not followed: an error
+    const LogRecords records;
+    EXPECT_EQ(ProjectModel::recoverable(path()).size(), 0);
+    EXPECT_EQ(records.messages().size(), 1U);
+    ASSERT_TRUE(QFile::rename(log + q(".aside"), log) ||
+                (QFile::remove(log) && QFile::rename(log + q(".aside"), log)));
+    EXPECT_EQ(ProjectModel::recoverable(path()).size(), 1);
+}
+
+TEST_P(UnsavedWorkInBothForms, OnAProjectThatCannotBeOpenedIsKept)
+{
+    leaveUnsavedWork([](ProjectModel& model) { model.writeFile(q("a"), "1"); });
+    const QString aside = path("aside");
+    ASSERT_TRUE(QFile::rename(path(), aside));
+    putLocal(path(), "no project");
+    const LogRecords records;
+    EXPECT_EQ(ProjectModel::recoverable(path()).size(), 0);
+    EXPECT_EQ(records.messages().size(), 1U);
+    ASSERT_TRUE(QFile::remove(path()));
+    ASSERT_TRUE(QFile::rename(aside, path()));
+    leaveUnsavedWork([](ProjectModel& model) { model.writeFile(q("a"), "2"); });
+    EXPECT_EQ(ProjectModel::recoverable(path()).size(), 1);
 }
 
 TEST_P(UnsavedWorkInBothForms, IsWhatCameAfterTheSave)
@@ -457,7 +497,7 @@ TEST_P(AnUnsavedWork, EndsWithTheLastEditThatWasNotedWhole)
         if (work.isEmpty()) {
             break; // the log says no more of which project it is
         }
-        EXPECT_LT(work[0].edits.size(), 16);
+        EXPECT_LT(work[0].edits.size(), 17);
         // What was replaced later is not there for an earlier state.
         try {
             ProjectModel::recover(work[0]);
