@@ -186,15 +186,18 @@ EditLog::EditLog(std::shared_ptr<Staging> staging) : m_staging(std::move(staging
 
 EditLog::~EditLog()
 {
-    restart({});
+    if (!m_path.empty()) {
+        ::unlink(m_path.c_str());
+    }
 }
 
 void EditLog::restart(Base base)
 {
-    if (!m_path.empty()) {
+    // Emptying a file costs a file system less than making another with the next edit.
+    if (!m_isEmpty && ::truncate(m_path.c_str(), 0) != 0) {
         ::unlink(m_path.c_str());
-        m_path.clear();
     }
+    m_isEmpty = true;
     m_base = std::move(base);
     m_isStopped = false;
 }
@@ -223,7 +226,7 @@ void EditLog::note(WriteTo&& writeTo)
         out << static_cast<quint32>(bytes.size() - begin) - quint32{sizeof(quint32)};
         out.device()->seek(bytes.size());
     };
-    if (m_path.empty()) {
+    if (m_isEmpty) {
         record([&](QDataStream& stream) { writeBase(stream, m_base); });
     }
     record(writeTo);
@@ -245,6 +248,7 @@ void EditLog::write(const QByteArray& bytes)
         throwErrno(path);
     }
     m_path = std::move(path);
+    m_isEmpty = false;
     // The usual disk, not the seam: what is staged is no part of a save.
     Disk().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
@@ -255,7 +259,7 @@ void EditLog::confirm(Base base)
         return;
     }
     m_base = std::move(base);
-    if (!m_path.empty()) {
+    if (!m_isEmpty) {
         note([&](QDataStream& out) { writeBase(out, m_base); });
     }
 }
@@ -274,7 +278,7 @@ void EditLog::append(const std::vector<Edit>& edits)
 
 void EditLog::saving(const std::vector<Trace>& traces)
 {
-    if (!m_path.empty()) {
+    if (!m_isEmpty) {
         note([&](QDataStream& out) {
             out << static_cast<quint8>(RecordKind::Saving) << static_cast<quint32>(traces.size());
             for (const Trace& trace : traces) {

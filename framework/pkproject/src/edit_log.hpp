@@ -128,7 +128,8 @@ private:
 
     std::shared_ptr<Staging> m_staging;
     Base m_base;
-    std::string m_path; ///< empty when there is no file
+    std::string m_path;    ///< empty when there is no file
+    bool m_isEmpty = true; ///< there is no file, or nothing in it
     bool m_isStopped = false;
 };
 

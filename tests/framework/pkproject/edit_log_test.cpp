@@ -76,7 +76,7 @@ TEST_F(AnEditLog, BeginsAnew)
 {
     log().append({Edit(EditKind::Remove, {"a"})});
     log().restart(a_base);
-    EXPECT_FALSE(isThere());
+    EXPECT_EQ(history().operations.size(), 0U);
     log().append({Edit(EditKind::Remove, {"b"})});
     const EditHistory read = history();
     EXPECT_EQ(read.base.path, a_base.path);
@@ -105,7 +105,7 @@ TEST_F(AnEditLog, NotesNothingWhenItIsStopped)
     log().append({Edit(EditKind::Remove, {"a"})});
     log().stop();
     log().append({Edit(EditKind::Remove, {"a"})});
-    EXPECT_FALSE(isThere());
+    EXPECT_EQ(history().operations.size(), 0U);
 }
 
 TEST_F(AnEditLog, KnowsWhetherASaveTookEffect)
