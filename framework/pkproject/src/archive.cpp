@@ -154,8 +154,7 @@ Metadata ArchiveSource::loadMetadata()
 std::shared_ptr<StagedFile> ArchiveSource::unpack(const Entry& entry, Staging& staging)
 {
     auto staged = staging.newFile(entry.name);
-    // The usual disk, not the seam: what is staged is no part of a save.
-    Disk disk;
+    Disk& disk = Disk::instance();
     const Fd file = disk.create(staged->path(), 0600);
     read(entry.stamp.id, static_cast<std::uint64_t>(entry.stamp.bytes), Index::sourcePath(entry),
          [&](const char* bytes, std::size_t size) { disk.write(file, bytes, size); });

@@ -36,7 +36,8 @@ private:
     std::string m_path;
 };
 
-/// The one seam through which the store changes anything outside its staging directories. Tests
+/// The one seam through which the store changes anything outside its staging directories, and
+/// writes the bytes of files in them. Tests
 /// put another object in its place to see each single operation, and to make it fail.
 class Disk
 {

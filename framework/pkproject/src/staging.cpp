@@ -144,8 +144,7 @@ std::shared_ptr<StagedFile> Staging::write(const std::string& name, const char* 
 {
     auto staged = newFile(name);
     const Fd file = create(*staged);
-    // The usual disk, not the seam: what is staged is no part of a save.
-    Disk().write(file, bytes, size);
+    Disk::instance().write(file, bytes, size);
     staged->seal();
     return staged;
 }
@@ -154,7 +153,7 @@ std::shared_ptr<StagedFile> Staging::copy(const std::string& name, const Fd& fro
 {
     auto staged = newFile(name);
     const Fd file = create(*staged);
-    Disk().copy(from, file);
+    Disk::instance().copy(from, file);
     staged->seal();
     return staged;
 }

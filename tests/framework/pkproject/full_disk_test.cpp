@@ -1,11 +1,14 @@
 #include "another_user.hpp"
+#include "faulty_disk.hpp"
 #include "small_disk.hpp"
 
 #include <pk/project/error.hpp>
 
+#include <functional>
 #include <ostream>
 #include <random>
 #include <sys/stat.h>
+#include <vector>
 
 // Disks that are full or read-only when a project is edited and saved.
 namespace pk::project::test {
@@ -263,6 +266,34 @@ TEST(EditsWithoutRoom, AreRefusedWhereTheirPlaceIsReadOnly)
     if (!mounted) {
         GTEST_SKIP() << a_notHere;
     }
+}
+
+// Where no disk can be mounted for it, the same through the seam.
+TEST(EditsWithoutRoom, AreRefusedWhicheverOperationFails)
+{
+    const TemporaryDirectory directory;
+    makeProject().save(directory.path("p.zip"), ArchiveFormat::Zip, false);
+    const ProjectModel other(directory.path("p.zip"));
+    ProjectModel model = makeProject();
+    edit(model);
+    const Tree edited = treeOf(model);
+    const std::vector<std::function<void()>> attempts = {
+        [&] { model.writeFile(q("old/4"), "more"); },
+        [&] { model.writeFile(q("new/one"), "more"); },
+        [&] { model.importFile(other, q("old"), q("copy"), true); },
+        [&] { static_cast<void>(other.getFileLocalPath(q("old/1"))); },
+    };
+    for (const auto& attempt : attempts) {
+        FaultyDisk disk;
+        disk.failAt(0, ENOSPC, true);
+        const std::string message = messageOf<IoError>(attempt);
+        EXPECT_NE(message.find("/kxproject-"), std::string::npos) << message;
+        EXPECT_NE(message.find("No space left on device"), std::string::npos) << message;
+        EXPECT_EQ(treeOf(model), edited);
+    }
+    model.save(directory.path("saved"), ArchiveFormat::Directory, false);
+    EXPECT_EQ(treeOf(ProjectModel(directory.path("saved"))), edited);
+    EXPECT_EQ(other.readFile(q("old/1")), noise(1, 5000));
 }
 
 class ADirectoryWithoutPermission : public testing::TestWithParam<const char*>

@@ -1,3 +1,4 @@
+#include "another_user.hpp"
 #include "lock.hpp"
 #include "place.hpp"
 #include "support.hpp"
@@ -73,18 +74,6 @@ public:
     Alarm& operator=(const Alarm&) = delete;
     Alarm(Alarm&&) = delete;
     Alarm& operator=(Alarm&&) = delete;
-};
-
-// While it lives, root is a user whom the modes of files concern.
-class AnotherUser
-{
-public:
-    AnotherUser() { EXPECT_TRUE(::geteuid() != 0 || ::seteuid(65534) == 0); }
-    ~AnotherUser() { EXPECT_TRUE(::getuid() != 0 || ::seteuid(0) == 0); }
-    AnotherUser(const AnotherUser&) = delete;
-    AnotherUser& operator=(const AnotherUser&) = delete;
-    AnotherUser(AnotherUser&&) = delete;
-    AnotherUser& operator=(AnotherUser&&) = delete;
 };
 
 // A file system that can't say whether a file is locked.
