@@ -1,6 +1,7 @@
 #include "archive.hpp"
 
 #include "archive_check.hpp"
+#include "conflict.hpp"
 
 #include <pk/project/error.hpp>
 
@@ -49,10 +50,15 @@ bool isBefore(const std::string& a, const std::string& b)
                                         [&](char x, char y) { return rank(x) < rank(y); });
 }
 
+Fd duplicate(const Fd& file)
+{
+    return {::fcntl(file.get(), F_DUPFD_CLOEXEC, 0), file.path()};
+}
+
 // An independent stream on the same open file, for a library that takes over what it is given.
 FILE* streamOf(const Fd& file)
 {
-    Fd copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0), file.path());
+    Fd copy = duplicate(file);
     FILE* const stream = copy ? ::fdopen(copy.get(), "rb") : nullptr;
     if (stream == nullptr) {
         throwErrno(file.path());
@@ -70,6 +76,13 @@ struct ArchiveSource::Item
     std::uint16_t mode = 0;
     std::uint64_t position = 0;
     std::uint64_t bytes = 0;
+    std::uint32_t checksum = 0;
+
+    bool holdsTheSameAs(const Item& other) const
+    {
+        return isDirectory == other.isDirectory && mode == other.mode && bytes == other.bytes &&
+               checksum == other.checksum;
+    }
 };
 
 ArchiveSource::ArchiveSource(Place place, Fd file, const ArchiveLimits& limits)
@@ -171,16 +184,63 @@ void ArchiveSource::checkUnchanged() const
 {
     const auto now = statOf(m_place.path);
     if (!now || Stamp::of(*now) != m_stamp) {
-        throw ConflictError(m_place.path + ": changed by someone else since it was opened");
+        throwConflict(m_place.path, "since it was opened",
+                      now ? changesTo(*now) : std::vector<std::string>{"it was removed"});
     }
+}
+
+// How what is on disk, which is not what it was, is different.
+std::vector<std::string> ArchiveSource::changesTo(const struct stat& now) const
+{
+    if (!S_ISREG(now.st_mode)) {
+        return {"it is no archive any more"};
+    }
+    if (now.st_ino == m_stamp.id) {
+        return {"it was written to in its place"}; // so that nothing is left of what it was
+    }
+    try {
+        auto before = ArchiveSource(m_place, duplicate(m_file), m_limits).contents();
+        auto after = ArchiveSource(m_place, openPath(m_place.path, O_RDONLY | O_NONBLOCK), m_limits)
+                         .contents();
+        std::vector<std::string> changes;
+        for (const auto& [name, item] : after) {
+            const auto old = before.find(name);
+            if (old == before.end()) {
+                changes.push_back(name + " was added");
+            } else if (!item.holdsTheSameAs(old->second)) {
+                changes.push_back(name + " was changed");
+            }
+        }
+        for (const auto& old : before) {
+            if (after.count(old.first) == 0) {
+                changes.push_back(old.first + " was removed");
+            }
+        }
+        return changes;
+    } catch (const Error&) {
+        return {"it can't be read any more"};
+    }
+}
+
+// What an archive that was not loaded holds, by the names that people know it by.
+std::map<std::string, ArchiveSource::Item> ArchiveSource::contents()
+{
+    std::map<std::string, Item> contents;
+    for (Item& next : items()) {
+        contents.emplace("'" + next.path + "'", std::move(next));
+    }
+    if (m_metadata) {
+        contents.emplace("the project's metadata", item(*m_metadata));
+    }
+    return contents;
 }
 
 ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
 {
     zip_stat_t info;
     zip_stat_init(&info);
-    constexpr zip_uint64_t needed =
-        ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
+    constexpr zip_uint64_t needed = ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_CRC |
+                                    ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
     if (zip_stat_index(handle(), position, ZIP_FL_ENC_RAW, &info) != 0 ||
         (info.valid & needed) != needed) {
         failDamaged(zip_strerror(handle()));
@@ -193,6 +253,7 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
     Item item;
     item.position = position;
     item.bytes = info.size;
+    item.checksum = info.crc;
     item.isDirectory = !name.empty() && name.back() == '/';
     item.mode = item.isDirectory ? 0755 : 0644;
     setPath(item, name, system == ZIP_OPSYS_UNIX);

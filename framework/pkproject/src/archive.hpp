@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,13 +67,16 @@ public:
         m_foreign = std::move(f);
     }
 
-    /// Throws ConflictError unless the file on disk is the one that is open, as it was then.
+    /// Throws ConflictError unless the file on disk is the one that is open, as it was then; it
+    /// lists what is different in the project that is there now.
     void checkUnchanged() const;
 
 private:
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
+    std::map<std::string, Item> contents();
+    std::vector<std::string> changesTo(const struct stat& now) const;
     std::string nameOf(std::uint64_t position, const char* raw);
     void checkReadable(const zip_stat_t& info, const std::string& name) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;

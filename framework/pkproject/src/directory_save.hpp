@@ -14,9 +14,9 @@ namespace pk::project {
 
 /// Saves a model to the directory that is its source, through a journal. The caller holds the lock
 /// and has recovered the place. `metadata` is null when it is as it was when last saved. Throws
-/// ConflictError, IoError and what reading the files throws; the directory and the index are then
-/// as before. After it the index is settled. `log` is told how one sees whether the save took
-/// effect, and when it was undone.
+/// ConflictError, IoError, LimitError for too much metadata, and what reading the files throws; the
+/// directory and the index are then as before. After it the index is settled. `log` is told how one
+/// sees whether the save took effect, and when it was undone.
 void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, EditLog& log);
 
 /// Writes a project as a new directory.

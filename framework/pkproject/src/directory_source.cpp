@@ -1,7 +1,9 @@
 #include "directory_source.hpp"
 
+#include "conflict.hpp"
 #include "warn.hpp"
 
+#include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
 
 #include <QString>
@@ -14,9 +16,6 @@
 namespace pk::project {
 
 namespace {
-
-// More than these make a message unreadable.
-constexpr std::size_t a_listedChanges = 20;
 
 bool isUtf8(const std::string& name)
 {
@@ -89,18 +88,6 @@ std::map<std::string, const Entry*> childrenInSource(const Entry& directory)
 
 } // namespace
 
-std::string listing(const std::vector<std::string>& changes)
-{
-    std::string text;
-    for (std::size_t i = 0; i < std::min(changes.size(), a_listedChanges); ++i) {
-        text += (i == 0 ? "" : ", ") + changes[i];
-    }
-    if (changes.size() > a_listedChanges) {
-        text += ", and " + std::to_string(changes.size() - a_listedChanges) + " more";
-    }
-    return text;
-}
-
 // What a directory has under a name.
 struct DirectorySource::Found
 {
@@ -134,6 +121,9 @@ Metadata DirectorySource::loadMetadata() const
     const Fd file = openBeneath(m_root, a_metadataFile, O_RDONLY);
     if (!file) {
         throwErrno(path);
+    }
+    if (static_cast<std::uint64_t>(statOf(file).st_size) > archive_limits::a_maxMetadataBytes) {
+        throw LimitError(path + ": it has more bytes than are read of it");
     }
     return parseMetadata(QByteArray::fromStdString(readAll(file)), path);
 }
@@ -194,8 +184,7 @@ void DirectorySource::checkUnchanged(const Index& index) const
         changes.emplace_back("the project's metadata");
     }
     if (!changes.empty()) {
-        throw ConflictError(m_place.path +
-                            ": changed by someone else since it was opened: " + listing(changes));
+        throwConflict(m_place.path, "since it was opened", changes);
     }
 }
 
@@ -239,6 +228,8 @@ std::optional<DirectorySource::Found> DirectorySource::look(const Level& level,
         found.obstacle = "it is a symbolic link";
     } else if (!S_ISREG(info->st_mode) && !S_ISDIR(info->st_mode)) {
         found.obstacle = "it is neither a file nor a directory";
+    } else if (beginsWithMark(name)) {
+        found.obstacle = "its name begins with a byte order mark";
     } else if (!isUtf8(name)) {
         found.obstacle = "its name is not UTF-8";
     } else if (isTooLong(joinPath(level.path, name).size(), level.depth + 1)) {
@@ -258,10 +249,6 @@ void DirectorySource::loadDirectory(const Level& level, Entry& directory)
     for (std::string& name : namesIn(level.fd)) {
         if (directory.parent == nullptr && isReservedName(name)) {
             continue;
-        }
-        if (beginsWithMark(name)) {
-            throw FormatError(level.fd.path() + "/" + name +
-                              ": a name in a project has no byte order mark in front");
         }
         const auto found = look(level, name);
         if (!found) {

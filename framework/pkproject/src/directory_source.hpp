@@ -14,9 +14,6 @@
 
 namespace pk::project {
 
-/// The first of the changes, for a message.
-std::string listing(const std::vector<std::string>& changes);
-
 /// A project directory that a model was opened from or saved to. It is only read here; no symbolic
 /// link below it is ever followed.
 class DirectorySource
@@ -34,12 +31,13 @@ public:
     std::vector<std::string> changesSince(const Base& base) const;
 
     /// Fills an empty index with what the directory holds. Left out, with one warning each in the
-    /// log, are symbolic links and special files, names that are not UTF-8, directories that can't
-    /// be read, and what has a path that no project can have. Throws IoError, and FormatError for a
-    /// name with a byte order mark in front.
+    /// log, are symbolic links and special files, names that are not UTF-8 or begin with a byte
+    /// order mark, directories that can't be read, and what has a path that no project can have.
+    /// Throws IoError.
     void load(Index& index);
 
-    /// Reads the metadata file. Throws FormatError and IoError.
+    /// Reads the metadata file. Throws FormatError, IoError, and LimitError for one with more than
+    /// archive_limits::a_maxMetadataBytes.
     Metadata loadMetadata() const;
 
     /// Opens a file of the source for reading. Throws PathNotFound when someone removed it,

@@ -17,8 +17,9 @@ namespace pk::project {
 
 namespace {
 
-// A log is a sequence of records: their size in bytes (32 bits), and a payload in Qt's data stream
-// format that begins with its kind.
+// A log is a sequence of records: a head, which is the size of the payload in bytes (32 bits) and
+// its checksum (16 bits, qChecksum()), and the payload, which begins with its kind; all in Qt's
+// data stream format.
 enum class RecordKind : std::uint8_t
 {
     Base = 1,
@@ -26,8 +27,10 @@ enum class RecordKind : std::uint8_t
     Saving = 3
 };
 
-constexpr std::uint8_t a_version = 1;
+constexpr std::uint8_t a_version = 2;
+constexpr std::size_t a_headSize = sizeof(quint32) + sizeof(quint16);
 constexpr std::uint16_t a_noMode = 0xffff;
+constexpr std::int64_t a_noSize = -1;
 
 QByteArray bytesOf(const std::string& text)
 {
@@ -46,22 +49,37 @@ void writeBase(QDataStream& out, const Base& base)
     out << qint64{base.time};
 }
 
+template <class WriteTo>
+QByteArray recordOf(WriteTo&& writeTo)
+{
+    QByteArray payload;
+    QDataStream out(&payload, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_5_12);
+    writeTo(out);
+    QByteArray record;
+    QDataStream head(&record, QIODevice::WriteOnly);
+    const auto size = static_cast<quint32>(payload.size());
+    head << size << qChecksum(payload.constData(), size);
+    return record + payload;
+}
+
 LoggedEdit logged(const Edit& edit)
 {
     switch (edit.kind) {
     case EditKind::PutFile:
-        return {edit.kind, joinPath(edit.path), edit.staged->name(), edit.mode};
+        return {edit.kind, joinPath(edit.path), edit.staged->name(), edit.mode,
+                edit.staged->size()};
     case EditKind::PutCopy:
-        return {edit.kind, joinPath(edit.path), Index::sourcePath(*edit.original), edit.mode};
+        return {edit.kind, joinPath(edit.path), Index::sourcePath(*edit.original), edit.mode, {}};
     case EditKind::Move:
-        return {edit.kind, joinPath(edit.path), joinPath(edit.to), {}};
+        return {edit.kind, joinPath(edit.path), joinPath(edit.to), {}, {}};
     case EditKind::SetMetadata:
-        return {edit.kind, edit.key.toStdString(), edit.value.toStdString(), {}};
+        return {edit.kind, edit.key.toStdString(), edit.value.toStdString(), {}, {}};
     case EditKind::MakeDirectory:
     case EditKind::Remove:
         break;
     }
-    return {edit.kind, joinPath(edit.path), {}, edit.mode};
+    return {edit.kind, joinPath(edit.path), {}, edit.mode, {}};
 }
 
 class Reader
@@ -103,6 +121,27 @@ private:
     QDataStream m_in;
 };
 
+// The payload of the record at a place; nothing when there is none that is whole. Without the first
+// one, which says what the edits were made on, those that follow it say nothing.
+std::optional<QByteArray> payloadAt(const std::string& bytes, std::size_t at,
+                                    const std::string& path)
+{
+    if (bytes.size() - at < a_headSize) {
+        return std::nullopt;
+    }
+    Reader head(QByteArray::fromRawData(bytes.data() + at, a_headSize), path);
+    const auto size = head.number<quint32>();
+    const auto checksum = head.number<quint16>();
+    const char* const begin = bytes.data() + at + a_headSize;
+    if (size > bytes.size() - at - a_headSize) {
+        return std::nullopt;
+    }
+    const bool isWhole = qChecksum(begin, size) == checksum;
+    head.require(isWhole || at > 0);
+    return isWhole ? std::make_optional(QByteArray::fromRawData(begin, static_cast<int>(size)))
+                   : std::nullopt;
+}
+
 Stamp readStamp(Reader& reader)
 {
     return {reader.number<quint64>(), reader.number<qint64>(), reader.number<qint64>()};
@@ -123,10 +162,14 @@ std::vector<LoggedEdit> readEdits(Reader& reader)
     std::vector<LoggedEdit> edits;
     for (auto count = reader.number<quint32>(); count > 0; --count) {
         const auto kind = reader.number<quint8>();
-        LoggedEdit edit{static_cast<EditKind>(kind), reader.text(), reader.text(), {}};
+        LoggedEdit edit{static_cast<EditKind>(kind), reader.text(), reader.text(), {}, {}};
         const auto mode = reader.number<quint16>();
         if (mode != a_noMode) {
             edit.mode = mode & 0777;
+        }
+        const auto size = reader.number<qint64>();
+        if (size != a_noSize) {
+            edit.bytes = size;
         }
         reader.require(kind <= static_cast<quint8>(EditKind::SetMetadata));
         edits.push_back(std::move(edit));
@@ -186,7 +229,7 @@ EditLog::EditLog(std::shared_ptr<Staging> staging) : m_staging(std::move(staging
 
 EditLog::~EditLog()
 {
-    if (!m_path.empty()) {
+    if (!m_path.empty() && m_maker.isHere()) {
         ::unlink(m_path.c_str());
     }
 }
@@ -194,10 +237,11 @@ EditLog::~EditLog()
 void EditLog::restart(Base base)
 {
     // Emptying a file costs a file system less than making another with the next edit.
-    if (!m_isEmpty && ::truncate(m_path.c_str(), 0) != 0) {
+    if (!isEmpty() && m_maker.isHere() && ::truncate(m_path.c_str(), 0) != 0) {
         ::unlink(m_path.c_str());
     }
-    m_isEmpty = true;
+    m_size = 0;
+    m_unwritten.clear();
     m_base = std::move(base);
     m_isStopped = false;
 }
@@ -212,45 +256,40 @@ void EditLog::stop()
 template <class WriteTo>
 void EditLog::note(WriteTo&& writeTo)
 {
-    if (m_isStopped) {
+    if (m_isStopped || !m_maker.isHere()) {
         return;
     }
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(QDataStream::Qt_5_12);
-    const auto record = [&](const auto& write) {
-        const int begin = bytes.size();
-        out << quint32{0};
-        write(out);
-        out.device()->seek(begin);
-        out << static_cast<quint32>(bytes.size() - begin) - quint32{sizeof(quint32)};
-        out.device()->seek(bytes.size());
-    };
-    if (m_isEmpty) {
-        record([&](QDataStream& stream) { writeBase(stream, m_base); });
+    const bool isBehind = !m_unwritten.isEmpty();
+    if (isEmpty()) {
+        m_unwritten += recordOf([&](QDataStream& out) { writeBase(out, m_base); });
     }
-    record(writeTo);
+    m_unwritten += recordOf(writeTo);
     try {
-        write(bytes);
+        flush();
     } catch (const IoError& error) {
-        stop();
-        warn(std::string(error.what()) + "; should this program die before the next save, what it "
-                                         "did not save can't be recovered",
-             __FILE__, "note", __LINE__);
+        if (!isBehind) {
+            warn(std::string(error.what()) + "; should this program die before this is mended, its "
+                                             "last edits can't be recovered",
+                 __FILE__, "note", __LINE__);
+        }
     }
 }
 
-void EditLog::write(const QByteArray& bytes)
+void EditLog::flush()
 {
     std::string path = m_staging->directory() + "/" + a_fileName;
-    const Fd file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600), path);
+    const Fd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), path);
     if (!file) {
         throwErrno(path);
     }
     m_path = std::move(path);
-    m_isEmpty = false;
-    // The usual disk, not the seam: what is staged is no part of a save.
-    Disk().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (::lseek(file.get(), m_size, SEEK_SET) < 0) { // over what an earlier attempt left
+        throwErrno(m_path);
+    }
+    // The usual disk, not the seam: no save depends on what is noted.
+    Disk().write(file, m_unwritten.constData(), static_cast<std::size_t>(m_unwritten.size()));
+    m_size += m_unwritten.size();
+    m_unwritten.clear();
 }
 
 void EditLog::confirm(Base base)
@@ -259,7 +298,7 @@ void EditLog::confirm(Base base)
         return;
     }
     m_base = std::move(base);
-    if (!m_isEmpty) {
+    if (!isEmpty()) {
         note([&](QDataStream& out) { writeBase(out, m_base); });
     }
 }
@@ -271,14 +310,15 @@ void EditLog::append(const std::vector<Edit>& edits)
         for (const Edit& edit : edits) {
             const LoggedEdit record = logged(edit);
             out << static_cast<quint8>(record.kind) << bytesOf(record.path) << bytesOf(record.other)
-                << quint16{record.mode.value_or(a_noMode)};
+                << quint16{record.mode.value_or(a_noMode)}
+                << qint64{record.bytes.value_or(a_noSize)};
         }
     });
 }
 
 void EditLog::saving(const std::vector<Trace>& traces)
 {
-    if (!m_isEmpty) {
+    if (!isEmpty()) {
         note([&](QDataStream& out) {
             out << static_cast<quint8>(RecordKind::Saving) << static_cast<quint32>(traces.size());
             for (const Trace& trace : traces) {
@@ -293,17 +333,11 @@ EditHistory EditLog::read(const Fd& file)
 {
     const std::string bytes = readAll(file);
     EditHistory history;
-    for (std::size_t at = 0; bytes.size() - at >= sizeof(quint32);) {
-        const QByteArray head = QByteArray::fromRawData(bytes.data() + at, sizeof(quint32));
-        const auto size = std::size_t{Reader(head, file.path()).number<quint32>()};
-        at += sizeof(quint32);
-        if (bytes.size() - at < size) {
-            break;
-        }
-        Reader reader(QByteArray::fromRawData(bytes.data() + at, static_cast<int>(size)),
-                      file.path());
+    std::size_t at = 0;
+    while (const auto payload = payloadAt(bytes, at, file.path())) {
+        Reader reader(*payload, file.path());
         const auto kind = static_cast<RecordKind>(reader.number<quint8>());
-        reader.require(at == sizeof(quint32) ? kind == RecordKind::Base : kind >= RecordKind::Base);
+        reader.require(at == 0 ? kind == RecordKind::Base : kind >= RecordKind::Base);
         switch (kind) {
         case RecordKind::Base:
             history.base = readBase(reader);
@@ -321,7 +355,7 @@ EditHistory EditLog::read(const Fd& file)
             history.lastSave.clear(); // it failed, or there would be no more
         }
         reader.requireEnd();
-        at += size;
+        at += a_headSize + static_cast<std::size_t>(payload->size());
     }
     return history;
 }

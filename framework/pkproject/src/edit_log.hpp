@@ -5,6 +5,7 @@
 #include "project_path.hpp"
 #include "staging.hpp"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -49,6 +50,7 @@ struct LoggedEdit
     std::string path;  ///< of SetMetadata the key
     std::string other; ///< the new path, the staged file's name, the path in the source, the value
     std::optional<std::uint16_t> mode;
+    std::optional<std::int64_t> bytes; ///< size of the staged file; none: it was still written
 
     /// The edit in words, for people.
     QString toText() const;
@@ -87,8 +89,8 @@ struct EditHistory
 /// what a model can be restored from when its program died: the staged files hold the bytes, the
 /// log says what is to be done with them. Made when the first edit is.
 ///
-/// What can't be noted, on a full disk, is no reason to refuse an edit: then nothing is left in the
-/// log until the next save, and pk::log says so.
+/// What can't be noted, on a full disk, is no reason to refuse an edit: it is noted together with
+/// the next one that can be, and pk::log says so. A process that was forked off notes nothing.
 class EditLog
 {
 public:
@@ -117,19 +119,23 @@ public:
     /// Notes that a save is about to take effect, and how one sees whether it did.
     void saving(const std::vector<Trace>& traces);
 
-    /// Reads a log. What was being written when its program died is left out. Throws FormatError
-    /// and IoError.
+    /// Reads a log up to the first record that is not whole: the one that was being written when
+    /// its program, or the machine, died. Throws FormatError when the first of all is damaged, or
+    /// one says what none can, and IoError.
     static EditHistory read(const Fd& file);
 
 private:
+    bool isEmpty() const { return m_size == 0 && m_unwritten.isEmpty(); }
     template <class WriteTo>
     void note(WriteTo&& writeTo);
-    void write(const QByteArray& bytes);
+    void flush();
 
     std::shared_ptr<Staging> m_staging;
+    Maker m_maker;
     Base m_base;
-    std::string m_path;    ///< empty when there is no file
-    bool m_isEmpty = true; ///< there is no file, or nothing in it
+    std::string m_path;      ///< empty when there is no file
+    std::int64_t m_size = 0; ///< of what is in the file, without a part of a record at the end
+    QByteArray m_unwritten;  ///< records for which there was no room in the file
     bool m_isStopped = false;
 };
 

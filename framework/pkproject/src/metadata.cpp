@@ -24,6 +24,25 @@ QString storable(QString text)
     return text;
 }
 
+/// Whether there is nothing but one object or array in a JSON text, as far as it is one. Qt leaks
+/// those inside when a key that has one comes twice.
+bool isFlat(const QByteArray& json)
+{
+    bool isString = false;
+    int containers = 0;
+    for (int i = 0; i < json.size(); ++i) {
+        const char c = json.at(i);
+        if (isString) {
+            i += c == '\\' ? 1 : 0;
+            isString = c != '"';
+        } else {
+            isString = c == '"';
+            containers += c == '{' || c == '[' ? 1 : 0;
+        }
+    }
+    return containers <= 1;
+}
+
 } // namespace
 
 bool setMetadataValue(Metadata& metadata, const QString& anyKey, const QString& anyValue)
@@ -47,19 +66,22 @@ Metadata parseMetadata(const QByteArray& bytes, const std::string& path)
     if (bytes.isEmpty()) {
         return metadata;
     }
+    const std::string refusal = path + ": damaged project metadata: ";
+    if (!isFlat(bytes)) {
+        throw FormatError(refusal + "it holds more than texts");
+    }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (!document.isObject()) {
         const QString reason = error.error != QJsonParseError::NoError
                                    ? error.errorString()
                                    : QStringLiteral("it is no JSON object");
-        throw FormatError(path + ": damaged project metadata: " + reason.toStdString());
+        throw FormatError(refusal + reason.toStdString());
     }
     const QJsonObject object = document.object();
     for (auto it = object.begin(); it != object.end(); ++it) {
         if (!it.value().isString()) {
-            throw FormatError(path + ": damaged project metadata: the value of '" +
-                              it.key().toStdString() + "' is no text");
+            throw FormatError(refusal + "the value of '" + it.key().toStdString() + "' is no text");
         }
         setMetadataValue(metadata, it.key(), it.value().toString());
     }

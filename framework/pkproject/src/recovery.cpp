@@ -1,5 +1,6 @@
 #include "recovery.hpp"
 
+#include "conflict.hpp"
 #include "edit_log.hpp"
 #include "journal.hpp"
 #include "lock.hpp"
@@ -22,7 +23,7 @@ namespace pk::project {
 namespace {
 
 // The directory that a dead process left below the place for temporary files. Its lock is held, so
-// that nobody else takes anything from it or away.
+// that nobody takes anything away from it.
 struct DeadRoot
 {
     Fd directory;
@@ -33,9 +34,11 @@ enum class Owner
 {
     Dead,
     Living,
+    Unknown, ///< it died before it had a lock, or is about to make one
     Stranger ///< no directory of this user's programs, or gone
 };
 
+// With a shared lock, as any number of those who only look at what is there have it.
 Owner claimRoot(const std::string& path, DeadRoot& root)
 {
     constexpr int readable = O_RDONLY | O_NOFOLLOW | O_CLOEXEC;
@@ -50,12 +53,20 @@ Owner claimRoot(const std::string& path, DeadRoot& root)
     const int lock = ::openat(root.directory.get(), StagingRoot::a_lockFile, readable | O_NONBLOCK);
     root.lock = Fd(lock, path + "/" + StagingRoot::a_lockFile);
     if (!root.lock) {
-        return Owner::Stranger;
+        return errno == ENOENT ? Owner::Unknown : Owner::Stranger;
     }
-    if (::flock(root.lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (::flock(root.lock.get(), LOCK_SH | LOCK_NB) != 0) {
         return Owner::Living;
     }
     return statOf(root.lock).st_nlink > 0 ? Owner::Dead : Owner::Stranger;
+}
+
+// Makes the lock one that nobody else has; false when somebody else does, or took all away.
+// Without `waits` only what is there already is asked.
+bool lockAlone(const DeadRoot& root, bool waits)
+{
+    return ::flock(root.lock.get(), LOCK_EX | (waits ? 0 : LOCK_NB)) == 0 &&
+           statOf(root.lock).st_nlink > 0;
 }
 
 // One model's directory in it; nothing when there is no log of edits.
@@ -109,6 +120,27 @@ UnsavedWork describe(const std::string& directory, const EditHistory& history)
     return work;
 }
 
+// A staged file of a dead model; nothing when it is not there, or not whole any more.
+std::optional<std::string> stagedPath(const std::string& directory, const LoggedEdit& edit)
+{
+    const std::string path = directory + "/" + edit.other;
+    const auto info = edit.other.find('/') == std::string::npos ? statOf(path) : std::nullopt;
+    const bool isWhole =
+        info && S_ISREG(info->st_mode) && edit.bytes.value_or(info->st_size) == info->st_size;
+    return isWhole ? std::optional<std::string>(path) : std::nullopt;
+}
+
+// Whether a file was written as the project has it.
+bool isAsSaved(Store& store, const std::string& directory, const LoggedEdit& edit)
+{
+    const auto staged = stagedPath(directory, edit);
+    const ProjectPath path = parsePath(textOf(edit.path));
+    const Entry* const old = store.index().find(path);
+    return staged && old != nullptr && !old->isDirectory() &&
+           edit.mode.value_or(old->mode) == old->mode &&
+           store.read(path).toStdString() == readAll(openPath(*staged, O_RDONLY | O_NOFOLLOW));
+}
+
 // Whether nothing was edited but files, to the bytes that they have in the project. Programs that
 // only look at a project may write some files as they find them.
 bool changesNothing(const std::string& directory, const EditHistory& history)
@@ -116,25 +148,24 @@ bool changesNothing(const std::string& directory, const EditHistory& history)
     if (history.base.path.empty() || !statOf(history.base.path)) {
         return false;
     }
-    std::unique_ptr<Store> store;
     for (const auto& operation : history.operations) {
         for (const LoggedEdit& edit : operation) {
-            const auto staged = statOf(directory + "/" + edit.other);
-            if (edit.kind != EditKind::PutFile || !staged || !S_ISREG(staged->st_mode)) {
-                return false;
-            }
-            if (!store) {
-                store = std::make_unique<Store>(textOf(history.base.path));
-            }
-            const ProjectPath path = parsePath(textOf(edit.path));
-            const Entry* const old = store->index().find(path);
-            if (old == nullptr || old->isDirectory() ||
-                edit.mode.value_or(old->mode) != old->mode ||
-                store->read(path).toStdString() !=
-                    readAll(openPath(directory + "/" + edit.other, O_RDONLY | O_NOFOLLOW))) {
+            if (edit.kind != EditKind::PutFile) {
                 return false;
             }
         }
+    }
+    try {
+        Store store(textOf(history.base.path));
+        for (const auto& operation : history.operations) {
+            for (const LoggedEdit& edit : operation) {
+                if (!isAsSaved(store, directory, edit)) {
+                    return false;
+                }
+            }
+        }
+    } catch (const Error&) {
+        return false; // a project that can't be opened
     }
     return true;
 }
@@ -152,24 +183,32 @@ bool searchDirectory(const DeadRoot& root, const std::string& name, const std::s
     }
     const std::string directory = joinPath(root.directory.path(), name);
     if (history->isSaved() || changesNothing(directory, *history)) {
-        removeTree(directory);
         return false;
     }
     found.append(describe(directory, *history));
     return true;
 }
 
-// Looks at what one dead process left; removes it when nothing in it is unsaved.
+// Looks at what one dead process left; removes what is not unsaved.
 void searchRoot(const std::string& path, const std::string& project, QList<UnsavedWork>& found)
 {
     DeadRoot root;
-    if (claimRoot(path, root) != Owner::Dead) {
+    const Owner owner = claimRoot(path, root);
+    if (owner == Owner::Unknown) {
+        ::rmdir(path.c_str());
+    }
+    if (owner != Owner::Dead) {
         return;
     }
     bool isNeeded = false;
+    std::vector<std::string> needless;
     for (const std::string& name : namesIn(root.directory)) {
         try {
-            isNeeded = searchDirectory(root, name, project, found) || isNeeded;
+            if (searchDirectory(root, name, project, found)) {
+                isNeeded = true;
+            } else if (name != StagingRoot::a_lockFile) {
+                needless.push_back(joinPath(path, name));
+            }
         } catch (const Error& error) {
             // What can't be judged may be needed.
             warn(error.what(), __FILE__, "searchRoot", __LINE__);
@@ -177,7 +216,10 @@ void searchRoot(const std::string& path, const std::string& project, QList<Unsav
         }
     }
     if (!isNeeded) {
-        removeTree(path);
+        needless = {path};
+    }
+    if (!needless.empty() && lockAlone(root, false)) {
+        std::for_each(needless.begin(), needless.end(), removeTree);
     }
 }
 
@@ -189,12 +231,17 @@ void settle(const Place& place)
     }
 }
 
-// A piece of work whose process is dead, for as long as this is kept.
+// A piece of work whose process is dead; nobody takes it away for as long as this is kept.
 struct Claimed
 {
     DeadRoot root;
     std::string directory;
-    EditHistory history;
+    std::string name; ///< in the root
+
+    [[noreturn]] void failGone() const
+    {
+        throw PathNotFound(directory + ": no unsaved work is there");
+    }
 };
 
 Claimed claim(const UnsavedWork& work)
@@ -202,19 +249,17 @@ Claimed claim(const UnsavedWork& work)
     Claimed claimed;
     claimed.directory = QDir::cleanPath(work.directory).toStdString();
     const std::size_t slash = claimed.directory.rfind('/');
-    const std::string root = claimed.directory.substr(0, slash);
-    const Owner owner =
-        slash == std::string::npos ? Owner::Stranger : claimRoot(root, claimed.root);
+    if (slash == std::string::npos) {
+        claimed.failGone();
+    }
+    claimed.name = claimed.directory.substr(slash + 1);
+    const Owner owner = claimRoot(claimed.directory.substr(0, slash), claimed.root);
     if (owner == Owner::Living) {
         throw LockError(claimed.directory + ": a living program works with it");
     }
-    auto history = owner == Owner::Dead
-                       ? historyIn(claimed.root.directory, claimed.directory.substr(slash + 1))
-                       : std::nullopt;
-    if (!history) {
-        throw PathNotFound(claimed.directory + ": no unsaved work is there");
+    if (owner != Owner::Dead) {
+        claimed.failGone();
     }
-    claimed.history = std::move(*history);
     return claimed;
 }
 
@@ -236,7 +281,26 @@ public:
             }
             m_store.apply(std::move(edits));
         }
-        checkBytes(m_store.index().root());
+    }
+
+    /// The files whose bytes are lost.
+    std::vector<ProjectPath> lost() const
+    {
+        std::vector<ProjectPath> lost;
+        if (m_gone) {
+            collectLost(m_store.index().root(), lost);
+        }
+        return lost;
+    }
+
+    /// Leaves a file as the project on disk has it, or out when that has none there.
+    void giveUp(const ProjectPath& path)
+    {
+        const Entry* const original = m_store.index().findInSource(path);
+        const bool isFile = original != nullptr && !original->isDirectory();
+        Edit edit(isFile ? EditKind::PutCopy : EditKind::Remove, path);
+        edit.original = original;
+        m_store.apply({std::move(edit)});
     }
 
 private:
@@ -253,7 +317,7 @@ private:
         if (logged.kind == EditKind::Move) {
             edit.to = parsePath(textOf(logged.other));
         } else if (logged.kind == EditKind::PutFile) {
-            edit.staged = stagedFile(logged.other);
+            edit.staged = stagedFile(logged);
         } else if (logged.kind == EditKind::PutCopy) {
             edit.original = m_store.index().findInSource(parsePath(textOf(logged.other)));
             if (edit.original == nullptr || edit.original->isDirectory()) {
@@ -264,12 +328,10 @@ private:
     }
 
     // Bytes that were replaced later are gone.
-    std::shared_ptr<StagedFile> stagedFile(const std::string& name)
+    std::shared_ptr<StagedFile> stagedFile(const LoggedEdit& logged)
     {
-        const std::string path = m_directory + "/" + name;
-        const auto info = name.find('/') == std::string::npos ? statOf(path) : std::nullopt;
-        if (info && S_ISREG(info->st_mode)) {
-            return m_store.staging().link(name.substr(name.find('-') + 1), path);
+        if (const auto path = stagedPath(m_directory, logged)) {
+            return m_store.staging().link(logged.other.substr(logged.other.find('-') + 1), *path);
         }
         if (!m_gone) {
             m_gone = m_store.staging().write("gone", "", 0);
@@ -277,14 +339,13 @@ private:
         return m_gone;
     }
 
-    void checkBytes(const Entry& directory) const
+    void collectLost(const Entry& directory, std::vector<ProjectPath>& lost) const
     {
         for (const auto& child : directory.folder->children) {
             if (child->isDirectory()) {
-                checkBytes(*child);
-            } else if (m_gone && child->staged() == m_gone) {
-                throw IoError(m_directory + ": the bytes of '" + Index::path(*child) +
-                              "' are lost");
+                collectLost(*child, lost);
+            } else if (child->staged() == m_gone) {
+                lost.push_back(parsePath(textOf(Index::path(*child))));
             }
         }
     }
@@ -293,6 +354,20 @@ private:
     std::string m_directory;
     std::shared_ptr<StagedFile> m_gone;
 };
+
+void replay(Store& store, const std::string& directory, const EditHistory& history, bool evenIfLost)
+{
+    Replay replay(store, directory);
+    replay.run(history);
+    for (const ProjectPath& path : replay.lost()) {
+        const std::string message = directory + ": the bytes of '" + joinPath(path) + "' are lost";
+        if (!evenIfLost) {
+            throw IoError(message);
+        }
+        warn(message, __FILE__, "replay", __LINE__);
+        replay.giveUp(path);
+    }
+}
 
 } // namespace
 
@@ -321,16 +396,20 @@ std::unique_ptr<Store> recoverWork(const UnsavedWork& work, bool evenIfChanged,
                                    const ArchiveLimits& limits)
 {
     const Claimed claimed = claim(work);
-    const Base& base = claimed.history.base;
+    const auto history = historyIn(claimed.root.directory, claimed.name);
+    if (!history) {
+        claimed.failGone();
+    }
+    const Base& base = history->base;
     auto store = base.path.empty()
                      ? std::make_unique<Store>()
                      : std::make_unique<Store>(QString::fromStdString(base.path), limits);
     const auto changes = changesOf(base);
     if (!changes.empty() && !evenIfChanged) {
-        throw ConflictError(base.path + ": changed by someone else since: " + listing(changes));
+        throwConflict(base.path, "since", changes);
     }
     try {
-        Replay(*store, claimed.directory).run(claimed.history);
+        replay(*store, claimed.directory, *history, evenIfChanged);
     } catch (const IoError&) {
         throw;
     } catch (const Error& error) {
@@ -343,9 +422,11 @@ std::unique_ptr<Store> recoverWork(const UnsavedWork& work, bool evenIfChanged,
 void discardWork(const UnsavedWork& work)
 {
     const Claimed claimed = claim(work);
+    if (!lockAlone(claimed.root, true) || !statOf(claimed.directory + "/" + EditLog::a_fileName)) {
+        claimed.failGone();
+    }
     removeTree(claimed.directory);
-    const std::vector<std::string> left = namesIn(claimed.root.directory);
-    if (left.size() == 1) {
+    if (namesIn(claimed.root.directory).size() == 1) {
         removeTree(claimed.root.directory.path());
     }
 }

@@ -35,12 +35,20 @@ StagedFile::StagedFile(std::shared_ptr<Staging> staging, std::string path)
 
 StagedFile::~StagedFile()
 {
-    ::unlink(m_path.c_str());
+    if (m_maker.isHere()) {
+        ::unlink(m_path.c_str());
+    }
 }
 
 Fd StagedFile::open() const
 {
     return openPath(m_path, O_RDONLY);
+}
+
+std::optional<std::int64_t> StagedFile::size() const
+{
+    const auto info = m_sealed ? statOf(m_path) : std::nullopt;
+    return info ? std::optional<std::int64_t>(info->st_size) : std::nullopt;
 }
 
 bool StagedFile::isSealed()
@@ -53,7 +61,7 @@ bool StagedFile::isSealed()
     return m_sealed;
 }
 
-StagingRoot::StagingRoot(std::string place) : m_place(std::move(place)), m_process(::getpid())
+StagingRoot::StagingRoot(std::string place) : m_place(std::move(place))
 {
     while (!make()) {
     }
@@ -68,6 +76,9 @@ bool StagingRoot::make()
     }
     const std::string lock = m_path + "/" + a_lockFile;
     m_lock = Fd(::open(lock.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600), lock);
+    if (!m_lock && errno == ENOENT) {
+        return false;
+    }
     if (!m_lock) {
         const int number = errno;
         ::rmdir(m_path.c_str());
@@ -81,8 +92,7 @@ bool StagingRoot::make()
 
 StagingRoot::~StagingRoot()
 {
-    // A forked process has the directory only on loan.
-    if (m_process == ::getpid()) {
+    if (m_maker.isHere()) {
         ::unlink(m_lock.path().c_str());
         ::rmdir(m_path.c_str());
     }
@@ -95,7 +105,7 @@ std::shared_ptr<StagingRoot> StagingRoot::get()
     const std::lock_guard<std::mutex> guard(mutex);
     auto root = current.lock();
     const std::string place = QDir::tempPath().toStdString();
-    if (!root || root->m_place != place || root->m_process != ::getpid()) {
+    if (!root || root->m_place != place || !root->m_maker.isHere()) {
         root = std::shared_ptr<StagingRoot>(new StagingRoot(place));
         current = root;
     }
@@ -115,17 +125,18 @@ std::string StagingRoot::makeDirectory()
 
 Staging::~Staging()
 {
-    if (!m_directory.empty()) {
+    if (!m_directory.empty() && m_maker.isHere()) {
         ::rmdir(m_directory.c_str());
     }
 }
 
 const std::string& Staging::directory()
 {
-    if (m_directory.empty()) {
+    if (m_directory.empty() || !m_maker.isHere()) {
         auto root = StagingRoot::get();
         m_directory = root->makeDirectory();
         m_root = std::move(root);
+        m_maker = {};
     }
     return m_directory;
 }

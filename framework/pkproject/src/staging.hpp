@@ -2,13 +2,27 @@
 
 #include "disk.hpp"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace pk::project {
 
 class Staging;
+
+/// The process that made something in a staging directory. One that is forked off has it only on
+/// loan, and removes nothing of it.
+class Maker
+{
+public:
+    bool isHere() const { return m_process == ::getpid(); }
+
+private:
+    pid_t m_process = ::getpid();
+};
 
 /// One file of a staging directory: the bytes of a project's file since somebody wrote it. Written
 /// by whoever made it and by nobody after that, so that any number of entries can share it; removed
@@ -41,6 +55,9 @@ public:
     void keepPath() { m_pathIsKept = true; }
     bool isPathKept() const { return m_pathIsKept; }
 
+    /// How many bytes it has; nothing when somebody may still write it. Throws IoError.
+    std::optional<std::int64_t> size() const;
+
     /// Whether the bytes can't change any more. For a file handed out as a stream the kernel is
     /// asked whether the stream is still open; where it can't tell, the answer is no.
     bool isSealed();
@@ -48,6 +65,7 @@ public:
 private:
     std::shared_ptr<Staging> m_staging;
     std::string m_path;
+    Maker m_maker;
     bool m_sealed = false;
     bool m_pathIsKept = false;
 };
@@ -79,7 +97,7 @@ private:
     std::string m_place; ///< the directory that this one is in
     std::string m_path;
     Fd m_lock;
-    pid_t m_process;
+    Maker m_maker;
     std::uint64_t m_lastNumber = 0;
 };
 
@@ -95,7 +113,7 @@ public:
     Staging(Staging&&) = delete;
     Staging& operator=(Staging&&) = delete;
 
-    /// The directory, made when it isn't there. Throws IoError.
+    /// The directory, made when this process has not done so yet. Throws IoError.
     const std::string& directory();
 
     /// A place for a new file, which the caller creates; its name begins with a number and ends in
@@ -115,6 +133,7 @@ public:
 private:
     Staging() = default;
     std::shared_ptr<StagingRoot> m_root;
+    Maker m_maker; ///< of the directory
     std::string m_directory;
     std::uint64_t m_lastNumber = 0;
 };

@@ -216,40 +216,71 @@ void Store::setMetadata(const QString& key, const QString& value)
 
 void Store::apply(std::vector<Edit> edits)
 {
+    std::vector<Edit> done;
+    done.reserve(edits.size());
     for (Edit& edit : edits) {
-        apply(edit);
+        apply(std::move(edit), done);
     }
-    m_log.append(edits);
+    if (!done.empty()) {
+        m_log.append(done);
+    }
 }
 
-// Makes an edit, which gets the mode that came of it.
-void Store::apply(Edit& edit)
+// Makes an edit and adds what it came to: with the modes that things got, and without what was so
+// already.
+void Store::apply(Edit edit, std::vector<Edit>& done)
 {
     switch (edit.kind) {
     case EditKind::MakeDirectory:
-        edit.mode = m_index->makeDirectories(edit.path, edit.mode).mode;
-        break;
-    case EditKind::PutFile:
+        makeDirectories(edit.path, edit.mode, done);
+        return;
+    case EditKind::PutFile: {
         requireName(edit.path);
-        edit.mode =
-            m_index->putFile(directoryFor(edit.path), edit.path.back(), edit.staged, edit.mode)
-                .mode;
+        Entry& directory = directoryFor(edit.path, done);
+        edit.mode = m_index->putFile(directory, edit.path.back(), edit.staged, edit.mode).mode;
         break;
-    case EditKind::PutCopy:
+    }
+    case EditKind::PutCopy: {
         requireName(edit.path);
-        m_index->putCopy(directoryFor(edit.path), edit.path.back(), *edit.original,
-                         edit.mode.value_or(edit.original->mode));
+        Entry& directory = directoryFor(edit.path, done);
+        edit.mode = edit.mode.value_or(edit.original->mode);
+        m_index->putCopy(directory, edit.path.back(), *edit.original, *edit.mode);
         break;
+    }
     case EditKind::Move:
-        applyMove(edit.path, edit.to);
+        applyMove(edit.path, edit.to, done);
         break;
     case EditKind::Remove:
         m_index->remove(m_index->get(edit.path));
         break;
     case EditKind::SetMetadata:
-        setMetadataValue(m_metadata, edit.key, edit.value);
-        break;
+        if (!setMetadataValue(m_metadata, edit.key, edit.value)) {
+            return;
+        }
     }
+    done.push_back(std::move(edit));
+}
+
+// The directory at a path. Each one that is missing is made by an edit of its own.
+Entry& Store::makeDirectories(const ProjectPath& path, std::optional<std::uint16_t> mode,
+                              std::vector<Edit>& done)
+{
+    Entry* entry = m_index->find(path);
+    if (entry != nullptr && entry->isDirectory()) {
+        return *entry;
+    }
+    ProjectPath part;
+    for (const std::string& name : path) {
+        part.push_back(name);
+        entry = m_index->find(part);
+        if (entry == nullptr || !entry->isDirectory()) {
+            Edit edit(EditKind::MakeDirectory, part);
+            entry = &m_index->makeDirectories(part, mode);
+            edit.mode = entry->mode;
+            done.push_back(std::move(edit));
+        }
+    }
+    return *entry;
 }
 
 std::string Store::localPath(const ProjectPath& path)
@@ -290,14 +321,14 @@ void Store::checkMove(const ProjectPath& from, const ProjectPath& to) const
     }
 }
 
-void Store::applyMove(const ProjectPath& from, const ProjectPath& to)
+void Store::applyMove(const ProjectPath& from, const ProjectPath& to, std::vector<Edit>& done)
 {
     checkMove(from, to);
     if (from == to) {
         return;
     }
     Entry& entry = m_index->get(from);
-    Entry& directory = directoryFor(to);
+    Entry& directory = directoryFor(to, done);
     if (Entry* const old = Index::child(directory, to.back())) {
         m_index->remove(*old);
     }
@@ -389,6 +420,10 @@ void Store::checkImport(const std::vector<Item>& items, const ProjectPath& to) c
         if (isReserved(path)) {
             throw InvalidPath("'" + joinPath(path) + "': the name is reserved at a project's top");
         }
+        const std::string text = joinPath(path);
+        if (isTooLong(text.size(), path.size())) {
+            throw InvalidPath("'" + text + "': the path is too long");
+        }
         const Entry* const old = m_index->find(path);
         if (old != nullptr && old->isDirectory() != item.isDirectory) {
             throw AlreadyExists("'" + joinPath(path) + "': a " +
@@ -398,12 +433,12 @@ void Store::checkImport(const std::vector<Item>& items, const ProjectPath& to) c
 }
 
 // The directory that is to hold a path, made when it is missing.
-Entry& Store::directoryFor(const ProjectPath& path)
+Entry& Store::directoryFor(const ProjectPath& path, std::vector<Edit>& done)
 {
     if (isReserved(path)) {
         throw InvalidPath("'" + joinPath(path) + "': the name is reserved at a project's top");
     }
-    return m_index->makeDirectories(above(path));
+    return makeDirectories(above(path), {}, done);
 }
 
 Edit Store::putEdit(const ProjectPath& path, std::shared_ptr<StagedFile> staged)

@@ -60,13 +60,15 @@ private:
     static bool leaveOut(const Item& item);
     static std::vector<Item> itemsBelow(Entry& from, bool recursive);
     void checkImport(const std::vector<Item>& items, const ProjectPath& to) const;
-    void apply(Edit& edit);
+    void apply(Edit edit, std::vector<Edit>& done);
+    Entry& makeDirectories(const ProjectPath& path, std::optional<std::uint16_t> mode,
+                           std::vector<Edit>& done);
     void checkMove(const ProjectPath& from, const ProjectPath& to) const;
-    void applyMove(const ProjectPath& from, const ProjectPath& to);
+    void applyMove(const ProjectPath& from, const ProjectPath& to, std::vector<Edit>& done);
     static Edit putEdit(const ProjectPath& path, std::shared_ptr<StagedFile> staged);
     void restartLog();
     Base base(std::int64_t time) const;
-    Entry& directoryFor(const ProjectPath& path);
+    Entry& directoryFor(const ProjectPath& path, std::vector<Edit>& done);
     FILE* openToRead(Entry& entry, const std::string& mode);
     FILE* openToWrite(const ProjectPath& path, const std::string& mode);
     void load(const Place& place);

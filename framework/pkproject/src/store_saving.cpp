@@ -185,6 +185,7 @@ void Store::saveArchive(const Target& target)
     // Nothing takes the place of a project that could not be opened afterwards.
     Index saved;
     source->load(saved);
+    source->loadMetadata();
     publish(fresh, target);
     save.adopt(*source);
     adopt(nullptr, std::move(source));
@@ -216,7 +217,7 @@ void Store::saveOverRepository(const Target& target)
     saveInPlace(*other.m_index, other.m_contents,
                 m_metadata != other.m_savedMetadata ? &m_metadata : nullptr, m_log);
     for (auto& file : stillWritten) {
-        other.m_index->putFile(other.directoryFor(file.first), file.first.back(), file.second);
+        other.apply({putEdit(file.first, std::move(file.second))});
     }
     std::swap(m_index, other.m_index);
     std::swap(m_contents, other.m_contents);

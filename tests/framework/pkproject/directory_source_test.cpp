@@ -1,4 +1,5 @@
 #include "directory_source.hpp"
+#include "log_records.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
@@ -77,12 +78,27 @@ TEST_F(ADirectorySource, HasNoLinksOrSpecialFiles)
     EXPECT_EQ(m_source->size(), 5U);
 }
 
-TEST_F(ADirectorySource, RefusesANameWithAMarkInFront)
+TEST_F(ADirectorySource, ReadsNoMetadataWithoutBounds)
+{
+    load();
+    putLocal(local(".kxproject"), R"({"a": ")" + QByteArray(4'200'000, 'x') + "\"}");
+    EXPECT_THROW(m_source->loadMetadata(), LimitError);
+    putLocal(local(".kxproject"), R"({"a": ")" + QByteArray(4'100'000, 'x') + "\"}");
+    EXPECT_EQ(m_source->loadMetadata().size(), 1);
+}
+
+TEST_F(ADirectorySource, LeavesOutANameWithAMarkInFront)
 {
     const std::string path = text("d/") + "\xef\xbb\xbf" + "a";
     const Fd file = Disk::instance().create(path, 0644);
-    const std::string message = messageOf<FormatError>([&] { load(); });
-    EXPECT_EQ(message, path + ": a name in a project has no byte order mark in front");
+    const LogRecords records;
+    load();
+    EXPECT_EQ(m_source->size(), 5U);
+    EXPECT_EQ(records.messages(),
+              std::vector<std::string>({text("d/") + "\\xef\\xbb\\xbfa: left out of the project, "
+                                                     "because its name begins with a byte order "
+                                                     "mark"}));
+    EXPECT_NO_THROW(m_source->checkUnchanged(*m_index));
     Disk::instance().unlink(path); // or Qt could not remove it
 }
 

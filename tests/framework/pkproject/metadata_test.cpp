@@ -70,7 +70,14 @@ TEST_P(DamagedMetadata, IsRefusedWithThePath)
 INSTANTIATE_TEST_SUITE_P(Texts, DamagedMetadata,
                          testing::Values("{", "[]", "null", R"("a")", R"({"a": 1})",
                                          R"({"a": null})", R"({"a": {}})", R"({"a": "b"} x)",
-                                         R"({a: "b"})", "\xff\xfe"));
+                                         R"({a: "b"})", "\xff\xfe",
+                                         R"({"a": {"b": "c"}, "a": "d", "a": ["e"]})"));
+
+TEST(Metadata, MayHaveBracketsInTexts)
+{
+    const Metadata metadata{{q("{["), q("[\"{}")}, {q("\\"), q("{\\")}};
+    EXPECT_EQ(parseMetadata(formatMetadata(metadata), "x"), metadata);
+}
 
 TEST(Metadata, NestedBeyondReasonIsRefused)
 {

@@ -279,10 +279,15 @@ class ChangeOfAnArchive : public OutsideChange
 {
 };
 
-TEST_P(ChangeOfAnArchive, IsAConflictAndNothingIsOverwritten)
+TEST_P(ChangeOfAnArchive, IsListedAndNothingIsOverwritten)
 {
     changeAndSave(GetParam(), Form::Archive, [&](const std::string& message) {
-        EXPECT_EQ(message, path().toStdString() + ": changed by someone else since it was opened");
+        const std::string start =
+            path().toStdString() + ": changed by someone else since it was opened";
+        ASSERT_EQ(message.find(start), 0U) << message;
+        const std::string rest = message.substr(start.size());
+        EXPECT_EQ(rest.substr(0, 2), GetParam().listed.empty() ? "" : ": ");
+        EXPECT_EQ(listingIn(rest.substr(rest.empty() ? 0 : 2)), GetParam().listed) << message;
     });
 }
 
@@ -291,13 +296,21 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Change{"SavedByAnother",
                            [](const QString& p) {
                                ProjectModel model(p);
+                               model.writeFile(q("d/new"), "another");
                                model.writeFile(q("x/y"), "another");
+                               model.writeFile(q("x/z"), "THEIRS");
+                               model.remove(q("a"));
+                               model.move(q("d/e"), q("e"), false);
+                               model.setMetadata(q("title"), q("another"));
                                model.save(QString(), ArchiveFormat::Source, true);
                            },
-                           {}},
+                           {"'a' was removed", "'d/e' was removed", "'d/e/c' was removed",
+                            "'d/e/f' was removed", "'d/new' was added", "'e' was added",
+                            "'e/c' was added", "'e/f' was added", "'x/y' was changed",
+                            "'x/z' was changed", "the project's metadata was changed"}},
                     Change{"EditedInItsPlaceToTheSameLength",
                            [](const QString& p) { putLocal(p, getLocal(p)); },
-                           {}},
+                           {"it was written to in its place"}},
                     Change{"ReplacedByItsCopy",
                            [](const QString& p) {
                                ASSERT_TRUE(QFile::copy(p, beside(p, "copy")));
@@ -310,14 +323,16 @@ INSTANTIATE_TEST_SUITE_P(
                                ASSERT_TRUE(QFile::remove(p));
                                putLocal(p + q("/a"), "another");
                            },
-                           {}},
+                           {"it is no archive any more"}},
                     Change{"ReplacedByNoArchive",
                            [](const QString& p) {
                                ASSERT_TRUE(QFile::remove(p));
                                putLocal(p, "no archive");
                            },
-                           {}},
-                    Change{"Removed", [](const QString& p) { ASSERT_TRUE(QFile::remove(p)); }, {}}),
+                           {"it can't be read any more"}},
+                    Change{"Removed",
+                           [](const QString& p) { ASSERT_TRUE(QFile::remove(p)); },
+                           {"it was removed"}}),
     [](const auto& change) { return std::string(change.param.name); });
 
 class ACheckout : public OutsideChanges

@@ -253,6 +253,9 @@ TEST(Safety, PathsWithoutBoundsAreRefused)
     EXPECT_THROW(model.mkdir(deep + q("b"), true), InvalidPath);
     EXPECT_THROW(model.writeFile(q("n").repeated(4097), "1"), InvalidPath);
     EXPECT_THROW(model.writeFile(QString(QChar(0xd800)), "1"), InvalidPath);
+    model.mkdir(q("d/") + q("a/").repeated(200), true);
+    EXPECT_THROW(model.importFile(model, q("d"), q("b/").repeated(100), true), InvalidPath);
+    EXPECT_EQ(treeOf(model).count("b"), 0U);
 }
 
 TEST(Safety, TheMetadataFileKeepsItsMode)

@@ -54,6 +54,26 @@ TEST_P(SavingInBothForms, TakeTheLongestNameThatTheFileSystemTakes)
     EXPECT_EQ(treeOf(ProjectModel(m_directory.path(std::string(255, 'p')))), treeOf(model));
 }
 
+TEST_P(SavingInBothForms, RefuseMetadataThatCouldNotBeReadAgain)
+{
+    ProjectModel model = make();
+    const Tree before = treeOf(m_directory.path());
+    const QString large(5'000'000, QLatin1Char('x'));
+    model.setMetadata(q("large"), large);
+    model.writeFile(q("a"), "edited");
+    for (const QString& target : {path(), m_directory.path("new")}) {
+        EXPECT_NE(messageOf<LimitError>([&] {
+                      model.save(target, form(), true);
+                  }).find("it can't be saved: "),
+                  std::string::npos);
+        EXPECT_EQ(treeOf(m_directory.path()), before);
+        EXPECT_EQ(model.getMetadata(q("large")), large);
+    }
+    model.setMetadata(q("large"), large.left(4'000'000));
+    saveInPlace(model);
+    EXPECT_EQ(ProjectModel(path()).getMetadata(q("large")).size(), 4'000'000);
+}
+
 TEST_P(SavingInBothForms, SurviveAFullDiskAtEveryPoint)
 {
     for (const bool inPlace : {true, false}) {

@@ -4,6 +4,7 @@
 
 #include <pk/project/error.hpp>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace pk::project::test {
@@ -35,6 +36,23 @@ TEST_P(BothForms, KeepStreamsValidAcrossASave)
     EXPECT_EQ(model.readFile(q("a")), QByteArray("before after"));
     saveInPlace(model);
     EXPECT_EQ(ProjectModel(path()).readFile(q("a")), QByteArray("before after"));
+}
+
+// What the log of edits says, so that it can be done again under another umask.
+TEST(AStore, NotesEachDirectoryThatItMakesWithItsMode)
+{
+    Store store;
+    store.write({"made", "too", "file"}, "1");
+    store.makeDirectory({"made"}, true);
+    const std::string log = store.staging().directory() + "/" + EditLog::a_fileName;
+    const EditHistory history = EditLog::read(openPath(log, O_RDONLY));
+    ASSERT_EQ(history.operations.size(), 1U);
+    std::vector<std::string> paths;
+    for (const LoggedEdit& edit : history.operations[0]) {
+        paths.push_back(edit.path);
+        EXPECT_EQ(edit.mode, umaskLeaves(edit.kind == EditKind::MakeDirectory ? 0777 : 0666));
+    }
+    EXPECT_EQ(paths, std::vector<std::string>({"made", "made/too", "made/too/file"}));
 }
 
 TEST_P(BothForms, KeepStreamsValidWhenTheModelIsGone)

@@ -26,7 +26,7 @@ constexpr std::uint64_t a_ratioFreeBytes = std::uint64_t{64} << 20;
 /// read into memory.
 constexpr std::uint64_t a_maxDirectoryBytes = std::uint64_t{32} << 20;
 
-/// Unpacked bytes of the metadata file. It is read into memory.
+/// Unpacked bytes of the metadata file, in a directory as well. It is read into memory.
 constexpr std::uint64_t a_maxMetadataBytes = std::uint64_t{4} << 20;
 
 } // namespace archive_limits

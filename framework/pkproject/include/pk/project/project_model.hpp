@@ -36,8 +36,8 @@ enum class ArchiveFormat : int
 /// alone. Bytes of files that were not rewritten are read from the source when they are asked for.
 /// A log of the edits lies in the staging directory too: a program that dies leaves both, and
 /// recoverable() and recover() give back what it had not saved. Where an edit can't be noted in the
-/// log, on a full disk, it is made all the same, with a warning in pk::log that nothing can be
-/// recovered until the next save.
+/// log, on a full disk, it is made all the same, with a warning in pk::log, and is noted with the
+/// next one that can be. A process that is forked off notes nothing and removes nothing of it.
 ///
 /// Paths are relative to the project's top and use "/". A leading "./", a trailing "/", doubled "/"
 /// and "." components are normalised away; the empty path is the top itself. An absolute path, a
@@ -190,11 +190,12 @@ public:
     /// are made again, so that a save gives what that program would have saved. The work stays
     /// recoverable until it is discarded, which should follow the save. With `evenIfChanged` the
     /// edits are made on a project that someone else changed since as well; what was changed in
-    /// files that they replace or remove is then lost with the save. Throws ConflictError, which
-    /// lists the changes, for such a project otherwise, or when an edit does not fit there any more
-    /// (the directory of the work still has the bytes); PathNotFound for what is not recoverable
-    /// (any more), LockError for what a living program has, IoError for bytes that are lost, and
-    /// what opening throws.
+    /// files that they replace or remove is then lost with the save. Files whose bytes were lost,
+    /// in a power failure, are then left as the project has them, with a warning each in pk::log.
+    /// Throws ConflictError, which lists the changes, for a changed project otherwise, or when an
+    /// edit does not fit there any more (the directory of the work still has the bytes);
+    /// PathNotFound for what is not recoverable (any more), LockError for what a living program
+    /// has, IoError for bytes that are lost, and what opening throws.
     static ProjectModel recover(const UnsavedWork& work, bool evenIfChanged = false,
                                 const ArchiveLimits& limits = {});
 
