@@ -95,7 +95,9 @@ std::string textOf(const UnsavedWork& work, const Arguments& arguments, bool isD
 
 Outcome recoverUnsaved(const Session& session, const Arguments& arguments)
 {
-    openProject(arguments.library, session.progress());
+    if (!arguments.discard) { // which may be all that can be done with a library that is gone
+        openProject(arguments.library, session.progress());
+    }
     const std::optional<UnsavedWork> work = choose(arguments);
     Outcome outcome;
     outcome.json = {{"library", arguments.library}, {"dryRun", session.dryRun}};

@@ -140,6 +140,16 @@ TEST_P(Recovering, DiscardsWhatNobodyWants)
     EXPECT_EQ(run({"recover", "lib"}).out, "There is no unsaved work.\n");
 }
 
+TEST_P(Recovering, DiscardsWhatWasEditedInALibraryThatIsGone)
+{
+    leaveUnsavedWork();
+    ASSERT_TRUE(QFile::rename(path("lib"), path("elsewhere")));
+    EXPECT_EQ(run({"recover", "lib"}).exitCode, 3);
+    const auto discarded = json({"recover", "lib", "--discard"});
+    EXPECT_EQ(discarded["work"]["changes"].size(), 1U) << discarded;
+    EXPECT_EQ(leftovers(), 0);
+}
+
 TEST_P(Recovering, AsksWhichOfSeveral)
 {
     leaveUnsavedWork();

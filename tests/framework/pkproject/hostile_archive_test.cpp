@@ -21,7 +21,7 @@ constexpr long a_sanitizerFactor = 16; // freed memory is kept for a while
 constexpr long a_sanitizerFactor = 1;
 #endif
 constexpr long a_kilobytes = (256 << 10) * a_sanitizerFactor;
-constexpr rlim_t a_seconds = 60; // far more than anything here takes
+constexpr rlim_t a_seconds = 2 * rlim_t{a_sanitizerFactor}; // of the processor, for any archive
 
 long peakKilobytes()
 {
