@@ -31,6 +31,9 @@ namespace {
 
 const pk::log::Category a_category = pk::log::addCategory("BoxLibrary");
 
+/// Larger ones are refused by KR::Localization::TS, but have to be read for that.
+constexpr qint64 a_largestTranslationFile = qint64{128} << 20U;
+
 QString translationsDirectory()
 {
     return QString::fromLatin1(BoxConstants::a_boxLibraryTranslations);
@@ -242,6 +245,10 @@ void BoxLibrary::updateTranslators()
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly)) {
             warn("- could not open translation file: " + path.toStdString(), __LINE__);
+            continue;
+        }
+        if (file.size() > a_largestTranslationFile) {
+            warn("- translation file is too large: " + path.toStdString(), __LINE__);
             continue;
         }
         const auto translator = m_memo->read(file.readAll());

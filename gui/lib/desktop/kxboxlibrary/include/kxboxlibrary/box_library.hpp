@@ -126,8 +126,8 @@ public:
     /// not the one before, emits translationFilesListChanged(), by which the translators are read.
     void updateTranslationFilesList();
 
-    /// Reads every listed file anew. A file that can't be opened, or names no language, is left out
-    /// with a warning in the log's category "BoxLibrary"; of several files of one language the
+    /// Reads every listed file anew. A file that can't be opened, is larger than 128 MiB or names no
+    /// language is left out with a warning in the log's category "BoxLibrary"; of several files of one language the
     /// first counts.
     void updateTranslators();
 
