@@ -63,8 +63,8 @@ private:
         const auto begins = [tag](std::string_view name) {
             return tag.substr(0, name.size()) == name;
         };
-        m_isOpened = !begins("/") && !begins("!") && !begins("?") && tag.substr(0, 1) != "" &&
-                     tag.back() != '/';
+        m_isOpened =
+            !begins("/") && !begins("!") && !begins("?") && !tag.empty() && tag.back() != '/';
         if (begins("/")) {
             return;
         }
