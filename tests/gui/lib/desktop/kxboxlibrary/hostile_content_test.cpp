@@ -27,8 +27,11 @@ std::ostream& operator<<(std::ostream& stream, const Content& content)
 std::function<QByteArray()> crowd(const char* head, const char* unit, const char* tail)
 {
     return [=] {
-        constexpr int size = 48 << 20;
-        return head + QByteArray(unit).repeated(size / static_cast<int>(qstrlen(unit))) + tail;
+        QByteArray all = head;
+        while (all.size() < 48 << 20) {
+            all += unit;
+        }
+        return all + tail;
     };
 }
 
