@@ -178,6 +178,13 @@ QString XmlSource::readText(xml_node element, bool allowComments) const
 
 QString XmlSource::readMixed(xml_node element, bool allowComments) const
 {
+    for (const xml_node child : element.children()) {
+        // Before anything is made of it again.
+        if (child.type() == pugi::node_element &&
+            (!isElement(child, "byte") || child.first_child())) {
+            fail("an unexpected element in a text", element);
+        }
+    }
     QString text;
     pugi::xml_document document;
     const xml_node whole = parseWithSpace(element, document);

@@ -14,7 +14,7 @@ struct Bytes
 };
 
 /// Most bytes of a document: far above any box, and a bound for a stream without end.
-constexpr std::size_t a_maxSize = std::size_t(64) << 20U;
+constexpr std::size_t a_maxSize = std::size_t(32) << 20U;
 
 /// Reads `stream`, seekable or not, from its position to its end. Throws `std::system_error` when
 /// reading fails, `stream` is null, or there is more than `a_maxSize`.

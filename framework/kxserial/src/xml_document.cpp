@@ -19,6 +19,23 @@ void report(std::string* message, const std::string& text)
     }
 }
 
+/// Why a text that is well-formed is not read again; empty when it is.
+std::string bound(const std::string& text)
+{
+    constexpr std::size_t a_leastBytes = 2; // of a node: "<a/>", and a blank before it
+    if (text.size() > xml::a_maxSize) {
+        return "longer than what is read again";
+    }
+    if (text.size() > a_leastBytes * xml::a_maxNodes) {
+        try {
+            xml::Scanner::scan(text);
+        } catch (const xml::Fault& fault) {
+            return fault.what();
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 XmlDocument::XmlDocument() = default;
@@ -60,8 +77,9 @@ bool XmlDocument::saveToXmlFile(FILE* stream, std::string* error, std::string* w
     }
     try {
         const std::string text = xml::Writer::write(*m_root, m_file.get());
-        if (text.size() > xml::a_maxSize) {
-            report(error, "longer than what is read again");
+        const std::string reason = bound(text);
+        if (!reason.empty()) {
+            report(error, reason);
             return false;
         }
         xml::writeStream(stream, text);

@@ -53,6 +53,9 @@ ScanResult Scanner::scan(std::string_view document)
         scanner.fail(*scanner.m_at == '<' ? "a second element outside the root"
                                           : "text outside the root element");
     }
+    if (scanner.m_result.meaningfulBlanks) {
+        scanner.count(scanner.m_blanks); // the parser keeps them all then
+    }
     return scanner.m_result;
 }
 
@@ -217,9 +220,11 @@ void Scanner::scanText()
     const bool blank = skipSpaces();
     if (*m_at == '<') {
         m_open.back().blank = m_open.back().blank || blank;
+        m_blanks += blank ? 1 : 0;
         return;
     }
     m_open.back().text = true;
+    count(1);
     while (true) {
         skipPlain(PlainText);
         if (*m_at == '<') {
@@ -297,6 +302,7 @@ void Scanner::scanStartTag()
 void Scanner::scanAttribute()
 {
     m_attributes.push_back(scanName("an attribute"));
+    count(1);
     m_result.meaningfulBlanks = m_result.meaningfulBlanks || m_attributes.back() == "xml:space";
     scanEquals();
     const char quote = *m_at;
@@ -367,13 +373,27 @@ void Scanner::scanEndTag()
     const Open& closed = m_open.back();
     m_result.meaningfulBlanks =
         m_result.meaningfulBlanks || (closed.text && (closed.blank || closed.other));
+    if (closed.blank && !closed.text && !closed.other) {
+        count(1); // blank text that is all of an element
+    }
     m_open.pop_back();
 }
 
+// An element, a comment or a processing instruction begins.
 void Scanner::noteOther()
 {
+    count(1);
     if (!m_open.empty()) {
         m_open.back().other = true;
+    }
+}
+
+void Scanner::count(std::size_t nodes)
+{
+    m_nodes += nodes;
+    if (m_nodes > a_maxNodes) {
+        fail("more than " + std::to_string(a_maxNodes) +
+             " elements, attributes, texts, comments and processing instructions");
     }
 }
 
@@ -431,6 +451,7 @@ void Scanner::scanComment()
 void Scanner::scanSection()
 {
     m_open.back().text = true;
+    count(1);
     m_at += std::string_view("<![CDATA[").size();
     scanUntil("]]>", "a CDATA section");
 }

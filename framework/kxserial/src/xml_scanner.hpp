@@ -2,6 +2,7 @@
 
 #include "byte_class.hpp"
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,6 +43,7 @@ struct ScanResult
 /// - a document type may name its external part, but have no internal subset: what that declares
 ///   (entities, default attributes) would change what the elements mean;
 /// - elements nest at most `a_maxDepth` deep;
+/// - it has at most `a_maxNodes` nodes: elements, attributes, texts, comments, instructions;
 /// - the XML declaration says version 1.0, and the encoding UTF-8 or US-ASCII if it says one.
 ///
 /// One pass, no recursion, no allocation in proportion to the document; the cost of many attributes
@@ -86,6 +88,7 @@ private:
     void scanUntil(std::string_view end, const char* what);
     void refuseRepeatedAttribute();
     void noteOther();
+    void count(std::size_t nodes);
 
     std::string_view scanName(const char* what);
     void scanEquals();
@@ -105,7 +108,9 @@ private:
     const char* m_at;
     bool m_ascii = false;
     ScanResult m_result;
-    std::vector<Open> m_open;                   // the elements around m_at
+    std::size_t m_nodes = 0;  // that the parser will make
+    std::size_t m_blanks = 0; // that it will make as well, if blank text has a meaning
+    std::vector<Open> m_open; // the elements around m_at
     std::vector<std::string_view> m_attributes; // the names in the tag around m_at
 };
 

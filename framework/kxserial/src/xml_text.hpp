@@ -9,6 +9,12 @@ namespace KX::xml {
 /// so that whatever was written can be read.
 constexpr std::size_t a_maxDepth = 256;
 
+/// Most elements, attributes, texts, comments and processing instructions of a document together.
+/// In memory one costs up to some 280 bytes when all elements are looked into, many times what it
+/// is in the file (`<a/>`); this bound and that of the bytes keep any document below 256 MB. Also
+/// shared by reader and writer.
+constexpr std::size_t a_maxNodes = 600'000;
+
 /// A decoded character: its code point and how many bytes it has; 0 when they are not UTF-8.
 struct CodePoint
 {

@@ -1,4 +1,6 @@
+#include "stream.hpp"
 #include "xml_helpers.hpp"
+#include "xml_text.hpp"
 
 #include <kx/xml_document.hpp>
 
@@ -144,6 +146,33 @@ TEST(XmlDocument, WritesNothingOfATreeThatNoFileCanHold)
     EXPECT_FALSE(document.saveToXmlFile(file.get(), &error, nullptr));
     EXPECT_EQ(error, "element \"a\" is nested deeper than 256 levels");
     EXPECT_EQ(contentOf(file.get()), "");
+}
+
+// A tree that was read is full; one more and it would not be read again.
+TEST(XmlDocument, WritesNothingThatHasMoreInItThanIsRead)
+{
+    const auto document = mustLoad("<a>" + repeated("<b/>", KX::xml::a_maxNodes - 1) + "</a>");
+    const std::string full = save(*document);
+    EXPECT_TRUE(load(full));
+    document->root()->addChild(boost::make_shared<XmlElement>("c"));
+    const FilePtr file = fileWith({});
+    std::string error;
+    EXPECT_FALSE(document->saveToXmlFile(file.get(), &error, nullptr));
+    EXPECT_EQ(error, "more than 600000 elements, attributes, texts, comments and processing "
+                     "instructions");
+    document->root()->setAttribute("c", std::string(KX::xml::a_maxSize, 'x'), false);
+    EXPECT_FALSE(document->saveToXmlFile(file.get(), &error, nullptr));
+    EXPECT_EQ(error, "longer than what is read again");
+    EXPECT_EQ(contentOf(file.get()), "");
+}
+
+TEST(XmlDocument, SaysWhereThereIsTooMuch)
+{
+    std::string error;
+    EXPECT_FALSE(load("<a>\n" + repeated("<b/>", KX::xml::a_maxNodes) + "</a>", &error));
+    EXPECT_EQ(error, "line 2, column " + std::to_string(4 * KX::xml::a_maxNodes - 1) +
+                         ": more than 600000 elements, attributes, texts, comments and processing "
+                         "instructions");
 }
 
 TEST(XmlDocument, TakesAndWritesTheDeepestNestingAllowed)

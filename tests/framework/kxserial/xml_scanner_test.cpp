@@ -222,6 +222,56 @@ INSTANTIATE_TEST_SUITE_P(
                       Refused{repeated("<a>", 256) + "<b/>" + repeated("</a>", 256), at(1, 769),
                               "elements nested deeper than 256 levels"}));
 
+// Bounds of the number of nodes
+
+struct Crowd
+{
+    const char* name;
+    std::string head;
+    std::string unit;
+    std::string tail;
+    std::size_t nodes; ///< of a unit
+    std::size_t others = 1;
+};
+
+class ScannerCounts : public ::testing::TestWithParam<Crowd>
+{
+protected:
+    static std::string with(std::size_t units)
+    {
+        return GetParam().head + repeated(GetParam().unit, units) + GetParam().tail;
+    }
+};
+
+TEST_P(ScannerCounts, WhatTakesMemory)
+{
+    const std::size_t most = (KX::xml::a_maxNodes - GetParam().others) / GetParam().nodes;
+    EXPECT_NO_THROW(Scanner::scan(with(most)));
+    try {
+        Scanner::scan(with(most + 1));
+        FAIL() << "accepted one more";
+    } catch (const Fault& fault) {
+        EXPECT_STREQ(fault.what(), "more than 600000 elements, attributes, texts, comments and "
+                                   "processing instructions");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Nodes, ScannerCounts,
+    ::testing::Values(Crowd{"Elements", "<a>", "<a/>", "</a>", 1},
+                      Crowd{"IndentedElements", "<a>", "\n<a/>", "</a>", 1},
+                      Crowd{"Attributes", "<a>", "<a a='' b='' c=''/>", "</a>", 4},
+                      Crowd{"Texts", "<a>", "x<a/>", "</a>", 2},
+                      Crowd{"BlankTexts", "<a>", "<a> </a>", "</a>", 2},
+                      Crowd{"BlanksWithAMeaning", "<a>x", "<a/> ", "</a>", 2, 2},
+                      Crowd{"BlanksThatArePreserved", "<a xml:space='preserve'>", " <a/>", "</a>",
+                            2, 2},
+                      Crowd{"Sections", "<a>", "<![CDATA[]]>", "</a>", 1},
+                      Crowd{"Comments", "<a>", "<!---->", "</a>", 1},
+                      Crowd{"CommentsInFront", "", "<!---->", "<a/>", 1},
+                      Crowd{"Instructions", "<a>", "<?a?>", "</a>", 1}),
+    [](const auto& crowd) { return std::string(crowd.param.name); });
+
 class ScannerAccepts : public ::testing::TestWithParam<std::string>
 {
 };

@@ -14,9 +14,13 @@ namespace KX {
 /// standalone declaration that a file had outside of it, which stay with the document.
 ///
 /// Reading is strict. Accepted are well-formed documents of XML 1.0, fifth edition, in UTF-8 (with
-/// or without byte order mark), of at most 64 MiB, whose elements nest at most 256 deep and whose
+/// or without byte order mark), of at most 32 MiB and at most 600,000 elements, attributes, texts,
+/// comments and processing instructions together, whose elements nest at most 256 deep and whose
 /// document type, if any, has no declarations of its own: entities or default attributes declared
 /// there would be lost. Everything accepted is written back with the same meaning.
+///
+/// No document takes more than 256 MB to be read and looked at; what has too much in it is refused
+/// before a tree is made.
 ///
 /// Writing is canonical. The same tree gives the same bytes: UTF-8 without byte order mark, an XML
 /// declaration, two spaces of indentation a level, attributes in double quotes and in their order,
@@ -41,9 +45,9 @@ public:
     void setRoot(boost::shared_ptr<XmlElement> root);
 
     /// Writes to `stream` and flushes it; the stream stays open. False, with the reason in `error`
-    /// when that is not null, when the document has no root, is nested deeper than 256 levels or is
-    /// longer than 64 MiB (nothing is written then), or when the stream takes not all of it.
-    /// `warning` as above.
+    /// when that is not null, when the document has no root, is nested deeper than 256 levels or
+    /// has more in it than is read again (nothing is written then), or when the stream takes not
+    /// all of it. `warning` as above.
     bool saveToXmlFile(FILE* stream, std::string* error, std::string* warning) const;
 
 private:

@@ -54,7 +54,7 @@ void removeMetadata(pk::project::ProjectModel& model, const QString& prefix)
 
 boost::shared_ptr<XmlElement> load(pk::project::ProjectModel& model, const QString& prefix)
 {
-    const auto root = project_xml::read(project_xml::open(model, pathOf(model, prefix), "rb"));
+    const auto root = project_xml::read(project_xml::open(model, pathOf(model, prefix)));
     const auto box = root && isAccepted(*root) ? root->firstChild(BoxConstants::a_boxBeacon)
                                                : boost::shared_ptr<XmlElement>();
     return box ? box->clone() : nullptr;

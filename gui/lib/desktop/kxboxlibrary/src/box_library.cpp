@@ -16,7 +16,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -28,6 +30,9 @@ using pk::project::ProjectModel;
 namespace {
 
 const pk::log::Category a_category = pk::log::addCategory("BoxLibrary");
+
+/// Larger ones are refused by KR::Localization::TS, but have to be read for that.
+constexpr qint64 a_largestTranslationFile = qint64{128} << 20U;
 
 QString translationsDirectory()
 {
@@ -41,12 +46,47 @@ QString translationFile(const QString& language)
         .arg(translationsDirectory(), QString::fromStdString(name));
 }
 
-void removeTranslationFiles(ProjectModel& model)
+/// The paths of what is directly in the directory of translations.
+QStringList inTranslations(const ProjectModel& model, bool directoriesOnly)
 {
-    try {
+    QStringList paths;
+    const QString directory = translationsDirectory();
+    for (const QString& name : model.getFileList(directory, true, false, directoriesOnly)) {
+        paths.append(directory + QLatin1Char('/') + name);
+    }
+    return paths;
+}
+
+/// Removes what no translation is read from and where a file or its directory may have to be.
+void removeObstacles(ProjectModel& model)
+{
+    if (model.hasFile(translationsDirectory())) {
         model.remove(translationsDirectory());
-    } catch (const pk::project::PathNotFound&) {
-        // There are no translations yet.
+    }
+    for (const QString& path : inTranslations(model, true)) {
+        model.remove(path);
+    }
+}
+
+/// Removes all that is in the directory of translations but some files; without these the
+/// directory, too.
+void removeTranslationFilesBut(ProjectModel& model, const QSet<QString>& kept)
+{
+    const QStringList paths = inTranslations(model, false);
+    const bool keepsAny = std::any_of(paths.cbegin(), paths.cend(),
+                                      [&](const QString& path) { return kept.contains(path); });
+    if (!keepsAny) {
+        try {
+            model.remove(translationsDirectory());
+        } catch (const pk::project::PathNotFound&) {
+            // There are no translations yet.
+        }
+        return;
+    }
+    for (const QString& path : paths) {
+        if (!kept.contains(path)) {
+            model.remove(path);
+        }
     }
 }
 
@@ -183,6 +223,11 @@ void BoxLibrary::updateTranslationFilesList()
             files.append(m_model.getFileLocalPath(directory + QLatin1Char('/') + name));
         }
     }
+    setTranslationFilesList(files);
+}
+
+void BoxLibrary::setTranslationFilesList(const QStringList& files)
+{
     if (files != m_translationFiles) {
         m_translationFiles = files;
         Q_EMIT translationFilesListChanged();
@@ -202,6 +247,10 @@ void BoxLibrary::updateTranslators()
             warn("- could not open translation file: " + path.toStdString(), __LINE__);
             continue;
         }
+        if (file.size() > a_largestTranslationFile) {
+            warn("- translation file is too large: " + path.toStdString(), __LINE__);
+            continue;
+        }
         const auto translator = m_memo->read(file.readAll());
         const QString& language = translator.languageCode();
         if (language.isEmpty()) {
@@ -214,36 +263,53 @@ void BoxLibrary::updateTranslators()
     m_translators = translators;
 }
 
+// The old files are removed when the new ones are there: a program that dies in between loses no
+// language of what can be recovered.
 void BoxLibrary::setTranslations(const Translators& translators)
 {
     const Translators before = m_translators;
+    const QStringList pathsBefore = inTranslations(m_model, false);
     const QMap<QString, QByteArray> files = m_memo->write(translators);
-    removeTranslationFiles(m_model);
-    updateTranslationFilesList();
+    QSet<QString> paths;
     try {
+        removeObstacles(m_model);
         for (auto it = files.cbegin(); it != files.cend(); ++it) {
+            paths.insert(translationFile(it.key()));
             m_model.writeFile(translationFile(it.key()), it.value());
         }
     } catch (...) {
         if (!m_readOnly) { // else `before` came from elsewhere
-            putBackTranslations(before);
+            setTranslationFilesList({});
+            putBackTranslations(before, pathsBefore);
         }
         throw;
+    }
+    removeTranslationFilesBut(m_model, paths);
+    if (!m_readOnly) {
+        setTranslationFilesList({}); // every file is another one now
     }
     updateTranslationFilesList();
 }
 
-void BoxLibrary::putBackTranslations(const Translators& translators)
+void BoxLibrary::putBackTranslations(const Translators& translators, const QStringList& pathsBefore)
 {
-    removeTranslationFiles(m_model);
+    QSet<QString> kept;
     const QMap<QString, QByteArray> files = m_memo->write(translators);
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
+        const QString path = translationFile(it.key());
+        kept.insert(path);
         try {
-            m_model.writeFile(translationFile(it.key()), it.value());
-        } catch (const pk::project::Error&) {
+            if (m_model.readFile(path) != it.value()) {
+                m_model.writeFile(path, it.value());
+            }
+        } catch (const pk::project::InvalidPath&) {
             // The failure to report is the one before, and the other files are to come back.
+        } catch (const pk::project::Error&) {
+            // As on a full disk: its file from before may have another name.
+            kept.unite({pathsBefore.cbegin(), pathsBefore.cend()});
         }
     }
+    removeTranslationFilesBut(m_model, kept);
     updateTranslationFilesList();
 }
 

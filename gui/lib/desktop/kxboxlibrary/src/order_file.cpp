@@ -20,12 +20,31 @@ QString pathOf(const QString& prefix)
     return prefix + QStringLiteral("bxlinfo");
 }
 
+/// Whether a project has a directory, at a cost that does not depend on what is in the project.
+bool hasDirectory(pk::project::ProjectModel& model, const QString& path)
+{
+    try {
+        model.move(path, path, false); // changes nothing
+    } catch (const pk::project::PathNotFound&) {
+        return false;
+    } catch (const pk::project::AlreadyExists&) {
+        return true;
+    }
+    return true;
+}
+
+/// Whether the order file can be there: its directory is, which writing would make otherwise.
+bool hasPlace(pk::project::ProjectModel& model, const QString& prefix)
+{
+    return prefix.isEmpty() || model.hasFile(pathOf(prefix)) || hasDirectory(model, prefix);
+}
+
 } // namespace
 
 std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix)
 {
     std::vector<std::string> names;
-    const auto folder = project_xml::read(project_xml::open(model, pathOf(prefix), "rb"));
+    const auto folder = project_xml::read(project_xml::open(model, pathOf(prefix)));
     if (folder && folder->beacon() == a_folder) {
         for (const auto& node : folder->children(a_node, std::string())) {
             std::string name;
@@ -55,7 +74,18 @@ void write(pk::project::ProjectModel& model, const QString& prefix,
         folder->addChild(node);
     }
     const QByteArray bytes = project_xml::toBytes(folder);
-    project_xml::write(project_xml::open(model, pathOf(prefix), "wb"), bytes, pathOf(prefix));
+    try {
+        if (hasPlace(model, prefix)) {
+            model.writeFile(pathOf(prefix), bytes);
+        }
+    } catch (const pk::project::AlreadyExists&) {
+        // A directory in its place, or a file in that of its directory.
+    } catch (const pk::project::InvalidPath&) {
+        // Too long, or not the library's: the folder cannot have one.
+    } catch (const pk::project::IoError& error) {
+        throw pk::project::IoError("could not write '" + pathOf(prefix).toStdString() +
+                                   "': " + error.what());
+    }
 }
 
 } // namespace KX::order_file

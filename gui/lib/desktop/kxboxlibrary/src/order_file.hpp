@@ -15,8 +15,9 @@ namespace KX::order_file {
 /// unless it is empty). None when there is no such file or it is no order file.
 std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix);
 
-/// Writes the order file; nothing when it can't be created. A name that XML can't hold is left out,
-/// with a warning in the log. Throws std::runtime_error when it can't be written whole.
+/// Writes the order file; nothing when its directory is missing or something is in its place. A
+/// name that XML can't hold is left out, with a warning in the log. Throws pk::project::IoError,
+/// which names the file, when it can't be written, as on a full disk; the one before stays then.
 void write(pk::project::ProjectModel& model, const QString& prefix,
            const std::vector<std::string>& names);
 

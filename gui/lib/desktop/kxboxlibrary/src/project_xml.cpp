@@ -10,9 +10,9 @@
 
 namespace KX::project_xml {
 
-Stream open(pk::project::ProjectModel& model, const QString& path, const char* mode)
+Stream open(pk::project::ProjectModel& model, const QString& path)
 {
-    return {model.fopen(path, QString::fromLatin1(mode)), &std::fclose};
+    return {model.fopen(path, QStringLiteral("rb")), &std::fclose};
 }
 
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)
@@ -48,9 +48,6 @@ QByteArray toBytes(const boost::shared_ptr<XmlElement>& root)
 
 void write(Stream stream, const QByteArray& bytes, const QString& path)
 {
-    if (!stream) {
-        return;
-    }
     const auto size = static_cast<std::size_t>(bytes.size());
     const bool written = std::fwrite(bytes.constData(), 1, size, stream.get()) == size;
     const bool closed = std::fclose(stream.release()) == 0;

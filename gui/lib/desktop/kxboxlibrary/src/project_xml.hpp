@@ -16,8 +16,9 @@ namespace KX::project_xml {
 /// A stream that closes itself.
 using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-/// A file of a project (ProjectModel::fopen()); null when it can't be opened.
-Stream open(pk::project::ProjectModel& model, const QString& path, const char* mode);
+/// A file of a project, to be read (ProjectModel::fopen()); null when it can't be opened. None is
+/// written through a stream: ProjectModel::writeFile() does it whole or not at all.
+Stream open(pk::project::ProjectModel& model, const QString& path);
 
 /// The document in a stream; null when `stream` is null or holds none.
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream);
@@ -28,7 +29,7 @@ boost::shared_ptr<XmlElement> read(const Stream& stream);
 /// The bytes of a document with this root. Throws std::runtime_error when it cannot be written.
 QByteArray toBytes(const boost::shared_ptr<XmlElement>& root);
 
-/// Writes all bytes to `stream` and closes it; nothing when it is null. Throws std::runtime_error,
+/// Writes all bytes to `stream`, that of a local file, and closes it. Throws std::runtime_error,
 /// which names `path`, when not all could be written.
 void write(Stream stream, const QByteArray& bytes, const QString& path);
 

@@ -120,23 +120,33 @@ TEST(OrderFile, LeavesOutWhatXmlCannotHoldWithAWarning)
 TEST(OrderFile, IsNotWrittenWhereItCannotBeCreated)
 {
     const LogRecords log;
-    ProjectModel model = project({{"A/bxlinfo/", {}}});
-    order_file::write(model, q("A/"), {"B"});
-    order_file::write(model, q("missing/"), {"B"});
-    EXPECT_EQ(filesOf(model), Names{});
+    ProjectModel model = project({{"A/bxlinfo/", {}}, {"file", "x"}});
+    const auto before = contentsOf(model);
+    for (const QString& prefix : {q("A/"), q("missing/"), q("missing/too/"), q("file/"), q(".git/"),
+                                  q("../"), q("a/").repeated(255)}) {
+        order_file::write(model, prefix, {"B"});
+    }
+    EXPECT_EQ(contentsOf(model), before);
     EXPECT_TRUE(log.all().empty());
 }
 
-TEST(OrderFile, ThrowsWhenItCannotBeWrittenWhole)
+// Neither the one before nor the directory is touched.
+TEST(OrderFile, ThatCannotBeWrittenWholeIsNotWritten)
 {
-    ProjectModel model = project({{"A/", {}}});
-    const FileSizeLimit limit(4);
-    try {
-        order_file::write(model, q("A/"), {"B"});
-        ADD_FAILURE();
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "could not write 'A/bxlinfo': File too large");
+    ProjectModel model = project({{"A/", {}}, {"C/bxlinfo", orderFile({"D"})}});
+    const auto before = contentsOf(model);
+    for (const std::string folder : {"A", "C"}) {
+        const FileSizeLimit limit(4);
+        try {
+            order_file::write(model, q(folder + "/"), {"B"});
+            ADD_FAILURE();
+        } catch (const pk::project::IoError& error) {
+            const std::string message = error.what();
+            EXPECT_EQ(message.find("could not write '" + folder + "/bxlinfo': "), 0U) << message;
+            EXPECT_NE(message.find(": File too large"), std::string::npos) << message;
+        }
     }
+    EXPECT_EQ(contentsOf(model), before);
 }
 
 } // namespace

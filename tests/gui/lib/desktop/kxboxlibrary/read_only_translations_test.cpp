@@ -2,40 +2,10 @@
 
 #include <QSignalSpy>
 
-#include <optional>
-
 namespace KX::test {
 namespace {
 
 using pk::project::ArchiveFormat;
-
-class EnvironmentVariable
-{
-public:
-    EnvironmentVariable(const char* name, const QString& value) : m_name(name)
-    {
-        if (qEnvironmentVariableIsSet(name)) {
-            m_before = qgetenv(name);
-        }
-        qputenv(name, value.toUtf8());
-    }
-    ~EnvironmentVariable()
-    {
-        if (m_before) {
-            qputenv(m_name, *m_before);
-        } else {
-            qunsetenv(m_name);
-        }
-    }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-    EnvironmentVariable(EnvironmentVariable&&) = delete;
-    EnvironmentVariable& operator=(EnvironmentVariable&&) = delete;
-
-private:
-    const char* const m_name;
-    std::optional<QByteArray> m_before;
-};
 
 // A stored library "demo.bxl" with German in itself, and data directories of the user and of the
 // system.

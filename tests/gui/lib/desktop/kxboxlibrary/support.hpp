@@ -24,6 +24,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <sys/resource.h>
 #include <utility>
@@ -146,6 +147,35 @@ public:
 private:
     struct rlimit m_before = {};
     void (*m_signalBefore)(int);
+};
+
+/// While it lives, an environment variable has another value.
+class EnvironmentVariable
+{
+public:
+    EnvironmentVariable(const char* name, const QString& value) : m_name(name)
+    {
+        if (qEnvironmentVariableIsSet(name)) {
+            m_before = qgetenv(name);
+        }
+        qputenv(name, value.toUtf8());
+    }
+    ~EnvironmentVariable()
+    {
+        if (m_before) {
+            qputenv(m_name, *m_before);
+        } else {
+            qunsetenv(m_name);
+        }
+    }
+    EnvironmentVariable(const EnvironmentVariable&) = delete;
+    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+    EnvironmentVariable(EnvironmentVariable&&) = delete;
+    EnvironmentVariable& operator=(EnvironmentVariable&&) = delete;
+
+private:
+    const char* const m_name;
+    std::optional<QByteArray> m_before;
 };
 
 /// The root element of a document given as text.

@@ -284,7 +284,22 @@ TEST(SetTranslations, RemovesTheOldFilesBeforeItSignals)
     QObject::connect(library.get(), &BoxLibrary::translationFilesListChanged,
                      [&] { files.push_back(translationsIn(*library)); });
     library->setTranslations(translators({translator("fr", {"x"})}));
-    EXPECT_EQ(files, (std::vector<Names>{{}, {"translation_fr.ts"}}));
+    EXPECT_EQ(files, (std::vector<Names>{{"translation_fr.ts"}, {"translation_fr.ts"}}));
+}
+
+TEST(SetTranslations, TakesThePlacesOfWhatIsNoFile)
+{
+    const Library library = open(project({{"translations/translation_fr.ts/x", "x"}}));
+    library->setTranslations(translators({translator("fr", {"x"})}));
+    EXPECT_EQ(translationsIn(*library), Names{"translation_fr.ts"});
+}
+
+TEST(SetTranslations, TakesThePlaceOfAFileWithTheNameOfTheirDirectory)
+{
+    const Library library = open(project({{"translations", "x"}}));
+    library->setTranslations(translators({translator("fr", {"x"})}));
+    EXPECT_EQ(languagesOf(*library), Names{"fr 1"});
+    EXPECT_EQ(translationsIn(*library), Names{"translation_fr.ts"});
 }
 
 TEST(SetTranslations, SignalsOnceWhereThereWereNone)
@@ -409,6 +424,33 @@ TEST(SetTranslations, PutsTheOldFilesBackWhenTheModelThrows)
     EXPECT_EQ(listOf(*library), (Names{"translation_fr.ts", "translation_it.ts"}));
     EXPECT_EQ(library->translations(), before);
     EXPECT_EQ(library->projectModel().readFile(q("translations/translation_fr.ts")), tsFile("fr"));
+}
+
+TEST(SetTranslations, SignalsTheEmptyListAndThenTheOldOneWhenTheModelThrows)
+{
+    const Library library = open(project({{"translations/translation_fr.ts", tsFile("fr")}}));
+    const Changes changes(*library);
+    EXPECT_THROW(library->setTranslations({{refusedKey(), translator("x", {"x"})}}),
+                 pk::project::InvalidPath);
+    EXPECT_EQ(changes.states(), (Changes::States{{{}, {}}, {{"translation_fr.ts"}, {"fr 1"}}}));
+}
+
+// The limit lets the new German pass, but neither the new French nor the old Italian.
+TEST(SetTranslations, LeavesTheOldFilesOnADiskThatIsFull)
+{
+    const Library library =
+        open(project({{"translations/translation_fr.ts", tsFile("fr")},
+                      {"translations/other.ts", tsFile("it", {"a", "b", "c", "d", "e", "f"})}}));
+    const BoxLibrary::Translators before = library->translations();
+    {
+        const FileSizeLimit limit(static_cast<rlim_t>(tsFile("de").size()));
+        EXPECT_THROW(library->setTranslations(
+                         translators({translator("de", {"Library:/A"}),
+                                      translator("fr", {"a", "b", "c", "d", "e", "f", "g", "h"})})),
+                     pk::project::IoError);
+    }
+    EXPECT_EQ(library->translations(), before);
+    EXPECT_EQ(translationsIn(*library), (Names{"other.ts", "translation_fr.ts"}));
 }
 
 TEST(SetTranslations, ReportsTheFirstFailureWhenTheOldFilesAreRefusedToo)

@@ -126,8 +126,8 @@ public:
     /// not the one before, emits translationFilesListChanged(), by which the translators are read.
     void updateTranslationFilesList();
 
-    /// Reads every listed file anew. A file that can't be opened, or names no language, is left out
-    /// with a warning in the log's category "BoxLibrary"; of several files of one language the
+    /// Reads every listed file anew. A file that can't be opened, is larger than 128 MiB or names no
+    /// language is left out with a warning in the log's category "BoxLibrary"; of several files of one language the
     /// first counts.
     void updateTranslators();
 
@@ -137,7 +137,9 @@ public:
     /// have are escaped as in node names (BoxLibraryNode::escapeFileName). In a read-only library
     /// the files are written and the translators, read from elsewhere, stay. When the model throws,
     /// a writable library puts the files from before back, under these names, as far as the model
-    /// takes them.
+    /// takes them. The new files are written before old ones are removed: what is recovered when
+    /// the program dies in between (ProjectModel::recover()) has each language as it was or as it
+    /// was to be.
     void setTranslations(const Translators& translators);
 
     /// What the contexts of all messages of the library begin with: "Library:".
@@ -195,13 +197,14 @@ Q_SIGNALS:
     /// isReadOnly() changed to `value`, and the translations are those of the new place.
     void readOnlyChanged(bool value);
     /// translationsFiles() changed, and translations() with them. When the translations are
-    /// replaced it comes when the old files are gone, and when the new ones are there.
+    /// replaced it comes with none of them, when the old files are gone, and with the new ones.
     void translationFilesListChanged();
 
 private:
     friend class BoxLibraryNode; // for subtreeContext()
 
-    void putBackTranslations(const Translators& translators);
+    void setTranslationFilesList(const QStringList& files);
+    void putBackTranslations(const Translators& translators, const QStringList& pathsBefore);
     /// The context of the node at a path and of all below it. The root's is the library's own,
     /// without the "/" of BoxLibraryNode::translationContext().
     QString subtreeContext(const QString& path) const;

@@ -1,0 +1,99 @@
+#include "ts_memory.hpp"
+
+#include <algorithm>
+#include <string_view>
+
+namespace KR::Localization {
+
+namespace {
+
+// What the parser and the translator make of a thing in the file.
+constexpr std::size_t a_node = 64;
+constexpr std::size_t a_element = a_node + 16;
+constexpr std::size_t a_attribute = 104;
+constexpr std::size_t a_string = 48;
+constexpr std::size_t a_stringByte = 2;
+constexpr std::size_t a_message = 160;
+constexpr std::size_t a_extra = 192;
+// Of a node for which a text has to be parsed again, with its white space.
+constexpr std::size_t a_again = 2 * a_node;
+
+class Estimate
+{
+public:
+    explicit Estimate(std::string_view bytes)
+        : m_rest(bytes), m_cost(2 * bytes.size()), m_again(bytes.size())
+    {
+    }
+
+    std::size_t get()
+    {
+        while (!m_rest.empty()) {
+            addText(take('<'));
+            addTag(take('>'));
+        }
+        return m_cost;
+    }
+
+private:
+    /// What is in front of the next such character, which is passed over.
+    std::string_view take(char end)
+    {
+        const std::size_t size = std::min(m_rest.find(end), m_rest.size());
+        const std::string_view taken = m_rest.substr(0, size);
+        m_rest.remove_prefix(std::min(size + 1, m_rest.size()));
+        return taken;
+    }
+
+    void addText(std::string_view text)
+    {
+        const bool blank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+        const bool isWhole = m_isOpened && m_rest.substr(0, 1) == "/";
+        if (text.empty() || (blank && !isWhole)) {
+            return;
+        }
+        m_cost += a_string + a_stringByte * text.size();
+        if (!m_isOpened) {
+            addAgain();
+        }
+    }
+
+    void addTag(std::string_view tag)
+    {
+        const auto begins = [tag](std::string_view name) {
+            return tag.substr(0, name.size()) == name;
+        };
+        m_isOpened =
+            !begins("/") && !begins("!") && !begins("?") && !tag.empty() && tag.back() != '/';
+        if (begins("/")) {
+            return;
+        }
+        m_cost += a_element + a_stringByte * tag.size();
+        m_cost += a_attribute * static_cast<std::size_t>(std::count(tag.begin(), tag.end(), '='));
+        m_cost += begins("message") ? a_message : 0;
+        m_cost += begins("extra-") ? a_extra : 0;
+        if (begins("byte") || begins("!--") || begins("![")) {
+            addAgain();
+        }
+    }
+
+    void addAgain()
+    {
+        m_cost += a_node + a_again + m_again;
+        m_again = 0; // the bytes are copied once
+    }
+
+    std::string_view m_rest;
+    std::size_t m_cost;
+    std::size_t m_again;
+    bool m_isOpened = false; // an element, so that text would be the first in it
+};
+
+} // namespace
+
+std::size_t memoryToRead(const QByteArray& bytes)
+{
+    return Estimate({bytes.constData(), static_cast<std::size_t>(bytes.size())}).get();
+}
+
+} // namespace KR::Localization
