@@ -446,8 +446,12 @@ void Session::copy()
         return;
     }
     m_notes += "copy '" + place.node->path().toStdString() + "'\n";
+    writeAll(); // the copy's folders are read from files, which do not know of a reorder yet
     Detached copy{DetachedNode(place.node->clone()), place.twin->clone(), {}};
     copy.twin->name = copy.node->name();
+    for (const auto& child : copy.twin->children) {
+        child->sortAsLoaded(); // as the copied files have it
+    }
     if (copy.node->name().empty()) { // no message can be brought in for it
         copy.twin->dropMessages();
     } else {
