@@ -126,6 +126,7 @@ std::string ToolTest::shell(const std::string& line) const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString program = QFileInfo(q(KXBOX_PROGRAM)).path();
     environment.insert(q("PATH"), program + q(":") + environment.value(q("PATH")));
+    environment.insert(q("TMPDIR"), path()); // where nothing is of programs that died
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(path());
     process.setProcessChannelMode(QProcess::MergedChannels);
