@@ -13,9 +13,9 @@ namespace KR::Localization::TS {
 
 /// Reads a file. What Linguist reads is read; what it refuses (a file that is not well-formed, has
 /// another root element or an element of an unknown name), and, beyond that, anything that is not
-/// UTF-8, defines entities or would take more than 240 MiB of memory (some 100,000 messages with all
-/// that Linguist writes of them), gives an empty translator without a language code and one warning,
-/// with the line and the reason, in the log's category "krlocalization".
+/// UTF-8, defines entities or would take more than 240 MiB of memory (some 100,000 messages with
+/// all that Linguist writes of them), gives an empty translator without a language code and one
+/// warning, with the line and the reason, in the log's category "krlocalization".
 ///
 /// Messages with the same key are all read. What Linguist drops is dropped: comments of XML,
 /// `<defaultcodec>`, attributes of an unknown name.

@@ -126,9 +126,9 @@ public:
     /// not the one before, emits translationFilesListChanged(), by which the translators are read.
     void updateTranslationFilesList();
 
-    /// Reads every listed file anew. A file that can't be opened, is larger than 128 MiB or names no
-    /// language is left out with a warning in the log's category "BoxLibrary"; of several files of one language the
-    /// first counts.
+    /// Reads every listed file anew. A file that can't be opened, is larger than 128 MiB or names
+    /// no language is left out with a warning in the log's category "BoxLibrary"; of several files
+    /// of one language the first counts.
     void updateTranslators();
 
     /// Replaces the translation files by one per entry, "translations/translation_LANGUAGE.ts" with
