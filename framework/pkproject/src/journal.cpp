@@ -460,9 +460,13 @@ void JournalDirectory::undoPuts(const Journal& journal)
         }
         const std::string item = itemPath(step->item);
         const std::string old = preservedName(item);
-        if (step->replace && exists(old) && !exists(item)) {
-            Disk::instance().rename(to, item);
-            Disk::instance().rename(old, to);
+        if (step->replace && exists(old)) {
+            if (exists(item)) {
+                Disk::instance().unlink(old); // which changes the file, so it belongs to the undoing
+            } else {
+                Disk::instance().rename(to, item);
+                Disk::instance().rename(old, to);
+            }
         } else if (!step->replace && !exists(item) && exists(to)) {
             Disk::instance().renameNew(to, item);
         }

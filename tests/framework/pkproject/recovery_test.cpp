@@ -209,6 +209,20 @@ TEST_P(UnsavedWorkInBothForms, IsWhatCameAfterTheSave)
     EXPECT_EQ(recovered.readFile(q("open")), QByteArray("before and after"));
 }
 
+// The clock ticks before a file that was to be replaced loses its second name, which is a change of
+// the file.
+class TickingDisk : public FaultyDisk
+{
+public:
+    void unlink(const std::string& path) override
+    {
+        if (path.find(".old") != std::string::npos) {
+            waitForTheClock();
+        }
+        FaultyDisk::unlink(path);
+    }
+};
+
 TEST_P(UnsavedWorkInBothForms, IsStillThereAfterASaveThatFailed)
 {
     const QString completed = path("completed");
@@ -222,7 +236,7 @@ TEST_P(UnsavedWorkInBothForms, IsStillThereAfterASaveThatFailed)
         runAndKill([&] {
             auto* const model = new ProjectModel(project);
             edit(*model);
-            FaultyDisk disk;
+            TickingDisk disk;
             disk.failAt(number, EIO, false);
             try {
                 model->save(QString(), ArchiveFormat::Source, true);
