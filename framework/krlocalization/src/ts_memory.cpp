@@ -47,6 +47,7 @@ private:
 
     void addText(std::string_view text)
     {
+        addAttributes(text); // of a tag, when what ended it was the ">" in a value
         const bool blank = text.find_first_not_of(" \t\r\n") == std::string_view::npos;
         const bool isWhole = m_isOpened && m_rest.substr(0, 1) == "/";
         if (text.empty() || (blank && !isWhole)) {
@@ -69,12 +70,17 @@ private:
             return;
         }
         m_cost += a_element + a_stringByte * tag.size();
-        m_cost += a_attribute * static_cast<std::size_t>(std::count(tag.begin(), tag.end(), '='));
+        addAttributes(tag);
         m_cost += begins("message") ? a_message : 0;
         m_cost += begins("extra-") ? a_extra : 0;
         if (begins("byte") || begins("!--") || begins("![")) {
             addAgain();
         }
+    }
+
+    void addAttributes(std::string_view text)
+    {
+        m_cost += a_attribute * static_cast<std::size_t>(std::count(text.begin(), text.end(), '='));
     }
 
     void addAgain()

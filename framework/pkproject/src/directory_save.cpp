@@ -3,7 +3,6 @@
 #include "journal.hpp"
 #include "save_plan.hpp"
 
-#include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
 
 #include <optional>
@@ -44,18 +43,6 @@ void writeBytes(const QByteArray& bytes, const std::string& path, mode_t mode, b
     }
 }
 
-// The metadata file's bytes, unless they could not be read again.
-QByteArray metadataFile(const Metadata& metadata)
-{
-    QByteArray bytes = formatMetadata(metadata);
-    if (static_cast<std::uint64_t>(bytes.size()) > archive_limits::a_maxMetadataBytes) {
-        throw LimitError("the metadata have more than the " +
-                         std::to_string(archive_limits::a_maxMetadataBytes) +
-                         " bytes that are read");
-    }
-    return bytes;
-}
-
 void planMetadata(Journal& journal, bool isThere, bool isWanted, int item)
 {
     if (isWanted) {
@@ -88,7 +75,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
     DirectorySource& source = *contents.directory;
     SavePlan plan(index, contents);
     Journal journal = plan.journal();
-    const QByteArray newMetadata = metadata != nullptr ? metadataFile(*metadata) : QByteArray();
+    const QByteArray newMetadata = metadata != nullptr ? readableMetadata(*metadata) : QByteArray();
     const int metadataItem = plan.nextItem();
     if (metadata != nullptr) {
         planMetadata(journal, source.hasMetadataFile(), !newMetadata.isEmpty(), metadataItem);
@@ -140,7 +127,7 @@ void DirectorySave::write(const std::string& path, mode_t mode)
     refuseLongPaths(m_index.root());
     mode |= (mode & 0444) >> 2;
     Disk::instance().mkdir(path, mode | 0700);
-    const QByteArray metadata = metadataFile(m_metadata);
+    const QByteArray metadata = readableMetadata(m_metadata);
     if (!metadata.isEmpty()) {
         writeBytes(metadata, path + "/" + a_metadataFile, umaskLeaves(0666), false);
     }

@@ -3,7 +3,6 @@
 #include "conflict.hpp"
 #include "warn.hpp"
 
-#include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
 
 #include <QString>
@@ -122,10 +121,7 @@ Metadata DirectorySource::loadMetadata() const
     if (!file) {
         throwErrno(path);
     }
-    if (static_cast<std::uint64_t>(statOf(file).st_size) > archive_limits::a_maxMetadataBytes) {
-        throw LimitError(path + ": it has more bytes than are read of it");
-    }
-    return parseMetadata(QByteArray::fromStdString(readAll(file)), path);
+    return readMetadata(file);
 }
 
 Fd DirectorySource::open(const Entry& entry) const
@@ -236,6 +232,9 @@ std::optional<DirectorySource::Found> DirectorySource::look(const Level& level,
         found.obstacle = "its path is too long";
     } else if (S_ISDIR(info->st_mode)) {
         found.directory = openDirectoryIn(level.fd, name);
+        if (!found.directory && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP)) {
+            return std::nullopt; // gone or replaced just now
+        }
         if (!found.directory && errno != EACCES) {
             throwErrno(level.fd.path() + "/" + name);
         }

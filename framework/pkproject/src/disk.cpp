@@ -59,6 +59,23 @@ Fd openStepwise(const Fd& directory, const std::string& path, int flags)
     return at;
 }
 
+// Reads until `size` bytes are there or the file ends.
+std::size_t readSome(const Fd& file, char* bytes, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t got = ::read(file.get(), bytes + done, size - done);
+        if (got == 0) {
+            break;
+        }
+        if (got < 0 && errno != EINTR) {
+            throwErrno(file.path());
+        }
+        done += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    return done;
+}
+
 } // namespace
 
 Fd::Fd(Fd&& other) noexcept : m_fd(other.release()), m_path(std::move(other.m_path)) {}
@@ -325,6 +342,25 @@ std::vector<std::string> namesIn(const Fd& directory)
                 names.emplace_back(name);
             }
             at += entry->d_reclen;
+        }
+    }
+}
+
+bool sameBytes(const Fd& a, const Fd& b)
+{
+    if (statOf(a).st_size != statOf(b).st_size) {
+        return false;
+    }
+    std::string left(a_bufferSize, '\0');
+    std::string right(a_bufferSize, '\0');
+    for (;;) {
+        const std::size_t size = readSome(a, left.data(), left.size());
+        if (readSome(b, right.data(), right.size()) != size ||
+            std::memcmp(left.data(), right.data(), size) != 0) {
+            return false;
+        }
+        if (size == 0) {
+            return true;
         }
     }
 }

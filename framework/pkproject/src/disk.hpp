@@ -112,6 +112,9 @@ std::vector<std::string> namesIn(const Fd& directory);
 /// All bytes that follow the file's position.
 std::string readAll(const Fd& file);
 
+/// Whether two open files, which are at their beginnings, hold the same bytes.
+bool sameBytes(const Fd& a, const Fd& b);
+
 /// Copies the bytes of `from` into a new file with the given mode; gives the new file.
 Fd copyToNewFile(const Fd& from, const std::string& to, mode_t mode);
 

@@ -132,6 +132,9 @@ std::optional<QByteArray> payloadAt(const std::string& bytes, std::size_t at,
     Reader head(QByteArray::fromRawData(bytes.data() + at, a_headSize), path);
     const auto size = head.number<quint32>();
     const auto checksum = head.number<quint16>();
+    if (size == 0 && at > 0) {
+        return std::nullopt; // zeros, which a power failure leaves at an end, and their checksum
+    }
     const char* const begin = bytes.data() + at + a_headSize;
     if (size > bytes.size() - at - a_headSize) {
         return std::nullopt;

@@ -72,8 +72,10 @@ public:
             return;
         }
         for (const std::string& path : m_paths) {
-            // A directory can have been moved away by a later step of the phase that is run again.
-            if (exists(path)) {
+            // A directory can have been moved away by a later step of the phase that is run again,
+            // and a file can be there once a save is undone.
+            const auto info = statOf(path);
+            if (info && S_ISDIR(info->st_mode)) {
                 syncDirectory(path);
             }
         }
@@ -403,16 +405,17 @@ void JournalDirectory::preserve(const std::string& file, const std::string& item
     }
 }
 
-void JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfinished)
+bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfinished)
 {
     for (const char* const phase : {a_collect, a_put}) {
         const auto info = statOf(place.journal() + "/" + phase);
         if (info && Stamp::of(*info) == unfinished.file) {
             JournalDirectory directory(place, Existing());
             directory.undo(unfinished.journal);
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 void JournalDirectory::tryUndo(const Journal& journal)
@@ -438,6 +441,14 @@ void JournalDirectory::undo(const Journal& journal)
         }
     }
     undoCollects(journal);
+    ChangedDirectories changed;
+    for (const Journal::Put& step : journal.puts) {
+        changed.addParentOf(m_project + "/" + step.path);
+    }
+    for (const Journal::Collect& step : journal.collects) {
+        changed.addParentOf(locate(step.from));
+    }
+    changed.sync(m_path);
     removeTree(m_path + "/" + a_collect);
     removeTree(m_path + "/" + a_put);
     finish();
@@ -462,7 +473,8 @@ void JournalDirectory::undoPuts(const Journal& journal)
         const std::string old = preservedName(item);
         if (step->replace && exists(old)) {
             if (exists(item)) {
-                Disk::instance().unlink(old); // which changes the file, so it belongs to the undoing
+                Disk::instance().unlink(
+                    old); // which changes the file, so it belongs to the undoing
             } else {
                 Disk::instance().rename(to, item);
                 Disk::instance().rename(old, to);

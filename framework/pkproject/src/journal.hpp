@@ -91,9 +91,9 @@ public:
     void run(const Journal& journal, bool syncItems);
     std::optional<Unfinished> unfinished() const { return m_unfinished; }
 
-    /// Undoes what an earlier run() left, unless somebody else completed it meanwhile. Throws
+    /// Undoes what an earlier run() left; false when somebody else completed it meanwhile. Throws
     /// IoError.
-    static void undoUnfinished(const Place& place, const Unfinished& unfinished);
+    static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
     /// Completes or forgets the save that a program began at the place and did not end. What can't
     /// be removed of its directory then is left, with a warning in the log. Throws IoError, and

@@ -1,5 +1,6 @@
 #include "metadata.hpp"
 
+#include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
 
 #include <QJsonDocument>
@@ -88,6 +89,14 @@ Metadata parseMetadata(const QByteArray& bytes, const std::string& path)
     return metadata;
 }
 
+Metadata readMetadata(const Fd& file)
+{
+    if (static_cast<std::uint64_t>(statOf(file).st_size) > archive_limits::a_maxMetadataBytes) {
+        throw LimitError(file.path() + ": it has more bytes than are read of it");
+    }
+    return parseMetadata(QByteArray::fromStdString(readAll(file)), file.path());
+}
+
 QByteArray formatMetadata(const Metadata& metadata)
 {
     if (metadata.isEmpty()) {
@@ -100,6 +109,17 @@ QByteArray formatMetadata(const Metadata& metadata)
     QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Indented);
     // Qt drops a byte order mark at the front of a text that it reads, unless it is escaped.
     return bytes.replace("\xef\xbb\xbf", "\\ufeff");
+}
+
+QByteArray readableMetadata(const Metadata& metadata)
+{
+    QByteArray bytes = formatMetadata(metadata);
+    if (static_cast<std::uint64_t>(bytes.size()) > archive_limits::a_maxMetadataBytes) {
+        throw LimitError("the metadata have more than the " +
+                         std::to_string(archive_limits::a_maxMetadataBytes) +
+                         " bytes that are read");
+    }
+    return bytes;
 }
 
 } // namespace pk::project

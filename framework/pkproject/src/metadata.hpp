@@ -1,5 +1,7 @@
 #pragma once
 
+#include "disk.hpp"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
@@ -23,7 +25,14 @@ bool setMetadataValue(Metadata& metadata, const QString& key, const QString& val
 /// anything else than an object of strings is answered with.
 Metadata parseMetadata(const QByteArray& bytes, const std::string& path);
 
+/// Reads an open metadata file. Throws as parseMetadata(), IoError, and LimitError for one with
+/// more than archive_limits::a_maxMetadataBytes.
+Metadata readMetadata(const Fd& file);
+
 /// The file's bytes; the same metadata always gives the same. Empty without metadata.
 QByteArray formatMetadata(const Metadata& metadata);
+
+/// The same, but LimitError when readMetadata() would not read them.
+QByteArray readableMetadata(const Metadata& metadata);
 
 } // namespace pk::project

@@ -27,22 +27,21 @@ struct MetadataFile
     mode_t mode;
 };
 
-MetadataFile readMetadata(const std::string& directory)
+MetadataFile load(const std::string& directory)
 {
     const std::string path = metadataPath(directory);
     if (!statOf(path)) {
         return {{}, umaskLeaves(0666)};
     }
     const Fd file = openPath(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    return {parseMetadata(QByteArray::fromStdString(readAll(file)), path),
-            statOf(file).st_mode & 0777};
+    return {readMetadata(file), statOf(file).st_mode & 0777};
 }
 
 void writeMetadata(const Place& place, const MetadataFile& file)
 {
     const std::string fresh = place.fresh();
     const std::string path = metadataPath(place.path);
-    const QByteArray bytes = formatMetadata(file.metadata);
+    const QByteArray bytes = readableMetadata(file.metadata);
     if (bytes.isEmpty()) {
         removeTree(path);
         syncDirectory(place.path);
@@ -77,7 +76,7 @@ Project::Project(const std::string& directory)
 
 std::string Project::getMetadata(const std::string& key) const
 {
-    return readMetadata(m_directory).metadata.value(QString::fromStdString(key)).toStdString();
+    return load(m_directory).metadata.value(QString::fromStdString(key)).toStdString();
 }
 
 void Project::setMetadata(const std::string& key, const std::string& value)
@@ -85,7 +84,7 @@ void Project::setMetadata(const std::string& key, const std::string& value)
     const Place place = Place::of(m_directory);
     const Lock lock = Lock::take(place);
     JournalDirectory::recover(place);
-    MetadataFile file = readMetadata(place.path);
+    MetadataFile file = load(place.path);
     if (setMetadataValue(file.metadata, QString::fromStdString(key),
                          QString::fromStdString(value))) {
         writeMetadata(place, file);

@@ -135,10 +135,10 @@ bool isAsSaved(Store& store, const std::string& directory, const LoggedEdit& edi
 {
     const auto staged = stagedPath(directory, edit);
     const ProjectPath path = parsePath(textOf(edit.path));
-    const Entry* const old = store.index().find(path);
+    Entry* const old = store.index().find(path);
     return staged && old != nullptr && !old->isDirectory() &&
            edit.mode.value_or(old->mode) == old->mode &&
-           store.read(path).toStdString() == readAll(openPath(*staged, O_RDONLY | O_NOFOLLOW));
+           sameBytes(store.open(*old), openPath(*staged, O_RDONLY | O_NOFOLLOW));
 }
 
 // Whether nothing was edited but files, to the bytes that they have in the project. Programs that
@@ -382,8 +382,14 @@ QList<UnsavedWork> findUnsavedWork(const QString& path)
     QList<UnsavedWork> found;
     const std::string temporary = QDir::tempPath().toStdString();
     for (const std::string& name : namesIn(openPath(temporary, O_RDONLY | O_DIRECTORY))) {
-        if (name.rfind(StagingRoot::a_prefix, 0) == 0) {
+        if (name.rfind(StagingRoot::a_prefix, 0) != 0) {
+            continue;
+        }
+        try {
             searchRoot(joinPath(temporary, name), project, found);
+        } catch (const IoError& error) {
+            // What can't be read or removed is no reason not to find the rest.
+            warn(error.what(), __FILE__, "findUnsavedWork", __LINE__);
         }
     }
     std::sort(found.begin(), found.end(), [](const UnsavedWork& a, const UnsavedWork& b) {

@@ -10,12 +10,6 @@ namespace pk::project {
 
 namespace {
 
-// Whether two open files hold the same bytes from their positions on.
-bool sameBytes(const Fd& a, const Fd& b)
-{
-    return statOf(a).st_size == statOf(b).st_size && readAll(a) == readAll(b);
-}
-
 void refuseLongPaths(const Entry& entry, std::size_t bytes, std::size_t names)
 {
     if (isTooLong(bytes, names)) {
@@ -83,7 +77,16 @@ std::vector<std::string> SavePlan::findConflicts() const
     for (const Entry* const entry : m_replaced) {
         checkFile(*entry, Index::sourcePath(*entry));
     }
+    std::string lastDirectory;
     for (const std::string& path : m_expectFree) {
+        const std::string directory = path.substr(0, std::min(path.rfind('/'), path.size()));
+        if (directory.size() < path.size() && directory != lastDirectory) {
+            const auto info = source.stat(directory);
+            if (!info || S_ISREG(info->st_mode)) {
+                changes.push_back("'" + directory + "' was " + (info ? "replaced" : "removed"));
+            }
+            lastDirectory = directory;
+        }
         if (m_taken.count(path) == 0 && source.stat(path)) {
             changes.push_back("'" + path + "' was added");
         }

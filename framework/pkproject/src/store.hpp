@@ -33,6 +33,7 @@ public:
     Staging& staging() { return *m_contents.staging(); }
 
     FILE* open(const ProjectPath& path, const std::string& mode);
+    Fd open(Entry& file) { return m_contents.open(file); }
     QByteArray read(const ProjectPath& path);
     void write(const ProjectPath& path, const QByteArray& bytes);
     std::string localPath(const ProjectPath& path);

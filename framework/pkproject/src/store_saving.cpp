@@ -85,10 +85,13 @@ void Store::undoUnfinished()
     if (m_contents.directory && m_contents.directory->unfinished()) {
         const Place& place = m_contents.directory->place();
         const Lock lock = Lock::take(place);
-        JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
+        const bool isUndone =
+            JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
         m_contents.directory->setUnfinished({});
-        m_contents.directory->remember();
-        m_log.confirm(base(Base::now()));
+        if (isUndone) {
+            m_contents.directory->remember();
+            m_log.confirm(base(Base::now()));
+        } // else it is for the comparison to say what is different
     }
 }
 

@@ -87,6 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
               "</dependencies></TS>"},
         Crowd{"UnknownElementsInAText", MESSAGE_HEAD "<source>x", " <a/>",
               "</source>" MESSAGE_TAIL},
+        Crowd{"AttributesAfterABracketInAValue", "<TS a=\">\"", " b=\"\"", "></TS>"},
         Crowd{"StartTags", "", "<a>", ""}),
     [](const auto& crowd) { return std::string(crowd.param.name); });
 

@@ -45,6 +45,9 @@ TEST_F(ADirectorySave, InPlaceCostsTheChangesWhateverTheProjectsSize)
     const auto small = oneEdit(10);
     const auto large = oneEdit(2000);
     EXPECT_LT(small.size(), 40U);
+    EXPECT_EQ(std::count_if(small.begin(), small.end(),
+                            [](const std::string& step) { return step.find("sync ") == 0; }),
+              11); // of a file that was written and one that was moved
     EXPECT_EQ(small, large);
 }
 

@@ -72,6 +72,18 @@ TEST_F(AnEditLog, GivesBackWhatWasNoted)
     EXPECT_EQ(read.lastSave[1].stamp, (Stamp{4, 5, 6}));
 }
 
+TEST_F(AnEditLog, EndsWhereNothingButZerosFollow)
+{
+    log().restart(a_base);
+    log().append({Edit(EditKind::Remove, {"a"})});
+    const QString file = QString::fromStdString(path());
+    const QByteArray whole = getLocal(file);
+    for (const int zeros : {1, 5, 6, 7, 4096}) {
+        putLocal(file, whole + QByteArray(zeros, '\0'));
+        EXPECT_EQ(history().operations.size(), 1U) << zeros;
+    }
+}
+
 TEST_F(AnEditLog, BeginsAnew)
 {
     log().append({Edit(EditKind::Remove, {"a"})});

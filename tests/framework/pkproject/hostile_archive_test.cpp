@@ -177,6 +177,7 @@ TEST_P(AnAttack, IsRefusedAtLittleCostAndLeavesNothing)
     EXPECT_EQ(
         QDir(directory.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
         QStringList(q("p.zip")));
+    EXPECT_EQ(files.tree(), Tree());
 }
 
 INSTANTIATE_TEST_SUITE_P(

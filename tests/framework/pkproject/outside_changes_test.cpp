@@ -363,4 +363,20 @@ TEST_F(ACheckout, OfManyFilesIsFoundAndListedInPart)
               20);
 }
 
+// Of more files than are all compared.
+TEST_F(ACheckout, ThatRemovesADirectoryOfALargeProjectIsListed)
+{
+    make(Form::Directory, 1500);
+    ProjectModel model(path());
+    const std::string removed = path().toStdString() + "/d/e";
+    const struct stat above = *statOf(path().toStdString() + "/d");
+    removeTree(removed);
+    const struct timespec before[2] = {above.st_atim, above.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (path() + q("/d")).toStdString().c_str(), before, 0), 0);
+    model.writeFile(q("d/e/mine"), "m");
+    model.writeFile(q("mine"), "m");
+    const std::string message = conflictOf(model, Form::Directory);
+    EXPECT_NE(message.find("'d/e' was removed"), std::string::npos) << message;
+}
+
 } // namespace pk::project::test

@@ -74,6 +74,34 @@ TEST_P(SavingInBothForms, RefuseMetadataThatCouldNotBeReadAgain)
     EXPECT_EQ(ProjectModel(path()).getMetadata(q("large")).size(), 4'000'000);
 }
 
+TEST_P(SavingInBothForms, ThatFailedLeaveAloneWhatSomebodyElseSavedMeanwhile)
+{
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE(number);
+        make();
+        ProjectModel model(path());
+        model.setMetadata(q("title"), q("Mine"));
+        {
+            FaultyDisk disk;
+            disk.failAt(number, EIO, true); // so that it can't be undone either
+            try {
+                saveInPlace(model);
+            } catch (const IoError&) {
+            }
+            if (disk.count() <= number) {
+                break;
+            }
+        }
+        ProjectModel other(path());
+        other.setMetadata(q("title"), q("Theirs"));
+        other.writeFile(q("a"), "theirs");
+        saveInPlace(other);
+        EXPECT_THROW(saveInPlace(model), ConflictError);
+        EXPECT_EQ(ProjectModel(path()).getMetadata(q("title")), q("Theirs"));
+        ASSERT_FALSE(HasFailure());
+    }
+}
+
 TEST_P(SavingInBothForms, SurviveAFullDiskAtEveryPoint)
 {
     for (const bool inPlace : {true, false}) {

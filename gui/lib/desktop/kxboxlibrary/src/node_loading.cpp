@@ -163,6 +163,9 @@ std::unique_ptr<ProjectModel> BoxLibraryNode::copyFiles() const
         try {
             copy->importFile(*model, path(), QString(), true);
         } catch (const pk::project::PathNotFound&) {
+            if (!model->getFileList(path(), true, false, false).isEmpty()) {
+                throw; // somebody else removed one of them: the others must not be lost
+            }
             // A node whose directory is gone has no files.
         }
     }

@@ -73,7 +73,16 @@ void write(pk::project::ProjectModel& model, const QString& prefix,
         }
         folder->addChild(node);
     }
-    const QByteArray bytes = project_xml::toBytes(folder);
+    QByteArray bytes;
+    try {
+        bytes = project_xml::toBytes(folder);
+    } catch (const std::runtime_error& error) {
+        logNode(pk::log::Warning,
+                "Could not write the order of " + std::to_string(names.size()) + " nodes into '" +
+                    pathOf(prefix).toStdString() + "', reason: " + error.what(),
+                __func__, __LINE__);
+        return;
+    }
     try {
         if (hasPlace(model, prefix)) {
             model.writeFile(pathOf(prefix), bytes);

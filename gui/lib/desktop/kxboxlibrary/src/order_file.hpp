@@ -16,7 +16,8 @@ namespace KX::order_file {
 std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix);
 
 /// Writes the order file; nothing when its directory is missing or something is in its place. A
-/// name that XML can't hold is left out, with a warning in the log. Throws pk::project::IoError,
+/// name that XML can't hold is left out, and more nodes than are read again (XmlDocument) leave the
+/// file as it was, each with a warning in the log. Throws pk::project::IoError,
 /// which names the file, when it can't be written, as on a full disk; the one before stays then.
 void write(pk::project::ProjectModel& model, const QString& prefix,
            const std::vector<std::string>& names);

@@ -309,6 +309,21 @@ TEST(NodeClone, OfANodeWithoutFilesHasNone)
     EXPECT_EQ(filesOf(*copyOfGone->project()), Names{});
 }
 
+// Half of a box is no copy of it: what is left would take its place.
+TEST(NodeClone, WithoutAllItsFilesIsNone)
+{
+    const TemporaryDirectory directory;
+    project({{"A/box.bhx", boxFile()}, {"A/icon.png", "icon"}})
+        .save(directory.path("library"), pk::project::ArchiveFormat::Directory, false);
+    const Library library = open(ProjectModel(directory.path("library")));
+    ASSERT_TRUE(QFile::remove(directory.path("library/A/icon.png")));
+    BoxLibraryNode* const box = library->boxRoot()->child(0);
+    EXPECT_THROW(box->clone(), pk::project::PathNotFound);
+    EXPECT_THROW(box->take(), pk::project::PathNotFound);
+    EXPECT_EQ(library->boxRoot()->child(0), box);
+    EXPECT_EQ(filesOf(library->projectModel()), (Names{"A/box.bhx", "A/icon.png", "bxlinfo"}));
+}
+
 // The files of a node that was cut stay until it is pasted, but are no nodes.
 TEST(NodeClone, HasNoNodesThatWereTaken)
 {

@@ -31,6 +31,20 @@ TEST(OrderFile, GivesNoNamesWhereThereIsNone)
     EXPECT_EQ(order_file::read(model, q("A/")), Names{});
 }
 
+// 300,000 elements with an attribute each are as many as are read.
+TEST(OrderFile, OfMoreNodesThanAreReadStaysAsItWas)
+{
+    ProjectModel model = project({{"bxlinfo", orderFile({"A"})}});
+    std::vector<std::string> names(300'001);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        names[i] = std::to_string(i);
+    }
+    const LogRecords records;
+    order_file::write(model, QString(), names);
+    EXPECT_EQ(records.all().size(), 1U);
+    EXPECT_EQ(order_file::read(model, QString()), Names{"A"});
+}
+
 struct OrderFileText
 {
     const char* bytes;

@@ -219,7 +219,8 @@ public:
     void removeChild(int index);
 
     /// Detaches this node, whose files are copied into a project model of its own, and gives it to
-    /// the caller. Null, and nothing happens, for a node without a parent.
+    /// the caller. Null, and nothing happens, for a node without a parent. Throws when a file can't
+    /// be copied (clone() too), and nothing has happened.
     ///
     /// This is half of a move or a cut: the files stay in the old project too, until something
     /// takes their place or they are removed, the old order file stays as it is, so do the
