@@ -20,7 +20,6 @@ constexpr long a_sanitizerFactor = 1;
 #endif
 /// What nothing that somebody else made may take.
 constexpr long a_kilobytes = (256L << 10) * a_sanitizerFactor;
-constexpr rlim_t a_seconds = 60; // far more than anything takes
 
 inline long soFar()
 {
@@ -30,15 +29,17 @@ inline long soFar()
 }
 
 /// How many kilobytes of memory an action takes at most beside what there is already, in a process
-/// of its own, which is ended when the action takes too long. What it throws is not looked at.
-inline long kilobytesOf(const std::function<void()>& action)
+/// of its own, which is ended when the action takes more than so many seconds of the processor, or
+/// with the sanitizers some times that. What it throws is not looked at.
+inline long kilobytesOf(const std::function<void()>& action, rlim_t seconds = 60)
 {
     std::array<int, 2> ends{-1, -1};
     EXPECT_EQ(::pipe(ends.data()), 0);
     ::malloc_trim(0); // or the action could have what was freed for nothing
     const pid_t child = ::fork();
     if (child == 0) {
-        const rlimit limit = {a_seconds, a_seconds};
+        const rlim_t most = seconds * rlim_t{a_sanitizerFactor};
+        const rlimit limit = {most, most};
         ::setrlimit(RLIMIT_CPU, &limit);
         const long before = soFar();
         try {

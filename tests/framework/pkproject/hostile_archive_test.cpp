@@ -1,3 +1,4 @@
+#include "peak_memory.hpp"
 #include "raw_zip.hpp"
 #include "support.hpp"
 
@@ -6,51 +7,11 @@
 
 #include <functional>
 #include <ostream>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 // Archives that somebody made to do harm: what is read of them costs little and stays inside.
 namespace pk::project::test {
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr long a_sanitizerFactor = 16; // freed memory is kept for a while
-#else
-constexpr long a_sanitizerFactor = 1;
-#endif
-constexpr long a_kilobytes = (256 << 10) * a_sanitizerFactor;
-constexpr rlim_t a_seconds = 2 * rlim_t{a_sanitizerFactor}; // of the processor, for any archive
-
-long peakKilobytes()
-{
-    rusage usage = {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
-// How many kilobytes of memory an action takes at most, in a process of its own, which is ended
-// when the action takes too long.
-long kilobytesOf(const std::function<void()>& action)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const rlimit limit = {a_seconds, a_seconds};
-        ::setrlimit(RLIMIT_CPU, &limit);
-        const long before = peakKilobytes();
-        try {
-            action();
-        } catch (const std::exception&) {
-            // What is thrown is looked at elsewhere.
-        }
-        ::_exit(static_cast<int>(std::min(254L, (peakKilobytes() - before) / 1024 / 4)));
-    }
-    int status = 0;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
-    return WEXITSTATUS(status) * 4L * 1024;
-}
 
 void readAllOf(const QString& path)
 {
@@ -170,7 +131,7 @@ TEST_P(AnAttack, IsRefusedAtLittleCostAndLeavesNothing)
     const TemporaryDirectory directory;
     const QString path = directory.path("p.zip");
     putLocal(path, QByteArray::fromStdString(GetParam().make()));
-    EXPECT_LT(kilobytesOf([&] { readAllOf(path); }), a_kilobytes);
+    EXPECT_LT(peak::kilobytesOf([&] { readAllOf(path); }, 2), peak::a_kilobytes);
     const std::string message = messageOf<Error>([&] { readAllOf(path); });
     EXPECT_EQ(message.find(path.toStdString()), 0U) << message;
     EXPECT_NE(message.find(GetParam().reason), std::string::npos) << message;
@@ -509,7 +470,7 @@ TEST_F(AnArchiveOfAStranger, IsUnpackedPieceByPiece)
     // The checksum is wrong, which shows only when all has been read.
     constexpr int size = 48 << 20;
     put(RawZip{packedTo("a", deflatedZeros(size), size)}.bytes());
-    EXPECT_LT(kilobytesOf([&] { readAllOf(path()); }), (24 << 10) * a_sanitizerFactor);
+    EXPECT_LT(peak::kilobytesOf([&] { readAllOf(path()); }), (24 << 10) * peak::a_sanitizerFactor);
     const std::string message = messageOf<FormatError>([&] { readAllOf(path()); });
     EXPECT_NE(message.find("'a': CRC error"), std::string::npos) << message;
     EXPECT_TRUE(m_files.tree().empty());
