@@ -171,8 +171,12 @@ bool SavePlan::isUnchanged(Entry& entry) const
 {
     const DirectorySource& source = *m_contents.directory;
     const auto info = source.stat(Index::sourcePath(entry));
-    return info && Stamp::of(*info) == entry.stamp && (info->st_mode & 0777) == entry.mode &&
-           sameBytes(source.open(entry), m_contents.open(entry));
+    try {
+        return info && Stamp::of(*info) == entry.stamp && (info->st_mode & 0777) == entry.mode &&
+               sameBytes(source.open(entry), m_contents.open(entry));
+    } catch (const IoError&) {
+        return false; // what can't be read is replaced
+    }
 }
 
 // Nothing may be in the place of something new, except what the plan takes away.

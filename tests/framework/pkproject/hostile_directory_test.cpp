@@ -244,6 +244,16 @@ class UnreadableFile : public HostileDirectory
 {
 };
 
+TEST_F(UnreadableFile, CanBeReplaced)
+{
+    ASSERT_EQ(::chmod(path("p/d/b").c_str(), 0), 0);
+    ProjectModel model(local("p"));
+    model.writeFile(q("d/b"), "x"); // as long as what is there
+    saveInPlace(model);
+    ASSERT_EQ(::chmod(path("p/d/b").c_str(), 0644), 0);
+    EXPECT_EQ(getLocal(local("p/d/b")), QByteArray("x"));
+}
+
 TEST_F(UnreadableFile, KeepsTheProjectFromBeingCopiedWithoutIt)
 {
     ASSERT_EQ(::chmod(path("p/d/b").c_str(), 0), 0);
