@@ -21,8 +21,8 @@ public:
     explicit Project(const std::string& directory);
 
     /// The value of a key (UTF-8); empty when absent. Throws FormatError when the metadata on disk
-    /// is damaged, LimitError when it has more bytes than archive_limits::a_maxMetadataBytes, IoError
-    /// when it can't be read.
+    /// is damaged, LimitError when it has more bytes than archive_limits::a_maxMetadataBytes,
+    /// IoError when it can't be read.
     std::string getMetadata(const std::string& key) const;
 
     /// Sets a value; an empty one removes the key. It is on disk when this returns, and a crash
