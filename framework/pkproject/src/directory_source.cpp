@@ -128,7 +128,7 @@ Fd DirectorySource::open(const Entry& entry) const
 {
     const std::string path = Index::sourcePath(entry);
     // Without O_NONBLOCK a pipe that somebody put in the file's place would block.
-    Fd file = openBeneath(m_root, path, O_RDONLY | O_NONBLOCK);
+    Fd file = openNow(path, O_RDONLY | O_NONBLOCK);
     if (!file && errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);
     }
@@ -146,7 +146,21 @@ Fd DirectorySource::open(const Entry& entry) const
 
 std::string DirectorySource::localPath(const Entry& entry) const
 {
-    return m_place.path + "/" + Index::sourcePath(entry);
+    const std::string path = Index::sourcePath(entry);
+    return m_unfinished ? JournalDirectory::whereIs(m_place, *m_unfinished, path)
+                        : m_place.path + "/" + path;
+}
+
+// Gives nothing, with errno set, when there is no such file or a link is on the way.
+Fd DirectorySource::openNow(const std::string& path, int flags) const
+{
+    if (!m_unfinished) {
+        return openBeneath(m_root, path, flags);
+    }
+    const std::string now = JournalDirectory::whereIs(m_place, *m_unfinished, path);
+    const std::string above = now.substr(0, now.find('/', m_place.parent.size() + 1));
+    return openBeneath(openPath(above, O_RDONLY | O_DIRECTORY | O_NOFOLLOW),
+                       now.substr(above.size() + 1), flags);
 }
 
 std::optional<struct stat> DirectorySource::stat(const std::string& path) const

@@ -67,7 +67,8 @@ public:
     /// Whether the metadata file is there, as it was when last looked at.
     bool hasMetadataFile() const { return m_metadataStamp.has_value(); }
 
-    /// A save in place that failed and could not be undone yet.
+    /// A save in place that failed and could not be undone yet. Files of the source are found all
+    /// the same.
     const std::optional<JournalDirectory::Unfinished>& unfinished() const { return m_unfinished; }
     void setUnfinished(std::optional<JournalDirectory::Unfinished> u)
     {
@@ -90,6 +91,7 @@ private:
         std::size_t depth;
     };
     static std::optional<Found> look(const Level& level, const std::string& name);
+    Fd openNow(const std::string& path, int flags) const;
     void loadDirectory(const Level& level, Entry& directory);
     static void compare(const Level& level, const Entry& directory,
                         std::vector<std::string>& changes);

@@ -41,6 +41,11 @@ bool isClosed(const Journal::Put& directory)
     return (directory.mode & 0700) != 0700;
 }
 
+bool makesDirectory(const Journal::Put& step)
+{
+    return step.item < 0;
+}
+
 // Lets a phase that is run again, or undone, work in a directory that got its mode already.
 void openForWork(const Journal::Put& directory, const std::string& path)
 {
@@ -225,17 +230,25 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
     write(journal, syncItems);
     try {
         if (!journal.collects.empty()) {
-            collect(journal);
+            collect(journal, Run::Save);
             rename(a_collect, a_put);
         }
-        put(journal, true);
+        put(journal, Run::Save);
         Disk::instance().unlink(m_path + "/" + a_put);
     } catch (const Error&) {
         tryUndo(journal);
         throw;
     }
     try {
-        finish();
+        // A journal that a power failure brings back finds its items in their places and does
+        // nothing, unless it made directories: by then somebody may have removed those.
+        const bool isHarmless =
+            std::none_of(journal.puts.begin(), journal.puts.end(), makesDirectory);
+        if (isHarmless) {
+            m_begun = false;
+        } else {
+            finish();
+        }
     } catch (const Error& error) {
         // All of the save is on the disk; what is left of the journal asks for nothing more.
         warn(error.what(), __FILE__, "run", __LINE__);
@@ -257,11 +270,16 @@ void JournalDirectory::recover(const Place& place)
         const std::string bytes = readAll(openPath(path, O_RDONLY | O_NOFOLLOW));
         const Journal journal = Journal::fromBytes(QByteArray::fromStdString(bytes), path);
         directory.refuseLinks(journal);
+        const auto project = statOf(place.path);
+        if (!project || !S_ISDIR(project->st_mode)) {
+            throw IoError(path + ": it is part of a save to '" + place.path +
+                          "', which is gone: bring that back, or remove the journal's directory");
+        }
         if (phase == a_collect) {
-            directory.collect(journal);
+            directory.collect(journal, Run::Recover);
             directory.rename(a_collect, a_put);
         }
-        directory.put(journal, false);
+        directory.put(journal, Run::Recover);
         Disk::instance().unlink(directory.m_path + "/" + a_put);
         break;
     }
@@ -278,6 +296,40 @@ bool JournalDirectory::isPending(const Place& place)
 std::string JournalDirectory::locate(const Journal::Location& location) const
 {
     return (location.item < 0 ? m_project : itemPath(location.item)) + "/" + location.path;
+}
+
+// Steps are taken, and undone, one after the other, so that what lies in the journal directory
+// shows which of them hold.
+std::string JournalDirectory::locateNow(const Journal& journal, Journal::Location location) const
+{
+    const auto isAtOrBelow = [](const std::string& path, const std::string& top) {
+        return path.compare(0, top.size(), top) == 0 &&
+               (path.size() == top.size() || path[top.size()] == '/');
+    };
+    const auto isItem = [this](int item) { return exists(itemPath(item)); };
+    const bool areCollected = exists(m_path + "/" + a_put);
+    for (const Journal::Collect& step : journal.collects) {
+        if (step.from.item == location.item && isAtOrBelow(location.path, step.from.path) &&
+            (areCollected || isItem(step.item))) {
+            location = {step.item, location.path.substr(step.from.path.size())};
+            location.path.erase(0, location.path.find_first_not_of('/'));
+        }
+    }
+    if (location.item >= 0 && !isItem(location.item)) {
+        const auto put =
+            std::find_if(journal.puts.begin(), journal.puts.end(),
+                         [&](const Journal::Put& step) { return step.item == location.item; });
+        if (put != journal.puts.end()) {
+            location = {-1, joinPath(put->path, location.path)};
+        }
+    }
+    for (const Journal::Put& step : journal.puts) {
+        if (location.item < 0 && step.replace && step.path == location.path && !isItem(step.item) &&
+            exists(preservedName(itemPath(step.item)))) {
+            return preservedName(itemPath(step.item));
+        }
+    }
+    return locate(location);
 }
 
 // A journal that no save left, but somebody made up, must not reach out of the project.
@@ -345,13 +397,13 @@ void JournalDirectory::rename(const char* from, const char* to)
     syncDirectory(m_path);
 }
 
-void JournalDirectory::collect(const Journal& journal)
+void JournalDirectory::collect(const Journal& journal, Run run)
 {
     ChangedDirectories changed;
     for (const Journal::Collect& step : journal.collects) {
         const std::string from = locate(step.from);
         const std::string item = itemPath(step.item);
-        if (!exists(item)) {
+        if (!exists(item) && (run == Run::Save || exists(from))) {
             Disk::instance().renameNew(from, item);
         }
         changed.addParentOf(from);
@@ -360,38 +412,80 @@ void JournalDirectory::collect(const Journal& journal)
     changed.sync(m_path);
 }
 
-void JournalDirectory::put(const Journal& journal, bool undoable)
+void JournalDirectory::put(const Journal& journal, Run run)
 {
     ChangedDirectories changed;
     markChanged(m_project);
-    std::vector<const Journal::Put*> unusual;
     for (const Journal::Put& step : journal.puts) {
-        const std::string to = m_project + "/" + step.path;
-        if (step.item < 0) {
-            if (!exists(to)) {
-                Disk::instance().mkdir(to, step.mode | 0700);
-            } else {
-                openForWork(step, to);
-            }
-            if (isClosed(step)) {
-                unusual.push_back(&step);
-            }
-        } else if (exists(itemPath(step.item))) {
-            if (step.replace) {
-                if (undoable) {
-                    preserve(to, itemPath(step.item));
-                }
-                Disk::instance().rename(itemPath(step.item), to);
-            } else {
-                Disk::instance().renameNew(itemPath(step.item), to);
-            }
-        }
-        changed.addParentOf(to);
+        putItem(step, run);
+        changed.addParentOf(m_project + "/" + step.path);
     }
-    for (const Journal::Put* step : unusual) {
-        Disk::instance().chmod(m_project + "/" + step->path, step->mode);
+    for (const Journal::Put& step : journal.puts) {
+        if (makesDirectory(step) && isClosed(step)) {
+            Disk::instance().chmod(m_project + "/" + step.path, step.mode);
+        }
     }
     changed.sync(m_path);
+}
+
+void JournalDirectory::putItem(const Journal::Put& step, Run run)
+{
+    const std::string to = m_project + "/" + step.path;
+    const bool isToDo = makesDirectory(step) || exists(itemPath(step.item));
+    if (isToDo && run == Run::Recover) {
+        makeWay(step);
+    }
+    if (makesDirectory(step)) {
+        if (!exists(to)) {
+            Disk::instance().mkdir(to, step.mode | 0700);
+        } else {
+            openForWork(step, to);
+        }
+    } else if (isToDo && step.replace) {
+        if (run == Run::Save) {
+            preserve(to, itemPath(step.item));
+        }
+        Disk::instance().rename(itemPath(step.item), to);
+    } else if (isToDo) {
+        Disk::instance().renameNew(itemPath(step.item), to);
+    }
+}
+
+// Only what somebody did since the save can be in the way of a step, or keep it from its directory.
+void JournalDirectory::makeWay(const Journal::Put& step) const
+{
+    for (std::size_t at = step.path.find('/'); at != std::string::npos;
+         at = step.path.find('/', at + 1)) {
+        const std::string above = m_project + "/" + step.path.substr(0, at);
+        const auto info = statOf(above);
+        if (info && !S_ISDIR(info->st_mode)) {
+            setAside(above);
+        }
+        if (!info || !S_ISDIR(info->st_mode)) {
+            Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
+        }
+    }
+    const std::string to = m_project + "/" + step.path;
+    const auto info = statOf(to);
+    const bool isInTheWay = makesDirectory(step)
+                                ? info && !S_ISDIR(info->st_mode)
+                                : info && !(step.replace && S_ISREG(info->st_mode));
+    if (isInTheWay) {
+        setAside(to);
+    }
+}
+
+void JournalDirectory::setAside(const std::string& path)
+{
+    for (int number = 1;; ++number) {
+        const std::string other = path + ".~" + std::to_string(number) + "~";
+        if (!exists(other)) {
+            warn(path + ": it came there while a save was unfinished, and is now '" + other + "'",
+                 __FILE__, "setAside", __LINE__);
+            Disk::instance().renameNew(path, other);
+            return;
+        }
+    }
 }
 
 // Keeps a file that an item is to replace, for undo().
@@ -418,6 +512,13 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     return false;
 }
 
+std::string JournalDirectory::whereIs(const Place& place, const Unfinished& unfinished,
+                                      const std::string& path)
+{
+    const JournalDirectory directory(place, Existing());
+    return directory.locateNow(unfinished.journal, {-1, path});
+}
+
 void JournalDirectory::tryUndo(const Journal& journal)
 {
     try {
@@ -437,18 +538,12 @@ void JournalDirectory::undo(const Journal& journal)
     if (exists(m_path + "/" + a_put)) {
         undoPuts(journal);
         if (!journal.collects.empty()) {
+            Disk::instance().syncFileSystem(m_path);
             rename(a_put, a_collect);
         }
     }
     undoCollects(journal);
-    ChangedDirectories changed;
-    for (const Journal::Put& step : journal.puts) {
-        changed.addParentOf(m_project + "/" + step.path);
-    }
-    for (const Journal::Collect& step : journal.collects) {
-        changed.addParentOf(locate(step.from));
-    }
-    changed.sync(m_path);
+    Disk::instance().syncFileSystem(m_path);
     removeTree(m_path + "/" + a_collect);
     removeTree(m_path + "/" + a_put);
     finish();
@@ -457,31 +552,51 @@ void JournalDirectory::undo(const Journal& journal)
 void JournalDirectory::undoPuts(const Journal& journal)
 {
     for (const Journal::Put& step : journal.puts) {
-        if (step.item < 0 && exists(m_project + "/" + step.path)) {
+        if (makesDirectory(step) && exists(m_project + "/" + step.path)) {
             openForWork(step, m_project + "/" + step.path);
         }
     }
+    takeBack(journal);
+    bool isToSync = false;
     for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
         const std::string to = m_project + "/" + step->path;
-        if (step->item < 0) {
-            if (exists(to)) {
-                Disk::instance().rmdir(to);
-            }
-            continue;
-        }
         const std::string item = itemPath(step->item);
         const std::string old = preservedName(item);
-        if (step->replace && exists(old)) {
-            if (exists(item)) {
-                Disk::instance().unlink(
-                    old); // which changes the file, so it belongs to the undoing
+        if (makesDirectory(*step) && exists(to)) {
+            if (isToSync) { // what was in the directory must have left it when it goes
+                Disk::instance().syncFileSystem(m_path);
+                isToSync = false;
+            }
+            Disk::instance().rmdir(to);
+        } else if (step->replace && exists(old)) {
+            if (exists(to)) {
+                // Which changes the file, so it belongs to the undoing.
+                Disk::instance().unlink(old);
             } else {
-                Disk::instance().rename(to, item);
                 Disk::instance().rename(old, to);
             }
-        } else if (!step->replace && !exists(item) && exists(to)) {
+        } else if (!makesDirectory(*step) && !step->replace && !exists(item) && exists(to)) {
             Disk::instance().renameNew(to, item);
+            isToSync = true;
         }
+    }
+}
+
+// As long as the journal asks for a new file, it must be found in its place or as an item: an old
+// one comes back only when the new one is an item for certain.
+void JournalDirectory::takeBack(const Journal& journal)
+{
+    bool isToSync = false;
+    for (const Journal::Put& step : journal.puts) {
+        const std::string to = m_project + "/" + step.path;
+        const std::string item = itemPath(step.item);
+        if (step.replace && exists(preservedName(item)) && !exists(item) && exists(to)) {
+            Disk::instance().rename(to, item);
+            isToSync = true;
+        }
+    }
+    if (isToSync) {
+        Disk::instance().syncFileSystem(m_path);
     }
 }
 

@@ -95,9 +95,16 @@ public:
     /// IoError.
     static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
-    /// Completes or forgets the save that a program began at the place and did not end. What can't
-    /// be removed of its directory then is left, with a warning in the log. Throws IoError, and
-    /// FormatError for a damaged journal.
+    /// The path of the file that was at `path` below the project when an earlier run() began, which
+    /// left things as they are: it may be in the journal directory.
+    static std::string whereIs(const Place& place, const Unfinished& unfinished,
+                               const std::string& path);
+
+    /// Completes or forgets the save that a program began at the place and did not end. Whatever
+    /// somebody did to the project since, it succeeds and takes nothing from anybody: what is gone
+    /// is not put, a directory that is missing is made, and what is in the way gets another name;
+    /// the last, and what can't be removed of the journal directory, with a warning in the log.
+    /// Throws IoError, also when the whole project is gone, and FormatError for a damaged journal.
     static void recover(const Place& place);
 
     /// Whether recover() would find a save to complete.
@@ -110,16 +117,26 @@ private:
     JournalDirectory(const Place& place, Existing existing);
 
     std::string locate(const Journal::Location& location) const;
+    std::string locateNow(const Journal& journal, Journal::Location location) const;
     static void refuseStranger(const Place& place);
     void refuseLinks(const Journal& journal) const;
     void write(const Journal& journal, bool syncItems);
     void rename(const char* from, const char* to);
-    void collect(const Journal& journal);
-    void put(const Journal& journal, bool undoable);
+    enum class Run
+    {
+        Save,   ///< which is undone when it fails
+        Recover ///< when anything can have happened to the project meanwhile
+    };
+    void collect(const Journal& journal, Run run);
+    void put(const Journal& journal, Run run);
+    void putItem(const Journal::Put& step, Run run);
+    void makeWay(const Journal::Put& step) const;
+    static void setAside(const std::string& path);
     static void preserve(const std::string& file, const std::string& item);
     void tryUndo(const Journal& journal);
     void undo(const Journal& journal);
     void undoPuts(const Journal& journal);
+    void takeBack(const Journal& journal);
     void undoCollects(const Journal& journal);
     void finish();
 

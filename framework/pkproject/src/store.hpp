@@ -73,7 +73,7 @@ private:
     FILE* openToRead(Entry& entry, const std::string& mode);
     FILE* openToWrite(const ProjectPath& path, const std::string& mode);
     void load(const Place& place);
-    void undoUnfinished();
+    void undoUnfinished(bool mustSucceed);
     Target resolveTarget(const QString& path, ArchiveFormat format) const;
     void checkTarget(const Place& place) const;
     void saveDirectory(const Target& target);

@@ -4,6 +4,7 @@
 #include "lock.hpp"
 #include "publish.hpp"
 #include "store.hpp"
+#include "warn.hpp"
 
 #include <pk/project/error.hpp>
 
@@ -42,7 +43,7 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
         throw AlreadyExists(target.place.path + ": it exists already");
     }
     try {
-        undoUnfinished();
+        undoUnfinished(target.isSource);
         const Lock lock = Lock::take(target.place);
         JournalDirectory::recover(target.place);
         removeTree(target.place.fresh());
@@ -79,10 +80,14 @@ void Store::restartLog()
 }
 
 // Brings the source back to what the index knows when an earlier save could neither be done nor
-// undone.
-void Store::undoUnfinished()
+// undone. Where a project is saved elsewhere that is worth trying, but no more: perhaps the disk
+// that refused is the reason for it.
+void Store::undoUnfinished(bool mustSucceed)
 {
-    if (m_contents.directory && m_contents.directory->unfinished()) {
+    if (!m_contents.directory || !m_contents.directory->unfinished()) {
+        return;
+    }
+    try {
         const Place& place = m_contents.directory->place();
         const Lock lock = Lock::take(place);
         const bool isUndone =
@@ -92,6 +97,12 @@ void Store::undoUnfinished()
             m_contents.directory->remember();
             m_log.confirm(base(Base::now()));
         } // else it is for the comparison to say what is different
+    } catch (const Error& error) {
+        if (mustSucceed) {
+            throw;
+        }
+        warn(std::string("a save that failed can still not be undone: ") + error.what(), __FILE__,
+             "undoUnfinished", __LINE__);
     }
 }
 

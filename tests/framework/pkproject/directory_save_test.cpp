@@ -26,15 +26,20 @@ protected:
     {
         model.save(QString(), ArchiveFormat::Source, true);
     }
-    // The operations of one edit's save.
-    std::vector<std::string> oneEdit(int boxes) const
+    // The operations of saving an edit.
+    template <class Edit>
+    std::vector<std::string> operationsOf(int boxes, Edit edit) const
     {
         ProjectModel model = make(boxes);
-        model.writeFile(q("boxes/box3"), "other");
-        model.move(q("boxes/box4"), q("box4"), false);
+        edit(model);
         const FaultyDisk disk;
         saveInPlace(model);
         return disk.log();
+    }
+    static std::ptrdiff_t syncsIn(const std::vector<std::string>& log)
+    {
+        return std::count_if(log.begin(), log.end(),
+                             [](const std::string& step) { return step.find("sync ") == 0; });
     }
 
     TemporaryDirectory m_directory;
@@ -42,13 +47,34 @@ protected:
 
 TEST_F(ADirectorySave, InPlaceCostsTheChangesWhateverTheProjectsSize)
 {
-    const auto small = oneEdit(10);
-    const auto large = oneEdit(2000);
+    const auto edit = [](ProjectModel& model) {
+        model.writeFile(q("boxes/box3"), "other");
+        model.move(q("boxes/box4"), q("box4"), false);
+    };
+    const auto small = operationsOf(10, edit);
     EXPECT_LT(small.size(), 40U);
-    EXPECT_EQ(std::count_if(small.begin(), small.end(),
-                            [](const std::string& step) { return step.find("sync ") == 0; }),
-              11); // of a file that was written and one that was moved
-    EXPECT_EQ(small, large);
+    EXPECT_EQ(small, operationsOf(2000, edit));
+}
+
+TEST_F(ADirectorySave, InPlaceSyncsAsOftenAsItMust)
+{
+    // The new file, the journal, its directory without and with its name, that directory's name,
+    // and what the file is in.
+    EXPECT_EQ(syncsIn(operationsOf(
+                  10, [](ProjectModel& model) { model.writeFile(q("boxes/box3"), "other"); })),
+              6);
+    // The same; and a file is collected: both directories that this changes, and the second name of
+    // the journal; and it is put in another directory.
+    EXPECT_EQ(syncsIn(operationsOf(10,
+                                   [](ProjectModel& model) {
+                                       model.writeFile(q("boxes/box3"), "other");
+                                       model.move(q("boxes/box4"), q("box4"), false);
+                                   })),
+              10);
+    // A journal that makes a directory must be gone for good.
+    EXPECT_EQ(syncsIn(operationsOf(
+                  10, [](ProjectModel& model) { model.writeFile(q("new/box"), "other"); })),
+              8);
 }
 
 TEST_F(ADirectorySave, InPlaceTouchesOnlyWhatChanged)

@@ -1,14 +1,18 @@
 #include "faulty_disk.hpp"
 #include "journal.hpp"
 #include "lock.hpp"
+#include "log_records.hpp"
 #include "place.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
 
+#include <QProcess>
+
 #include <algorithm>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,6 +26,23 @@ Journal sample()
     journal.collects = {{{-1, "motions"}, 0}, {{0, "old/x"}, 1}};
     journal.puts = {{"a", -1, 0750, false}, {"a/moved", 0, 0, false}, {"file", 2, 0, true}};
     return journal;
+}
+
+// Of all files but the metadata; without what a Tree of the disk has before them.
+std::set<std::string> contentsOf(const Tree& tree)
+{
+    std::set<std::string> contents;
+    for (const auto& file : tree) {
+        if (file.first.back() != '/' && file.first != ".kxproject") {
+            contents.insert(file.second.substr(file.second.find(':') + 1));
+        }
+    }
+    return contents;
+}
+
+void copyTree(const QString& from, const QString& to)
+{
+    ASSERT_EQ(QProcess::execute(q("cp"), {q("-a"), from + q("/."), to}), 0);
 }
 
 Tree without(Tree tree, const std::string& prefix)
@@ -85,6 +106,7 @@ protected:
     {
         m_model.reset();
         removeTree(path().toStdString());
+        removeTree(place().journal());
         ProjectModel model;
         for (const char* const path : {"changed", "gone", "moved/a", "dropped/b", "x/y/z"}) {
             model.writeFile(q(path), path);
@@ -199,6 +221,88 @@ TEST_F(AJournalledSave, IsLookedAtOnlyUnderTheLock)
     EXPECT_THROW(Lock::take(place(), std::chrono::milliseconds(0)), LockError);
     EXPECT_EQ(treeOf(m_directory.path()), locked);
     EXPECT_EQ(without(before, ".project.kxlock"), without(locked, ".project.kxlock"));
+}
+
+// Somebody adds or removes something after a save died, before anybody opens the project.
+TEST_F(AJournalledSave, IsCompletedWhateverSomebodyDidMeanwhile)
+{
+    int added = 0;
+    int removed = 0;
+    bool hasBegun = false;
+    for (int number = 0; dieAt(number); ++number) {
+        hasBegun |= JournalDirectory::isPending(place());
+        for (const char* const touched : {"changed", "gone", "moved", "dropped", "x", "x/y", "y",
+                                          "y/x", "new", "new/moved", "new/file"}) {
+            SCOPED_TRACE("dead at operation " + std::to_string(number) + ": " + touched);
+            const TemporaryDirectory copy;
+            copyTree(m_directory.path(), copy.path());
+            const QString project = copy.path("project");
+            const std::string at = project.toStdString() + "/" + touched;
+            std::set<std::string> expected =
+                hasBegun ? contentsOf(m_new) : contentsOf(treeOf(project));
+            if (statOf(at)) {
+                const Tree before = treeOf(project);
+                removeTree(at);
+                const std::set<std::string> left = contentsOf(treeOf(project));
+                for (const std::string& content : contentsOf(before)) {
+                    if (left.count(content) == 0) {
+                        expected.erase(content);
+                    }
+                }
+                ++removed;
+            } else if (statOf(at.substr(0, at.rfind('/')))) {
+                putLocal(QString::fromStdString(at), "somebody's");
+                expected.insert("somebody's");
+                ++added;
+            } else {
+                continue;
+            }
+            const std::set<std::string> found = contentsOf(treeOf(ProjectModel(project)));
+            EXPECT_TRUE(std::includes(found.begin(), found.end(), expected.begin(), expected.end()))
+                << testing::PrintToString(found);
+            EXPECT_EQ(leftBeside(project), QStringList());
+        }
+        if (HasFailure()) {
+            break;
+        }
+        start();
+    }
+    EXPECT_GT(added, 50);
+    EXPECT_GT(removed, 50);
+}
+
+TEST_F(AJournalledSave, PutsWhatIsInItsWayAside)
+{
+    ASSERT_TRUE(dieAt(20));
+    ASSERT_TRUE(JournalDirectory::isPending(place()));
+    QDir(path()).mkdir(q("new"));
+    putLocal(path() + q("/new/moved"), "somebody's");
+    putLocal(path() + q("/new/moved.~1~"), "somebody else's");
+    Tree expected = m_new;
+    expected["new/moved.~2~"] = "somebody's";
+    expected["new/moved.~1~"] = "somebody else's";
+    const LogRecords log;
+    EXPECT_EQ(treeOf(ProjectModel(path())), expected);
+    const std::string moved = place().path + "/new/moved";
+    EXPECT_EQ(log.messages(),
+              std::vector<std::string>{moved +
+                                       ": it came there while a save was unfinished, and is "
+                                       "now '" +
+                                       moved + ".~2~'"});
+}
+
+TEST_F(AJournalledSave, IsKeptForAProjectThatIsGone)
+{
+    ASSERT_TRUE(dieAt(20));
+    ASSERT_TRUE(QFile::rename(path(), m_directory.path("moved away")));
+    EXPECT_THROW(const ProjectModel model(path()), PathNotFound);
+    const std::string message =
+        messageOf<IoError>([&] { ProjectModel().save(path(), ArchiveFormat::Directory, true); });
+    EXPECT_EQ(message, place().path + ": it can't be saved: " + place().journal() +
+                           "/collect: it is part of a save to '" + place().path +
+                           "', which is gone: bring that back, or remove the journal's directory");
+    ASSERT_TRUE(QFile::rename(m_directory.path("moved away"), path()));
+    EXPECT_EQ(treeOf(ProjectModel(path())), m_new);
 }
 
 TEST_F(AJournalledSave, WithADamagedJournalIsReportedAndLeftAlone)

@@ -102,6 +102,73 @@ TEST_P(SavingInBothForms, ThatFailedLeaveAloneWhatSomebodyElseSavedMeanwhile)
     }
 }
 
+// A disk that refuses everything in and beside one project from some operation on.
+class DyingDisk : public FaultyDisk
+{
+public:
+    explicit DyingDisk(const QString& project) : m_project(project.toStdString())
+    {
+        m_beside = m_project;
+        m_beside.insert(m_beside.rfind('/') + 1, ".");
+    }
+
+protected:
+    void fail(const std::string& path) override
+    {
+        if (path.compare(0, m_project.size(), m_project) == 0 ||
+            path.compare(0, m_beside.size(), m_beside) == 0) {
+            errno = EROFS;
+            FaultyDisk::fail(path);
+        }
+    }
+
+private:
+    std::string m_project;
+    std::string m_beside;
+};
+
+TEST_P(SavingInBothForms, ThatCanNotBeUndoneCanBeDoneElsewhere)
+{
+    int failed = 0;
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE("operation " + std::to_string(number));
+        removeTree(m_directory.path("new").toStdString());
+        make();
+        ProjectModel model(path());
+        for (const char* const file : {"e/f/1", "e/f/2", "e/3", "kept"}) {
+            model.writeFile(q(file), file);
+        }
+        saveInPlace(model);
+        model.writeFile(q("a"), "edited");
+        model.writeFile(q("e/f/2"), "edited");
+        model.move(q("e/f"), q("f"), false);
+        model.move(q("e"), q("f/e"), false);
+        model.move(q("d"), q("g"), false);
+        model.writeFile(q("d/b"), "another");
+        const Tree edited = treeOf(model);
+        DyingDisk disk(path());
+        disk.failAt(number, EROFS, true);
+        try {
+            saveInPlace(model);
+        } catch (const IoError&) {
+            ++failed;
+        }
+        if (disk.count() <= number) {
+            break;
+        }
+        ASSERT_EQ(treeOf(model), edited);
+        const QByteArray kept = getLocal(model.getFileLocalPath(q("f/e/3")));
+        ASSERT_EQ(kept, "e/3");
+        model.save(m_directory.path("new"), form(), true);
+        disk.heal();
+        ASSERT_EQ(treeOf(ProjectModel(m_directory.path("new"))), edited);
+        model.writeFile(q("later"), "1");
+        saveInPlace(model);
+        ASSERT_EQ(treeOf(ProjectModel(m_directory.path("new"))), treeOf(model));
+    }
+    EXPECT_GT(failed, GetParam() == Form::Directory ? 40 : 5);
+}
+
 TEST_P(SavingInBothForms, SurviveAFullDiskAtEveryPoint)
 {
     for (const bool inPlace : {true, false}) {

@@ -19,7 +19,10 @@
 #include <QSet>
 
 #include <algorithm>
+#include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace KX {
@@ -88,6 +91,24 @@ void removeTranslationFilesBut(ProjectModel& model, const QSet<QString>& kept)
             model.remove(path);
         }
     }
+}
+
+/// Opens a local file for reading, if it is one: nothing that somebody put in its place meanwhile
+/// may lead elsewhere or make the program wait. Links lead to files where they are part of an
+/// installation.
+bool openRegular(QFile& file, bool mayBeLink)
+{
+    const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (mayBeLink ? 0 : O_NOFOLLOW);
+    const int fd = ::open(QFile::encodeName(file.fileName()).constData(), flags);
+    struct stat info = {};
+    if (fd >= 0 && ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) &&
+        file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        return true;
+    }
+    if (fd >= 0) {
+        ::close(fd);
+    }
+    return false;
 }
 
 QString escapedName(const QString& name)
@@ -243,7 +264,7 @@ void BoxLibrary::updateTranslators()
     Translators translators;
     for (const QString& path : std::as_const(m_translationFiles)) {
         QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
+        if (!openRegular(file, m_readOnly)) {
             warn("- could not open translation file: " + path.toStdString(), __LINE__);
             continue;
         }

@@ -1,5 +1,7 @@
 #include "project_xml.hpp"
 
+#include <pk/project/error.hpp>
+
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -12,7 +14,14 @@ namespace KX::project_xml {
 
 Stream open(pk::project::ProjectModel& model, const QString& path)
 {
-    return {model.fopen(path, QStringLiteral("rb")), &std::fclose};
+    Stream stream(model.fopen(path, QStringLiteral("rb")), &std::fclose);
+    if (!stream && model.hasFile(path)) {
+        try {
+            model.getFileLocalPath(path);
+        } catch (const pk::project::FormatError&) { // NOLINT(bugprone-empty-catch): null says it
+        }
+    }
+    return stream;
 }
 
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)

@@ -16,8 +16,10 @@ namespace KX::project_xml {
 /// A stream that closes itself.
 using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-/// A file of a project, to be read (ProjectModel::fopen()); null when it can't be opened. None is
-/// written through a stream: ProjectModel::writeFile() does it whole or not at all.
+/// A file of a project, to be read (ProjectModel::fopen()); null when there is none, when it is
+/// damaged or when it may not be read. Throws pk::project::IoError when it can't be unpacked from
+/// its archive, so that a full disk does not make a box look like a folder. None is written through
+/// a stream: ProjectModel::writeFile() does it whole or not at all.
 Stream open(pk::project::ProjectModel& model, const QString& path);
 
 /// The document in a stream; null when `stream` is null or holds none.

@@ -116,6 +116,36 @@ TEST_F(HostileLibrary, OfManyLevelsOpensAndIsSaved)
     EXPECT_TRUE(ProjectModel(path("L.bxl")).hasFile(deep + q("box.bhx")));
 }
 
+// Between opening the project and reading its translations.
+TEST_F(HostileLibrary, ReadsNoTranslationsFromWhatTookTheFilesPlace)
+{
+    const std::string file = "L.bxl/translations/translation_fr.ts";
+    const auto languagesWith = [&](const std::function<void(const std::string&)>& put) {
+        putLocal(path(file), "<TS version=\"2.1\" language=\"fr\"></TS>");
+        ProjectModel model(path("L.bxl"));
+        QFile::remove(path(file));
+        put(path(file).toStdString());
+        const LogRecords log;
+        const Library library = open(std::move(model));
+        EXPECT_EQ(log.of("BoxLibrary").size(), library->translations().isEmpty() ? 1U : 0U);
+        QFile::remove(path(file));
+        return QStringList(library->translations().keys());
+    };
+    putLocal(path("outside/fr.ts"), "<TS version=\"2.1\" language=\"fr\"></TS>");
+    EXPECT_EQ(languagesWith([&](const std::string& at) {
+                  ASSERT_EQ(::link(path("outside/fr.ts").toStdString().c_str(), at.c_str()), 0);
+              }),
+              QStringList{q("fr")});
+    EXPECT_EQ(languagesWith([&](const std::string& at) {
+                  ASSERT_EQ(::symlink("../../outside/fr.ts", at.c_str()), 0);
+              }),
+              QStringList());
+    EXPECT_EQ(
+        languagesWith([&](const std::string& at) { ASSERT_EQ(::mkfifo(at.c_str(), 0666), 0); }),
+        QStringList());
+    QFile::remove(path("outside/fr.ts"));
+}
+
 struct Replaced
 {
     const char* name;

@@ -1,6 +1,8 @@
 #include "project_xml.hpp"
 #include "support.hpp"
 
+#include <pk/project/error.hpp>
+
 #include <boost/make_shared.hpp>
 
 namespace KX::test {
@@ -21,6 +23,21 @@ TEST(ProjectXml, OpensNothingWhereThereIsNoFile)
     ProjectModel model = project({{"directory/", {}}});
     EXPECT_FALSE(project_xml::open(model, a_file));
     EXPECT_FALSE(project_xml::open(model, q("directory")));
+}
+
+TEST(ProjectXml, SaysWhenAFileCanNotBeUnpacked)
+{
+    const TemporaryDirectory directory;
+    project({{"a.xml", QByteArray("<A>").append(QByteArray(50'000, ' ')).append("</A>")},
+             {"small.xml", "<A/>"}})
+        .save(directory.path("p.zip"), pk::project::ArchiveFormat::Zip, false);
+    ProjectModel model(directory.path("p.zip"));
+    {
+        const FileSizeLimit limit(20'000);
+        EXPECT_THROW(project_xml::open(model, a_file), pk::project::IoError);
+        EXPECT_TRUE(project_xml::open(model, q("small.xml")));
+    }
+    EXPECT_TRUE(project_xml::open(model, a_file));
 }
 
 TEST(ProjectXml, ReadsTheRootElement)
