@@ -7,14 +7,13 @@
 
 #include <pk/project/error.hpp>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QDataStream>
 #include <QString>
 
 #include <algorithm>
 #include <chrono>
 #include <fcntl.h>
+#include <limits>
 #include <set>
 #include <unistd.h>
 
@@ -25,7 +24,8 @@ namespace {
 constexpr const char* a_draft = "draft";
 constexpr const char* a_collect = "collect";
 constexpr const char* a_put = "put";
-constexpr int a_version = 1;
+constexpr quint8 a_version = 2;
+constexpr QDataStream::Version a_format = QDataStream::Qt_5_12;
 
 // From this many on, one sync of the file system is cheaper than one for each directory.
 constexpr std::size_t a_manyDirectories = 32;
@@ -101,46 +101,54 @@ void markChanged(const std::string& project)
     Disk::instance().setTime(project, std::max(nanoseconds, modificationTime(info) + 1));
 }
 
-QString toText(const std::string& path)
+QByteArray bytesOf(const std::string& path)
 {
-    return QString::fromStdString(path);
+    return QByteArray::fromRawData(path.data(), static_cast<int>(path.size()));
 }
 
+// Reads what Journal::toBytes() wrote: numbers and texts in Qt's data stream format.
 class Reader
 {
 public:
-    explicit Reader(std::string path) : m_path(std::move(path)) {}
-
-    [[noreturn]] void fail() const { throw FormatError(m_path + ": damaged journal"); }
-
-    std::string path(const QJsonValue& value, bool inProject) const
+    Reader(const QByteArray& bytes, std::string path) : m_in(bytes), m_path(std::move(path))
     {
-        if (!value.isString()) {
-            fail();
-        }
-        std::string text = value.toString().toStdString();
-        try {
-            const ProjectPath parsed = parsePath(value.toString());
-            if (text.empty() || joinPath(parsed) != text ||
-                (inProject && isReserved(parsed) && text != a_metadataFile)) {
-                fail();
-            }
-        } catch (const InvalidPath&) {
-            fail();
-        }
-        return text;
+        m_in.setVersion(a_format);
     }
 
-    int number(const QJsonValue& value, int least) const
+    void require(bool condition) const
     {
-        const int result = value.toInt(least - 1);
-        if (result < least) {
-            fail();
+        if (!condition || m_in.status() != QDataStream::Ok) {
+            throw FormatError(m_path + ": damaged journal");
         }
-        return result;
+    }
+    void requireEnd() const { require(m_in.atEnd()); }
+
+    template <class Number>
+    Number number(Number least = std::numeric_limits<Number>::min())
+    {
+        Number value{};
+        m_in >> value;
+        require(value >= least);
+        return value;
+    }
+
+    std::string path(bool inProject)
+    {
+        QByteArray bytes;
+        m_in >> bytes;
+        require(!bytes.isEmpty());
+        try {
+            const ProjectPath parsed = parsePath(QString::fromUtf8(bytes));
+            require(joinPath(parsed) == bytes.toStdString() &&
+                    (!inProject || !isReserved(parsed) || bytes == a_metadataFile));
+        } catch (const InvalidPath&) {
+            require(false);
+        }
+        return bytes.toStdString();
     }
 
 private:
+    QDataStream m_in;
     std::string m_path;
 };
 
@@ -148,50 +156,41 @@ private:
 
 QByteArray Journal::toBytes() const
 {
-    QJsonArray collectArray;
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(a_format);
+    out << a_version << static_cast<quint32>(collects.size());
     for (const Collect& collect : collects) {
-        collectArray.append(QJsonObject{{QStringLiteral("in"), collect.from.item},
-                                        {QStringLiteral("from"), toText(collect.from.path)},
-                                        {QStringLiteral("item"), collect.item}});
+        out << qint32{collect.from.item} << bytesOf(collect.from.path) << qint32{collect.item};
     }
-    QJsonArray putArray;
+    out << static_cast<quint32>(puts.size());
     for (const Put& put : puts) {
-        putArray.append(QJsonObject{{QStringLiteral("to"), toText(put.path)},
-                                    {QStringLiteral("item"), put.item},
-                                    {QStringLiteral("mode"), put.mode},
-                                    {QStringLiteral("replace"), put.replace}});
+        out << bytesOf(put.path) << qint32{put.item} << quint16{put.mode} << quint8{put.replace};
     }
-    const QJsonObject object{{QStringLiteral("version"), a_version},
-                             {QStringLiteral("collect"), collectArray},
-                             {QStringLiteral("put"), putArray}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return bytes;
 }
 
 Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
 {
-    const Reader reader(path);
-    const QJsonObject object = QJsonDocument::fromJson(bytes).object();
-    if (object.value(QStringLiteral("version")).toInt() != a_version) {
-        reader.fail();
-    }
+    Reader reader(bytes, path);
+    reader.require(reader.number<quint8>() == a_version);
     Journal journal;
-    const QJsonArray collectArray = object.value(QStringLiteral("collect")).toArray();
-    for (const auto& value : collectArray) {
-        const QJsonObject entry = value.toObject();
-        const int item = reader.number(entry.value(QStringLiteral("in")), -1);
-        journal.collects.push_back(
-            {{item, reader.path(entry.value(QStringLiteral("from")), item < 0)},
-             reader.number(entry.value(QStringLiteral("item")), 0)});
+    for (auto count = reader.number<quint32>(); count > 0; --count) {
+        Collect collect;
+        collect.from.item = reader.number<qint32>(-1);
+        collect.from.path = reader.path(collect.from.item < 0);
+        collect.item = reader.number<qint32>(0);
+        journal.collects.push_back(std::move(collect));
     }
-    const QJsonArray putArray = object.value(QStringLiteral("put")).toArray();
-    for (const auto& value : putArray) {
-        const QJsonObject entry = value.toObject();
-        journal.puts.push_back({reader.path(entry.value(QStringLiteral("to")), true),
-                                reader.number(entry.value(QStringLiteral("item")), -1),
-                                static_cast<std::uint16_t>(
-                                    reader.number(entry.value(QStringLiteral("mode")), 0) & 0777),
-                                entry.value(QStringLiteral("replace")).toBool()});
+    for (auto count = reader.number<quint32>(); count > 0; --count) {
+        Put put;
+        put.path = reader.path(true);
+        put.item = reader.number<qint32>(-1);
+        put.mode = reader.number<quint16>() & 0777;
+        put.replace = reader.number<quint8>() != 0;
+        journal.puts.push_back(std::move(put));
     }
+    reader.requireEnd();
     return journal;
 }
 

@@ -70,30 +70,43 @@ TEST(Journal, RoundTrips)
     EXPECT_TRUE(Journal::fromBytes(Journal().toBytes(), "x").isEmpty());
 }
 
-class DamagedJournal : public testing::TestWithParam<const char*>
+Journal collecting(Journal::Collect step)
 {
-};
-
-TEST_P(DamagedJournal, IsRefused)
-{
-    EXPECT_EQ(messageOf<FormatError>([] { Journal::fromBytes(GetParam(), "/j/collect"); }),
-              "/j/collect: damaged journal");
+    return {{std::move(step)}, {}};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, DamagedJournal,
-    testing::Values("", "{}", "[]", R"({"version":2})",
-                    R"({"version":1,"collect":[{"in":-2,"from":"a","item":0}]})",
-                    R"({"version":1,"collect":[{"in":-1,"from":"a","item":-1}]})",
-                    R"({"version":1,"collect":[{"in":-1,"from":"../a","item":0}]})",
-                    R"({"version":1,"collect":[{"in":-1,"from":"/a","item":0}]})",
-                    R"({"version":1,"collect":[{"in":-1,"from":"","item":0}]})",
-                    R"({"version":1,"collect":[{"in":-1,"item":0}]})",
-                    R"({"version":1,"collect":[7]})",
-                    R"({"version":1,"put":[{"to":"a/../../b","item":0,"mode":0}]})",
-                    R"({"version":1,"put":[{"to":"a","item":-2,"mode":0}]})",
-                    R"({"version":1,"put":[{"to":"a","item":0,"mode":-1}]})",
-                    R"({"version":1,"put":[{"to":"a//b","item":0,"mode":0}]})"));
+Journal putting(Journal::Put step)
+{
+    return {{}, {std::move(step)}};
+}
+
+TEST(Journal, IsRefusedWhenItLeavesTheProjectOrMakesNoSense)
+{
+    for (const Journal& journal :
+         {collecting({{-2, "a"}, 0}), collecting({{-1, "a"}, -1}), collecting({{-1, "../a"}, 0}),
+          collecting({{-1, "/a"}, 0}), collecting({{-1, ""}, 0}), collecting({{-1, ".git/a"}, 0}),
+          collecting({{-1, "\xff"}, 0}), putting({"a/../../b", 0, 0, false}),
+          putting({"a", -2, 0, false}), putting({"a//b", 0, 0, false}),
+          putting({".hg", 0, 0, true}), putting({std::string("a\0b", 3), 0, 0, false})}) {
+        EXPECT_EQ(
+            messageOf<FormatError>([&] { Journal::fromBytes(journal.toBytes(), "/j/collect"); }),
+            "/j/collect: damaged journal");
+    }
+    EXPECT_FALSE(Journal::fromBytes(collecting({{0, ".git/a"}, 1}).toBytes(), "x").isEmpty());
+    EXPECT_FALSE(Journal::fromBytes(putting({".kxproject", 0, 0, true}).toBytes(), "x").isEmpty());
+}
+
+TEST(Journal, IsRefusedWhenItIsNotWhole)
+{
+    const QByteArray bytes = sample().toBytes();
+    for (int size = 0; size < bytes.size(); ++size) {
+        EXPECT_THROW(Journal::fromBytes(bytes.left(size), "x"), FormatError) << size;
+    }
+    EXPECT_THROW(Journal::fromBytes(bytes + '\0', "x"), FormatError);
+    EXPECT_THROW(Journal::fromBytes('\x1' + bytes.mid(1), "x"), FormatError);
+    EXPECT_THROW(Journal::fromBytes("{}", "x"), FormatError);
+    EXPECT_THROW(Journal::fromBytes("\2\xff\xff\xff\xff", "x"), FormatError);
+}
 
 // A project that is saved in place so that everything happens: a file is replaced, one removed, one
 // new; a directory moved, one removed, one new, one swapped with its child.

@@ -1,4 +1,5 @@
 #include "another_user.hpp"
+#include "journal.hpp"
 #include "support.hpp"
 
 #include <pk/project/project.hpp>
@@ -279,7 +280,7 @@ struct CraftedJournal
 {
     const char* name;
     const char* phase;
-    const char* json;
+    Journal journal;
 };
 
 class MadeUpJournal : public testing::TestWithParam<CraftedJournal>
@@ -293,7 +294,7 @@ TEST_P(MadeUpJournal, DoesNotReachOutOfTheProject)
     const QString journal = directory.path(".p.kxjournal");
     putLocal(path + q("/.git/config"), "mine");
     putLocal(directory.path("outside/f"), "precious");
-    putLocal(journal + q("/") + q(GetParam().phase), GetParam().json);
+    putLocal(journal + q("/") + q(GetParam().phase), GetParam().journal.toBytes());
     putLocal(journal + q("/0"), "evil");
     ASSERT_TRUE(QFile::link(directory.path(), journal + q("/5")));
     ASSERT_TRUE(QFile::link(directory.path("outside"), path + q("/link")));
@@ -304,18 +305,11 @@ TEST_P(MadeUpJournal, DoesNotReachOutOfTheProject)
 
 INSTANTIATE_TEST_SUITE_P(
     All, MadeUpJournal,
-    testing::Values(
-        CraftedJournal{"ThroughAnItem", "collect",
-                       R"({"version":1,"collect":[{"in":5,"from":"outside/f","item":6}]})"},
-        CraftedJournal{"ThroughALink", "collect",
-                       R"({"version":1,"collect":[{"in":-1,"from":"link/f","item":6}]})"},
-        CraftedJournal{"PutThroughALink", "put",
-                       R"({"version":1,"put":[{"to":"link/g","item":0,"mode":0}]})"},
-        CraftedJournal{
-            "IntoARepository", "put",
-            R"({"version":1,"put":[{"to":".git/config","item":0,"mode":0,"replace":true}]})"},
-        CraftedJournal{"Upwards", "put",
-                       R"({"version":1,"put":[{"to":"../outside/f","item":0,"mode":0}]})"}),
+    testing::Values(CraftedJournal{"ThroughAnItem", "collect", {{{{5, "outside/f"}, 6}}, {}}},
+                    CraftedJournal{"ThroughALink", "collect", {{{{-1, "link/f"}, 6}}, {}}},
+                    CraftedJournal{"PutThroughALink", "put", {{}, {{"link/g", 0, 0, false}}}},
+                    CraftedJournal{"IntoARepository", "put", {{}, {{".git/config", 0, 0, true}}}},
+                    CraftedJournal{"Upwards", "put", {{}, {{"../outside/f", 0, 0, false}}}}),
     [](const auto& c) { return std::string(c.param.name); });
 
 TEST(Safety, AFileInTheJournalsPlaceIsNamed)
