@@ -1,6 +1,6 @@
 #include "directory_save.hpp"
 
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "save_plan.hpp"
 
 #include <pk/project/error.hpp>

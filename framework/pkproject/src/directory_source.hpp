@@ -3,7 +3,7 @@
 #include "disk.hpp"
 #include "edit_log.hpp"
 #include "index.hpp"
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "metadata.hpp"
 #include "place.hpp"
 

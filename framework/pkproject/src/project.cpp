@@ -1,5 +1,5 @@
 #include "disk.hpp"
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "lock.hpp"
 #include "metadata.hpp"
 #include "place.hpp"

@@ -2,7 +2,7 @@
 
 #include "conflict.hpp"
 #include "edit_log.hpp"
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "lock.hpp"
 #include "staging.hpp"
 #include "warn.hpp"

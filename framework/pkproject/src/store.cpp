@@ -1,7 +1,7 @@
 #include "store.hpp"
 
 #include "export.hpp"
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "lock.hpp"
 #include "warn.hpp"
 

@@ -1,6 +1,6 @@
 #include "archive_save.hpp"
 #include "directory_save.hpp"
-#include "journal.hpp"
+#include "journal_directory.hpp"
 #include "lock.hpp"
 #include "publish.hpp"
 #include "store.hpp"

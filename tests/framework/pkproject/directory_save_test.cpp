@@ -58,13 +58,20 @@ TEST_F(ADirectorySave, InPlaceCostsTheChangesWhateverTheProjectsSize)
 
 TEST_F(ADirectorySave, InPlaceSyncsAsOftenAsItMust)
 {
-    // The new file, the journal, its directory without and with its name, that directory's name,
-    // and what the file is in.
+    // The new file, and what it is in.
     EXPECT_EQ(syncsIn(operationsOf(
                   10, [](ProjectModel& model) { model.writeFile(q("boxes/box3"), "other"); })),
-              6);
-    // The same; and a file is collected: both directories that this changes, and the second name of
-    // the journal; and it is put in another directory.
+              2);
+    // Two new files, the journal, its directory without and with its name, that directory's name,
+    // and what the files are in.
+    EXPECT_EQ(syncsIn(operationsOf(10,
+                                   [](ProjectModel& model) {
+                                       model.writeFile(q("boxes/box3"), "other");
+                                       model.writeFile(q("boxes/box4"), "other");
+                                   })),
+              7);
+    // One new file; and a file is collected: both directories that this changes, and the second
+    // name of the journal; and it is put in another directory.
     EXPECT_EQ(syncsIn(operationsOf(10,
                                    [](ProjectModel& model) {
                                        model.writeFile(q("boxes/box3"), "other");

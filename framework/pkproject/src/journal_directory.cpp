@@ -1,0 +1,554 @@
+#include "journal_directory.hpp"
+
+#include "metadata.hpp"
+#include "place.hpp"
+#include "project_path.hpp"
+#include "warn.hpp"
+
+#include <pk/project/error.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <fcntl.h>
+#include <set>
+#include <unistd.h>
+
+namespace pk::project {
+
+namespace {
+
+constexpr const char* a_draft = "draft";
+constexpr const char* a_collect = "collect";
+constexpr const char* a_put = "put";
+
+// From this many on, one sync of the file system is cheaper than one for each directory.
+constexpr std::size_t a_manyDirectories = 32;
+
+bool exists(const std::string& path)
+{
+    return statOf(path).has_value();
+}
+
+// Whether a new directory gets a mode that forbids its owner to work in it.
+bool isClosed(const Journal::Put& directory)
+{
+    return (directory.mode & 0700) != 0700;
+}
+
+bool makesDirectory(const Journal::Put& step)
+{
+    return step.item < 0;
+}
+
+// Lets a phase that is run again, or undone, work in a directory that got its mode already.
+void openForWork(const Journal::Put& directory, const std::string& path)
+{
+    if (isClosed(directory)) {
+        Disk::instance().chmod(path, directory.mode | 0700);
+    }
+}
+
+// What undo() puts back for a file that an item replaced.
+std::string preservedName(const std::string& item)
+{
+    return item + ".old";
+}
+
+std::string directoryOf(const std::string& path)
+{
+    return path.substr(0, path.rfind('/'));
+}
+
+// Syncs each directory that a phase changed an entry of, once.
+class ChangedDirectories
+{
+public:
+    void addParentOf(const std::string& path) { m_paths.insert(directoryOf(path)); }
+    void sync(const std::string& anyPath) const
+    {
+        if (m_paths.size() > a_manyDirectories) {
+            Disk::instance().syncFileSystem(anyPath);
+            return;
+        }
+        for (const std::string& path : m_paths) {
+            // A directory can have been moved away by a later step of the phase that is run again,
+            // and a file can be there once a save is undone.
+            const auto info = statOf(path);
+            if (info && S_ISDIR(info->st_mode)) {
+                syncDirectory(path);
+            }
+        }
+    }
+
+private:
+    std::set<std::string> m_paths;
+};
+
+// Gives the project directory another modification time than any it had, which is how a model that
+// was opened before learns that there was a save.
+void markChanged(const std::string& project)
+{
+    const struct stat info = statOf(openPath(project, O_PATH));
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t nanoseconds =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+    Disk::instance().setTime(project, std::max(nanoseconds, modificationTime(info) + 1));
+}
+
+} // namespace
+
+JournalDirectory::JournalDirectory(const Place& place)
+    : m_project(place.path), m_path(place.journal()), m_parent(place.parent)
+{
+    removeTree(m_path);
+    Disk::instance().mkdir(m_path, 0700);
+}
+
+JournalDirectory::JournalDirectory(const Place& place, Existing /*existing*/)
+    : m_project(place.path), m_path(place.journal()), m_parent(place.parent), m_begun(true)
+{
+}
+
+JournalDirectory::~JournalDirectory()
+{
+    if (m_begun) {
+        return;
+    }
+    try {
+        removeTree(m_path);
+    } catch (const Error& error) {
+        // The next one to open or save the project removes it.
+        warn(error.what(), __FILE__, "~JournalDirectory", __LINE__);
+    }
+}
+
+std::string JournalDirectory::itemPath(int item) const
+{
+    return m_path + "/" + std::to_string(item);
+}
+
+void JournalDirectory::run(const Journal& journal, bool syncItems)
+{
+    const bool isWritten = !journal.isOneRename();
+    if (isWritten) {
+        write(journal, syncItems);
+    } else {
+        const auto info = statOf(onlyRename(journal).from);
+        m_file = info ? Stamp::of(*info) : Stamp();
+        m_begun = true;
+    }
+    try {
+        if (!journal.collects.empty()) {
+            collect(journal, Run::Save);
+            if (isWritten) {
+                rename(a_collect, a_put);
+            }
+        }
+        put(journal, Run::Save);
+        if (isWritten) {
+            Disk::instance().unlink(m_path + "/" + a_put);
+        }
+    } catch (const Error&) {
+        tryUndo(journal);
+        throw;
+    }
+    try {
+        // A journal that a power failure brings back finds its items in their places and does
+        // nothing, unless it made directories: by then somebody may have removed those.
+        const bool isHarmless =
+            std::none_of(journal.puts.begin(), journal.puts.end(), makesDirectory);
+        if (isHarmless) {
+            m_begun = false;
+        } else {
+            finish();
+        }
+    } catch (const Error& error) {
+        // All of the save is on the disk; what is left of the journal asks for nothing more.
+        warn(error.what(), __FILE__, "run", __LINE__);
+    }
+}
+
+void JournalDirectory::recover(const Place& place)
+{
+    if (!exists(place.journal())) {
+        return;
+    }
+    refuseStranger(place);
+    JournalDirectory directory(place, Existing());
+    for (const char* const phase : {a_collect, a_put}) {
+        const std::string path = directory.m_path + "/" + phase;
+        if (!exists(path)) {
+            continue;
+        }
+        const std::string bytes = readAll(openPath(path, O_RDONLY | O_NOFOLLOW));
+        const Journal journal = Journal::fromBytes(QByteArray::fromStdString(bytes), path);
+        directory.refuseLinks(journal);
+        const auto project = statOf(place.path);
+        if (!project || !S_ISDIR(project->st_mode)) {
+            throw IoError(path + ": it is part of a save to '" + place.path +
+                          "', which is gone: bring that back, or remove the journal's directory");
+        }
+        if (phase == a_collect) {
+            directory.collect(journal, Run::Recover);
+            directory.rename(a_collect, a_put);
+        }
+        directory.put(journal, Run::Recover);
+        Disk::instance().unlink(directory.m_path + "/" + a_put);
+        break;
+    }
+    directory.finish();
+    // The destructor removes the rest. Where it can't, the project is whole all the same and can be
+    // read; only a save in place needs the directory's place.
+}
+
+bool JournalDirectory::isPending(const Place& place)
+{
+    return exists(place.journal() + "/" + a_collect) || exists(place.journal() + "/" + a_put);
+}
+
+std::string JournalDirectory::locate(const Journal::Location& location) const
+{
+    return (location.item < 0 ? m_project : itemPath(location.item)) + "/" + location.path;
+}
+
+JournalDirectory::Rename JournalDirectory::onlyRename(const Journal& journal) const
+{
+    if (journal.puts.empty()) {
+        return {locate(journal.collects.front().from), itemPath(journal.collects.front().item)};
+    }
+    return {itemPath(journal.puts.front().item), m_project + "/" + journal.puts.front().path};
+}
+
+// Steps are taken, and undone, one after the other, so that what lies in the journal directory
+// shows which of them hold.
+std::string JournalDirectory::locateNow(const Journal& journal, Journal::Location location) const
+{
+    const auto isAtOrBelow = [](const std::string& path, const std::string& top) {
+        return path.compare(0, top.size(), top) == 0 &&
+               (path.size() == top.size() || path[top.size()] == '/');
+    };
+    const auto isItem = [this](int item) { return exists(itemPath(item)); };
+    const bool areCollected = exists(m_path + "/" + a_put);
+    for (const Journal::Collect& step : journal.collects) {
+        if (step.from.item == location.item && isAtOrBelow(location.path, step.from.path) &&
+            (areCollected || isItem(step.item))) {
+            location = {step.item, location.path.substr(step.from.path.size())};
+            location.path.erase(0, location.path.find_first_not_of('/'));
+        }
+    }
+    if (location.item >= 0 && !isItem(location.item)) {
+        const auto put =
+            std::find_if(journal.puts.begin(), journal.puts.end(),
+                         [&](const Journal::Put& step) { return step.item == location.item; });
+        if (put != journal.puts.end()) {
+            location = {-1, joinPath(put->path, location.path)};
+        }
+    }
+    for (const Journal::Put& step : journal.puts) {
+        if (location.item < 0 && step.replace && step.path == location.path && !isItem(step.item) &&
+            exists(preservedName(itemPath(step.item)))) {
+            return preservedName(itemPath(step.item));
+        }
+    }
+    return locate(location);
+}
+
+// A journal that no save left, but somebody made up, must not reach out of the project.
+void JournalDirectory::refuseStranger(const Place& place)
+{
+    const auto info = statOf(place.journal());
+    if (!S_ISDIR(info->st_mode) || (info->st_uid != ::geteuid() && ::geteuid() != 0)) {
+        throw FormatError(place.journal() + ": it is in the way of the store's own journal");
+    }
+}
+
+void JournalDirectory::refuseLinks(const Journal& journal) const
+{
+    std::set<std::string> checked;
+    const auto checkAbove = [&](const std::string& path, std::size_t at) {
+        for (; at != std::string::npos; at = path.find('/', at + 1)) {
+            const std::string above = path.substr(0, at);
+            if (!checked.insert(above).second) {
+                continue;
+            }
+            const auto info = statOf(above);
+            if (info && S_ISLNK(info->st_mode)) {
+                throw FormatError(m_path + ": damaged journal: '" + above + "' is a symbolic link");
+            }
+        }
+    };
+    for (const Journal::Collect& step : journal.collects) {
+        checkAbove(locate(step.from), (step.from.item < 0 ? m_project : m_path).size() + 1);
+    }
+    for (const Journal::Put& step : journal.puts) {
+        checkAbove(m_project + "/" + step.path, m_project.size() + 1);
+    }
+}
+
+void JournalDirectory::write(const Journal& journal, bool syncItems)
+{
+    const QByteArray bytes = journal.toBytes();
+    const std::string draft = m_path + "/" + a_draft;
+    {
+        const Fd file = Disk::instance().create(draft, 0600);
+        Disk::instance().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+        m_file = Stamp::of(statOf(file));
+        if (syncItems) {
+            Disk::instance().syncFileSystem(m_path);
+        } else {
+            Disk::instance().sync(file);
+            // The names of the items must be there when the journal is.
+            syncDirectory(m_path);
+        }
+    }
+    // From the next line on the journal may be found by whoever comes after a crash.
+    m_begun = true;
+    try {
+        rename(a_draft, journal.collects.empty() ? a_put : a_collect);
+        syncDirectory(m_parent);
+    } catch (const Error&) {
+        tryUndo(journal);
+        throw;
+    }
+}
+
+void JournalDirectory::rename(const char* from, const char* to)
+{
+    Disk::instance().rename(m_path + "/" + from, m_path + "/" + to);
+    syncDirectory(m_path);
+}
+
+void JournalDirectory::collect(const Journal& journal, Run run)
+{
+    ChangedDirectories changed;
+    for (const Journal::Collect& step : journal.collects) {
+        const std::string from = locate(step.from);
+        const std::string item = itemPath(step.item);
+        if (!exists(item) && (run == Run::Save || exists(from))) {
+            Disk::instance().renameNew(from, item);
+        }
+        changed.addParentOf(from);
+        changed.addParentOf(item);
+    }
+    changed.sync(m_path);
+}
+
+void JournalDirectory::put(const Journal& journal, Run run)
+{
+    ChangedDirectories changed;
+    markChanged(m_project);
+    for (const Journal::Put& step : journal.puts) {
+        putItem(step, run);
+        changed.addParentOf(m_project + "/" + step.path);
+    }
+    for (const Journal::Put& step : journal.puts) {
+        if (makesDirectory(step) && isClosed(step)) {
+            Disk::instance().chmod(m_project + "/" + step.path, step.mode);
+        }
+    }
+    changed.sync(m_path);
+}
+
+void JournalDirectory::putItem(const Journal::Put& step, Run run)
+{
+    const std::string to = m_project + "/" + step.path;
+    const bool isToDo = makesDirectory(step) || exists(itemPath(step.item));
+    if (isToDo && run == Run::Recover) {
+        makeWay(step);
+    }
+    if (makesDirectory(step)) {
+        if (!exists(to)) {
+            Disk::instance().mkdir(to, step.mode | 0700);
+        } else {
+            openForWork(step, to);
+        }
+    } else if (isToDo && step.replace) {
+        if (run == Run::Save) {
+            preserve(to, itemPath(step.item));
+        }
+        Disk::instance().rename(itemPath(step.item), to);
+    } else if (isToDo) {
+        Disk::instance().renameNew(itemPath(step.item), to);
+    }
+}
+
+// Only what somebody did since the save can be in the way of a step, or keep it from its directory.
+void JournalDirectory::makeWay(const Journal::Put& step) const
+{
+    for (std::size_t at = step.path.find('/'); at != std::string::npos;
+         at = step.path.find('/', at + 1)) {
+        const std::string above = m_project + "/" + step.path.substr(0, at);
+        const auto info = statOf(above);
+        if (info && !S_ISDIR(info->st_mode)) {
+            setAside(above);
+        }
+        if (!info || !S_ISDIR(info->st_mode)) {
+            Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
+        }
+    }
+    const std::string to = m_project + "/" + step.path;
+    const auto info = statOf(to);
+    const bool isInTheWay = makesDirectory(step)
+                                ? info && !S_ISDIR(info->st_mode)
+                                : info && !(step.replace && S_ISREG(info->st_mode));
+    if (isInTheWay) {
+        setAside(to);
+    }
+}
+
+void JournalDirectory::setAside(const std::string& path)
+{
+    for (int number = 1;; ++number) {
+        const std::string other = path + ".~" + std::to_string(number) + "~";
+        if (!exists(other)) {
+            warn(path + ": it came there while a save was unfinished, and is now '" + other + "'",
+                 __FILE__, "setAside", __LINE__);
+            Disk::instance().renameNew(path, other);
+            return;
+        }
+    }
+}
+
+// Keeps a file that an item is to replace, for undo().
+void JournalDirectory::preserve(const std::string& file, const std::string& item)
+{
+    try {
+        Disk::instance().link(file, preservedName(item));
+    } catch (const IoError&) {
+        // Not every file system has links.
+        copyToNewFile(openPath(file, O_RDONLY | O_NOFOLLOW), preservedName(item), 0600);
+    }
+}
+
+bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfinished)
+{
+    JournalDirectory directory(place, Existing());
+    const bool isOurs = directory.isOurs(unfinished);
+    if (isOurs) {
+        directory.undo(unfinished.journal);
+    }
+    return isOurs;
+}
+
+// Whether what the save left is still there, and not what somebody else's left since.
+bool JournalDirectory::isOurs(const Unfinished& unfinished) const
+{
+    const auto isIt = [&](const std::string& path) {
+        const auto info = statOf(path);
+        return info && Stamp::of(*info) == unfinished.file;
+    };
+    if (unfinished.journal.isOneRename()) {
+        const auto [from, to] = onlyRename(unfinished.journal);
+        return exists(m_path) && (isIt(from) || isIt(to));
+    }
+    return isIt(m_path + "/" + a_collect) || isIt(m_path + "/" + a_put);
+}
+
+std::string JournalDirectory::whereIs(const Place& place, const Unfinished& unfinished,
+                                      const std::string& path)
+{
+    const JournalDirectory directory(place, Existing());
+    return directory.locateNow(unfinished.journal, {-1, path});
+}
+
+void JournalDirectory::tryUndo(const Journal& journal)
+{
+    try {
+        undo(journal);
+    } catch (const Error& error) {
+        m_unfinished = Unfinished{journal, m_file};
+        warn(m_project +
+                 ": a save that failed could not be undone, which is tried again with the "
+                 "next save; whoever opens the project first completes it: " +
+                 error.what(),
+             __FILE__, "tryUndo", __LINE__);
+    }
+}
+
+void JournalDirectory::undo(const Journal& journal)
+{
+    if (journal.isOneRename() || exists(m_path + "/" + a_put)) {
+        undoPuts(journal);
+        if (!journal.isOneRename() && !journal.collects.empty()) {
+            Disk::instance().syncFileSystem(m_path);
+            rename(a_put, a_collect);
+        }
+    }
+    undoCollects(journal);
+    Disk::instance().syncFileSystem(m_path);
+    removeTree(m_path + "/" + a_collect);
+    removeTree(m_path + "/" + a_put);
+    finish();
+}
+
+void JournalDirectory::undoPuts(const Journal& journal)
+{
+    for (const Journal::Put& step : journal.puts) {
+        if (makesDirectory(step) && exists(m_project + "/" + step.path)) {
+            openForWork(step, m_project + "/" + step.path);
+        }
+    }
+    takeBack(journal);
+    bool isToSync = false;
+    for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
+        const std::string to = m_project + "/" + step->path;
+        const std::string item = itemPath(step->item);
+        const std::string old = preservedName(item);
+        if (makesDirectory(*step) && exists(to)) {
+            if (isToSync) { // what was in the directory must have left it when it goes
+                Disk::instance().syncFileSystem(m_path);
+                isToSync = false;
+            }
+            Disk::instance().rmdir(to);
+        } else if (step->replace && exists(old)) {
+            if (exists(to) && exists(item)) {
+                // Which changes the file, so it belongs to the undoing.
+                Disk::instance().unlink(old);
+            } else {
+                Disk::instance().rename(old, to);
+            }
+        } else if (!makesDirectory(*step) && !step->replace && !exists(item) && exists(to)) {
+            Disk::instance().renameNew(to, item);
+            isToSync = true;
+        }
+    }
+}
+
+// As long as the journal asks for a new file, it must be found in its place or as an item: an old
+// one comes back only when the new one is an item for certain.
+void JournalDirectory::takeBack(const Journal& journal)
+{
+    if (journal.isOneRename()) {
+        return; // no journal asks for it
+    }
+    bool isToSync = false;
+    for (const Journal::Put& step : journal.puts) {
+        const std::string to = m_project + "/" + step.path;
+        const std::string item = itemPath(step.item);
+        if (step.replace && exists(preservedName(item)) && !exists(item) && exists(to)) {
+            Disk::instance().rename(to, item);
+            isToSync = true;
+        }
+    }
+    if (isToSync) {
+        Disk::instance().syncFileSystem(m_path);
+    }
+}
+
+void JournalDirectory::undoCollects(const Journal& journal)
+{
+    for (auto step = journal.collects.rbegin(); step != journal.collects.rend(); ++step) {
+        if (exists(itemPath(step->item))) {
+            Disk::instance().renameNew(itemPath(step->item), locate(step->from));
+        }
+    }
+}
+
+// The save is done, or undone: what is left of the directory is rubbish.
+void JournalDirectory::finish()
+{
+    syncDirectory(m_path);
+    m_begun = false;
+}
+
+} // namespace pk::project
