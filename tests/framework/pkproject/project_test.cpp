@@ -111,6 +111,7 @@ TEST_F(AProject, CompletesAnInterruptedSave)
     model.setMetadata(q("name"), q("old"));
     model.save(path(), ArchiveFormat::Directory, true);
     model.setMetadata(q("name"), q("new"));
+    model.writeFile(q("file"), "new"); // so that the save needs a journal
     {
         FaultyDisk disk;
         int number = 0;
