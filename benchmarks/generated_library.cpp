@@ -1,7 +1,7 @@
 #include "generated_library.hpp"
 
-#include <fstream>
 #include <algorithm>
+#include <fstream>
 #include <functional>
 
 namespace generated {

@@ -43,12 +43,13 @@ void writeBytes(const QByteArray& bytes, const std::string& path, mode_t mode, b
     }
 }
 
-void planMetadata(Journal& journal, bool isThere, bool isWanted, int item)
+void planMetadata(Journal& journal, const std::optional<Stamp>& before, bool isWanted, int item)
 {
     if (isWanted) {
-        journal.puts.push_back({a_metadataFile, item, 0, isThere});
-    } else if (isThere) {
-        journal.collects.push_back({{-1, a_metadataFile}, item});
+        journal.puts.push_back(
+            {a_metadataFile, item, 0, before.has_value(), before.value_or(Stamp())});
+    } else if (before) {
+        journal.collects.push_back({{-1, a_metadataFile}, item, *before});
     }
 }
 
@@ -78,7 +79,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
     const QByteArray newMetadata = metadata != nullptr ? readableMetadata(*metadata) : QByteArray();
     const int metadataItem = plan.nextItem();
     if (metadata != nullptr) {
-        planMetadata(journal, source.hasMetadataFile(), !newMetadata.isEmpty(), metadataItem);
+        planMetadata(journal, source.metadataFile(), !newMetadata.isEmpty(), metadataItem);
     }
     if (journal.isEmpty()) {
         checkConflicts(index, source, plan);

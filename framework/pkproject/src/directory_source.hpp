@@ -64,8 +64,8 @@ public:
     /// entry of the top directory came or went.
     bool mayHaveChanged() const;
 
-    /// Whether the metadata file is there, as it was when last looked at.
-    bool hasMetadataFile() const { return m_metadataStamp.has_value(); }
+    /// The metadata file, if it is there, as it was when last looked at.
+    const std::optional<Stamp>& metadataFile() const { return m_metadataStamp; }
 
     /// A save in place that failed and could not be undone yet. Files of the source are found all
     /// the same.

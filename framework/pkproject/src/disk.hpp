@@ -92,6 +92,12 @@ std::uint16_t umaskLeaves(mode_t mode);
 /// lstat(); nothing when there is nothing at `path`.
 std::optional<struct stat> statOf(const std::string& path);
 
+/// Whether anything is at `path`, no link followed.
+inline bool exists(const std::string& path)
+{
+    return statOf(path).has_value();
+}
+
 /// fstat().
 struct stat statOf(const Fd& file);
 

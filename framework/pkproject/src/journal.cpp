@@ -23,6 +23,11 @@ QByteArray bytesOf(const std::string& path)
     return QByteArray::fromRawData(path.data(), static_cast<int>(path.size()));
 }
 
+QDataStream& operator<<(QDataStream& out, const Stamp& stamp)
+{
+    return out << quint64{stamp.id} << qint64{stamp.time} << qint64{stamp.bytes};
+}
+
 // Reads what Journal::toBytes() wrote: numbers and texts in Qt's data stream format.
 class Reader
 {
@@ -48,6 +53,8 @@ public:
         require(value >= least);
         return value;
     }
+
+    Stamp stamp() { return {number<quint64>(), number<qint64>(), number<qint64>()}; }
 
     std::string path(bool inProject)
     {
@@ -78,11 +85,13 @@ QByteArray Journal::toBytes() const
     out.setVersion(a_format);
     out << a_version << static_cast<quint32>(collects.size());
     for (const Collect& collect : collects) {
-        out << qint32{collect.from.item} << bytesOf(collect.from.path) << qint32{collect.item};
+        out << qint32{collect.from.item} << bytesOf(collect.from.path) << qint32{collect.item}
+            << collect.before;
     }
     out << static_cast<quint32>(puts.size());
     for (const Put& put : puts) {
-        out << bytesOf(put.path) << qint32{put.item} << quint16{put.mode} << quint8{put.replace};
+        out << bytesOf(put.path) << qint32{put.item} << quint16{put.mode} << quint8{put.replace}
+            << put.before;
     }
     return bytes;
 }
@@ -97,6 +106,7 @@ Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
         collect.from.item = reader.number<qint32>(-1);
         collect.from.path = reader.path(collect.from.item < 0);
         collect.item = reader.number<qint32>(0);
+        collect.before = reader.stamp();
         journal.collects.push_back(std::move(collect));
     }
     for (auto count = reader.number<quint32>(); count > 0; --count) {
@@ -105,6 +115,7 @@ Journal Journal::fromBytes(const QByteArray& bytes, const std::string& path)
         put.item = reader.number<qint32>(-1);
         put.mode = reader.number<quint16>() & 0777;
         put.replace = reader.number<quint8>() != 0;
+        put.before = reader.stamp();
         journal.puts.push_back(std::move(put));
     }
     reader.requireEnd();

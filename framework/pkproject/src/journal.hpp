@@ -1,5 +1,7 @@
 #pragma once
 
+#include "index.hpp"
+
 #include <QByteArray>
 
 #include <cstdint>
@@ -23,6 +25,7 @@ struct Journal
     {
         Location from;
         int item = 0;
+        Stamp before; ///< of a file, as the save knows it
     };
     /// An item's way to its place below the project, or a directory to be made there.
     struct Put
@@ -31,6 +34,9 @@ struct Journal
         int item = -1;          ///< -1: a new directory
         std::uint16_t mode = 0; ///< of the new directory
         bool replace = false;   ///< a file is there, which the item takes the place of
+        Stamp before;           ///< of that file, as the save knows it
+
+        bool makesDirectory() const { return item < 0; }
     };
 
     std::vector<Collect> collects; ///< directories before what is in them
@@ -40,7 +46,8 @@ struct Journal
     /// Whether one rename is all.
     bool isOneRename() const
     {
-        return collects.size() + puts.size() == 1 && (puts.empty() || puts.front().item >= 0);
+        return collects.size() + puts.size() == 1 &&
+               (puts.empty() || !puts.front().makesDirectory());
     }
 
     QByteArray toBytes() const;

@@ -1,6 +1,7 @@
 #include "journal_directory.hpp"
 
-#include "metadata.hpp"
+#include "changed_directories.hpp"
+#include "conflict.hpp"
 #include "place.hpp"
 #include "project_path.hpp"
 #include "warn.hpp"
@@ -17,27 +18,10 @@ namespace pk::project {
 
 namespace {
 
-constexpr const char* a_draft = "draft";
-constexpr const char* a_collect = "collect";
-constexpr const char* a_put = "put";
-
-// From this many on, one sync of the file system is cheaper than one for each directory.
-constexpr std::size_t a_manyDirectories = 32;
-
-bool exists(const std::string& path)
-{
-    return statOf(path).has_value();
-}
-
 // Whether a new directory gets a mode that forbids its owner to work in it.
 bool isClosed(const Journal::Put& directory)
 {
     return (directory.mode & 0700) != 0700;
-}
-
-bool makesDirectory(const Journal::Put& step)
-{
-    return step.item < 0;
 }
 
 // Lets a phase that is run again, or undone, work in a directory that got its mode already.
@@ -53,36 +37,6 @@ std::string preservedName(const std::string& item)
 {
     return item + ".old";
 }
-
-std::string directoryOf(const std::string& path)
-{
-    return path.substr(0, path.rfind('/'));
-}
-
-// Syncs each directory that a phase changed an entry of, once.
-class ChangedDirectories
-{
-public:
-    void addParentOf(const std::string& path) { m_paths.insert(directoryOf(path)); }
-    void sync(const std::string& anyPath) const
-    {
-        if (m_paths.size() > a_manyDirectories) {
-            Disk::instance().syncFileSystem(anyPath);
-            return;
-        }
-        for (const std::string& path : m_paths) {
-            // A directory can have been moved away by a later step of the phase that is run again,
-            // and a file can be there once a save is undone.
-            const auto info = statOf(path);
-            if (info && S_ISDIR(info->st_mode)) {
-                syncDirectory(path);
-            }
-        }
-    }
-
-private:
-    std::set<std::string> m_paths;
-};
 
 // Gives the project directory another modification time than any it had, which is how a model that
 // was opened before learns that there was a save.
@@ -156,7 +110,8 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
         // A journal that a power failure brings back finds its items in their places and does
         // nothing, unless it made directories: by then somebody may have removed those.
         const bool isHarmless =
-            std::none_of(journal.puts.begin(), journal.puts.end(), makesDirectory);
+            std::none_of(journal.puts.begin(), journal.puts.end(),
+                         [](const Journal::Put& step) { return step.makesDirectory(); });
         if (isHarmless) {
             m_begun = false;
         } else {
@@ -166,39 +121,6 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
         // All of the save is on the disk; what is left of the journal asks for nothing more.
         warn(error.what(), __FILE__, "run", __LINE__);
     }
-}
-
-void JournalDirectory::recover(const Place& place)
-{
-    if (!exists(place.journal())) {
-        return;
-    }
-    refuseStranger(place);
-    JournalDirectory directory(place, Existing());
-    for (const char* const phase : {a_collect, a_put}) {
-        const std::string path = directory.m_path + "/" + phase;
-        if (!exists(path)) {
-            continue;
-        }
-        const std::string bytes = readAll(openPath(path, O_RDONLY | O_NOFOLLOW));
-        const Journal journal = Journal::fromBytes(QByteArray::fromStdString(bytes), path);
-        directory.refuseLinks(journal);
-        const auto project = statOf(place.path);
-        if (!project || !S_ISDIR(project->st_mode)) {
-            throw IoError(path + ": it is part of a save to '" + place.path +
-                          "', which is gone: bring that back, or remove the journal's directory");
-        }
-        if (phase == a_collect) {
-            directory.collect(journal, Run::Recover);
-            directory.rename(a_collect, a_put);
-        }
-        directory.put(journal, Run::Recover);
-        Disk::instance().unlink(directory.m_path + "/" + a_put);
-        break;
-    }
-    directory.finish();
-    // The destructor removes the rest. Where it can't, the project is whole all the same and can be
-    // read; only a save in place needs the directory's place.
 }
 
 bool JournalDirectory::isPending(const Place& place)
@@ -245,21 +167,12 @@ std::string JournalDirectory::locateNow(const Journal& journal, Journal::Locatio
         }
     }
     for (const Journal::Put& step : journal.puts) {
-        if (location.item < 0 && step.replace && step.path == location.path && !isItem(step.item) &&
+        if (location.item < 0 && step.replace && step.path == location.path &&
             exists(preservedName(itemPath(step.item)))) {
             return preservedName(itemPath(step.item));
         }
     }
     return locate(location);
-}
-
-// A journal that no save left, but somebody made up, must not reach out of the project.
-void JournalDirectory::refuseStranger(const Place& place)
-{
-    const auto info = statOf(place.journal());
-    if (!S_ISDIR(info->st_mode) || (info->st_uid != ::geteuid() && ::geteuid() != 0)) {
-        throw FormatError(place.journal() + ": it is in the way of the store's own journal");
-    }
 }
 
 void JournalDirectory::refuseLinks(const Journal& journal) const
@@ -288,6 +201,9 @@ void JournalDirectory::refuseLinks(const Journal& journal) const
 void JournalDirectory::write(const Journal& journal, bool syncItems)
 {
     const QByteArray bytes = journal.toBytes();
+    if (bytes.size() > a_maxBytes) {
+        throw LimitError(m_project + ": too many changes for one save");
+    }
     const std::string draft = m_path + "/" + a_draft;
     {
         const Fd file = Disk::instance().create(draft, 0600);
@@ -338,25 +254,24 @@ void JournalDirectory::put(const Journal& journal, Run run)
     ChangedDirectories changed;
     markChanged(m_project);
     for (const Journal::Put& step : journal.puts) {
-        putItem(step, run);
-        changed.addParentOf(m_project + "/" + step.path);
+        putItem(step, run, changed);
     }
     for (const Journal::Put& step : journal.puts) {
-        if (makesDirectory(step) && isClosed(step)) {
+        if (step.makesDirectory() && isClosed(step)) {
             Disk::instance().chmod(m_project + "/" + step.path, step.mode);
         }
     }
     changed.sync(m_path);
 }
 
-void JournalDirectory::putItem(const Journal::Put& step, Run run)
+void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirectories& changed)
 {
     const std::string to = m_project + "/" + step.path;
-    const bool isToDo = makesDirectory(step) || exists(itemPath(step.item));
+    const bool isToDo = step.makesDirectory() || exists(itemPath(step.item));
     if (isToDo && run == Run::Recover) {
-        makeWay(step);
+        makeWay(step, changed);
     }
-    if (makesDirectory(step)) {
+    if (step.makesDirectory()) {
         if (!exists(to)) {
             Disk::instance().mkdir(to, step.mode | 0700);
         } else {
@@ -370,43 +285,7 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run)
     } else if (isToDo) {
         Disk::instance().renameNew(itemPath(step.item), to);
     }
-}
-
-// Only what somebody did since the save can be in the way of a step, or keep it from its directory.
-void JournalDirectory::makeWay(const Journal::Put& step) const
-{
-    for (std::size_t at = step.path.find('/'); at != std::string::npos;
-         at = step.path.find('/', at + 1)) {
-        const std::string above = m_project + "/" + step.path.substr(0, at);
-        const auto info = statOf(above);
-        if (info && !S_ISDIR(info->st_mode)) {
-            setAside(above);
-        }
-        if (!info || !S_ISDIR(info->st_mode)) {
-            Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
-        }
-    }
-    const std::string to = m_project + "/" + step.path;
-    const auto info = statOf(to);
-    const bool isInTheWay = makesDirectory(step)
-                                ? info && !S_ISDIR(info->st_mode)
-                                : info && !(step.replace && S_ISREG(info->st_mode));
-    if (isInTheWay) {
-        setAside(to);
-    }
-}
-
-void JournalDirectory::setAside(const std::string& path)
-{
-    for (int number = 1;; ++number) {
-        const std::string other = path + ".~" + std::to_string(number) + "~";
-        if (!exists(other)) {
-            warn(path + ": it came there while a save was unfinished, and is now '" + other + "'",
-                 __FILE__, "setAside", __LINE__);
-            Disk::instance().renameNew(path, other);
-            return;
-        }
-    }
+    changed.addParentOf(to);
 }
 
 // Keeps a file that an item is to replace, for undo().
@@ -425,9 +304,40 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     JournalDirectory directory(place, Existing());
     const bool isOurs = directory.isOurs(unfinished);
     if (isOurs) {
+        directory.refuseLinks(unfinished.journal);
+        directory.refuseChanges(unfinished);
         directory.undo(unfinished.journal);
     }
     return isOurs;
+}
+
+// What the save put is taken away by its undoing, so it must not be what somebody made of it since.
+void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
+{
+    std::vector<std::string> changes;
+    for (const auto& file : unfinished.put) {
+        const auto info = statOf(m_project + "/" + file.first);
+        if (info && Stamp::of(*info) != file.second) {
+            changes.push_back("'" + file.first + "' was changed");
+        }
+    }
+    if (!changes.empty()) {
+        throwConflict(m_project, "since a save failed that could not be undone", changes);
+    }
+}
+
+// The files that stand where a save put them, or was about to.
+std::vector<std::pair<std::string, Stamp>> JournalDirectory::filesPut(const Journal& journal) const
+{
+    std::vector<std::pair<std::string, Stamp>> files;
+    for (const Journal::Put& step : journal.puts) {
+        const auto info =
+            step.makesDirectory() ? std::nullopt : statOf(m_project + "/" + step.path);
+        if (info && S_ISREG(info->st_mode)) {
+            files.emplace_back(step.path, Stamp::of(*info));
+        }
+    }
+    return files;
 }
 
 // Whether what the save left is still there, and not what somebody else's left since.
@@ -456,7 +366,7 @@ void JournalDirectory::tryUndo(const Journal& journal)
     try {
         undo(journal);
     } catch (const Error& error) {
-        m_unfinished = Unfinished{journal, m_file};
+        m_unfinished = Unfinished{journal, m_file, filesPut(journal)};
         warn(m_project +
                  ": a save that failed could not be undone, which is tried again with the "
                  "next save; whoever opens the project first completes it: " +
@@ -484,7 +394,7 @@ void JournalDirectory::undo(const Journal& journal)
 void JournalDirectory::undoPuts(const Journal& journal)
 {
     for (const Journal::Put& step : journal.puts) {
-        if (makesDirectory(step) && exists(m_project + "/" + step.path)) {
+        if (step.makesDirectory() && exists(m_project + "/" + step.path)) {
             openForWork(step, m_project + "/" + step.path);
         }
     }
@@ -494,12 +404,14 @@ void JournalDirectory::undoPuts(const Journal& journal)
         const std::string to = m_project + "/" + step->path;
         const std::string item = itemPath(step->item);
         const std::string old = preservedName(item);
-        if (makesDirectory(*step) && exists(to)) {
+        if (step->makesDirectory() && exists(to)) {
             if (isToSync) { // what was in the directory must have left it when it goes
                 Disk::instance().syncFileSystem(m_path);
                 isToSync = false;
             }
-            Disk::instance().rmdir(to);
+            if (namesIn(openPath(to, O_RDONLY | O_DIRECTORY | O_NOFOLLOW)).empty()) {
+                Disk::instance().rmdir(to);
+            } // else somebody put something there since, for the next comparison to find
         } else if (step->replace && exists(old)) {
             if (exists(to) && exists(item)) {
                 // Which changes the file, so it belongs to the undoing.
@@ -507,7 +419,7 @@ void JournalDirectory::undoPuts(const Journal& journal)
             } else {
                 Disk::instance().rename(old, to);
             }
-        } else if (!makesDirectory(*step) && !step->replace && !exists(item) && exists(to)) {
+        } else if (!step->makesDirectory() && !step->replace && !exists(item) && exists(to)) {
             Disk::instance().renameNew(to, item);
             isToSync = true;
         }

@@ -4,11 +4,15 @@
 #include "index.hpp"
 #include "journal.hpp"
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace pk::project {
 
+class ChangedDirectories;
 struct Place;
 
 /// The journal directory beside a project directory, and the protocol by which a save in place is
@@ -45,6 +49,8 @@ public:
     {
         Journal journal;
         Stamp file; ///< of the journal on disk, or of what its one rename moves
+        /// The files that are where it put them, or was about to, by paths below the project.
+        std::vector<std::pair<std::string, Stamp>> put;
     };
 
     /// Does what the journal says; its new files are complete and synced, or `syncItems` asks for
@@ -54,7 +60,8 @@ public:
     std::optional<Unfinished> unfinished() const { return m_unfinished; }
 
     /// Undoes what an earlier run() left; false when somebody else completed it meanwhile. Throws
-    /// IoError.
+    /// ConflictError, and does nothing, when somebody changed what it had put, FormatError when a
+    /// link took the place of a directory, and IoError.
     static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
     /// The path of the file that was at `path` below the project when an earlier run() began, which
@@ -64,8 +71,9 @@ public:
 
     /// Completes or forgets the save that a program began at the place and did not end. Whatever
     /// somebody did to the project since, it succeeds and takes nothing from anybody: what is gone
-    /// is not put, a directory that is missing is made, and what is in the way gets another name;
-    /// the last, and what can't be removed of the journal directory, with a warning in the log.
+    /// is not put, a directory that is missing is made, and what came to be in the way, or was
+    /// changed and would be replaced or removed, gets another name (set_aside.hpp); that, and what
+    /// can't be removed of the journal directory, is a warning in the log.
     /// Throws IoError, also when the whole project is gone, and FormatError for a damaged journal.
     static void recover(const Place& place);
 
@@ -73,6 +81,12 @@ public:
     static bool isPending(const Place& place);
 
 private:
+    static constexpr const char* a_draft = "draft";
+    static constexpr const char* a_collect = "collect";
+    static constexpr const char* a_put = "put";
+    /// Of a journal: some millions of steps.
+    static constexpr std::int64_t a_maxBytes = std::int64_t{256} << 20U;
+
     struct Existing
     {
     };
@@ -89,6 +103,8 @@ private:
         std::string to;
     };
     Rename onlyRename(const Journal& journal) const;
+    void refuseChanges(const Unfinished& unfinished) const;
+    std::vector<std::pair<std::string, Stamp>> filesPut(const Journal& journal) const;
     bool isOurs(const Unfinished& unfinished) const;
     void rename(const char* from, const char* to);
     enum class Run
@@ -98,9 +114,11 @@ private:
     };
     void collect(const Journal& journal, Run run);
     void put(const Journal& journal, Run run);
-    void putItem(const Journal::Put& step, Run run);
-    void makeWay(const Journal::Put& step) const;
-    static void setAside(const std::string& path);
+    void putItem(const Journal::Put& step, Run run, ChangedDirectories& changed);
+    void makeWay(const Journal::Put& step, ChangedDirectories& changed) const;
+    void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;
+    void giveBack(const Journal& journal, std::int64_t since);
+    static std::string pathBefore(const Journal& journal, Journal::Location location);
     static void preserve(const std::string& file, const std::string& item);
     void tryUndo(const Journal& journal);
     void undo(const Journal& journal);

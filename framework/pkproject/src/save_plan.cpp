@@ -45,8 +45,10 @@ SavePlan::SavePlan(Index& index, Contents& contents) : m_index(index), m_content
             visitGhosts(*directory);
         }
     }
-    for (const auto& collect : m_taken) {
-        m_journal.collects.push_back({locate(collect.first), collect.second.item});
+    for (const auto& taken : m_taken) {
+        const Entry& entry = *taken.second.entry;
+        m_journal.collects.push_back(
+            {locate(taken.first), taken.second.item, entry.isDirectory() ? Stamp() : entry.stamp});
     }
     for (const auto& put : m_placed) {
         m_journal.puts.push_back(put.second);
@@ -99,7 +101,7 @@ void SavePlan::visit(Entry& entry)
     if (entry.isDirectory() && entry.inSource) {
         const int item = nextItem();
         m_taken[Index::sourcePath(entry)] = {&entry, item, false};
-        m_placed[Index::path(entry)] = {Index::path(entry), item, 0, false};
+        m_placed[Index::path(entry)] = {Index::path(entry), item, 0, false, {}};
         expectFree(entry);
         return;
     }
@@ -107,7 +109,7 @@ void SavePlan::visit(Entry& entry)
         visitFile(entry);
         return;
     }
-    m_placed[Index::path(entry)] = {Index::path(entry), -1, entry.mode, false};
+    m_placed[Index::path(entry)] = {Index::path(entry), -1, entry.mode, false, {}};
     expectFree(entry);
     for (const auto& child : entry.folder->children) {
         visit(*child);
@@ -127,21 +129,24 @@ void SavePlan::visitFile(Entry& entry)
         const int taken = entry.rewritten ? nextItem() : item;
         m_taken[Index::sourcePath(entry)] = {&entry, taken, entry.rewritten};
     }
-    bool replace = inPlace;
+    const Entry* replaced = nullptr;
     if (inPlace) {
+        replaced = &entry;
         m_replaced.push_back(&entry);
     } else {
         const auto& ghosts = entry.parent->folder->ghosts;
         const auto ghost = ghosts.find(entry.name);
-        replace = ghost != ghosts.end() && isReplaced(*entry.parent, entry.name, ghost->second);
-        if (!replace) {
+        if (ghost != ghosts.end() && isReplaced(*entry.parent, entry.name, ghost->second)) {
+            replaced = ghost->second.removed.get();
+        } else {
             expectFree(entry);
         }
     }
     if (!entry.inSource || entry.rewritten) {
         m_newFiles.push_back({&entry, item});
     }
-    m_placed[path] = {path, item, 0, replace};
+    m_placed[path] = {path, item, 0, replaced != nullptr,
+                      replaced != nullptr ? replaced->stamp : Stamp()};
 }
 
 void SavePlan::visitGhosts(Entry& directory)

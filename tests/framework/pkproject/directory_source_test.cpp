@@ -162,7 +162,7 @@ TEST_F(ADirectorySource, NoticesChangedMetadata)
 {
     putLocal(local(".kxproject"), R"({"a": "1"})");
     load();
-    EXPECT_TRUE(m_source->hasMetadataFile());
+    EXPECT_TRUE(m_source->metadataFile().has_value());
     EXPECT_EQ(m_source->loadMetadata(), (Metadata{{q("a"), q("1")}}));
     putLocal(local(".kxproject"), R"({"a": "other"})");
     EXPECT_TRUE(m_source->mayHaveChanged());

@@ -13,8 +13,10 @@ namespace {
 Journal sample()
 {
     Journal journal;
-    journal.collects = {{{-1, "motions"}, 0}, {{0, "old/x"}, 1}};
-    journal.puts = {{"a", -1, 0750, false}, {"a/moved", 0, 0, false}, {"file", 2, 0, true}};
+    journal.collects = {{{-1, "motions"}, 0, {}}, {{0, "old/x"}, 1, {1, 2, 3}}};
+    journal.puts = {{"a", -1, 0750, false, {}},
+                    {"a/moved", 0, 0, false, {}},
+                    {"file", 2, 0, true, {4, 5, 6}}};
     return journal;
 }
 
@@ -31,34 +33,36 @@ TEST(Journal, RoundTrips)
     ASSERT_EQ(read.puts.size(), 3U);
     EXPECT_EQ(read.puts[0].mode, 0750);
     EXPECT_TRUE(read.puts[2].replace);
+    EXPECT_EQ(read.puts[2].before, (Stamp{4, 5, 6}));
+    EXPECT_EQ(read.collects[1].before, (Stamp{1, 2, 3}));
     EXPECT_FALSE(read.isEmpty());
     EXPECT_TRUE(Journal::fromBytes(Journal().toBytes(), "x").isEmpty());
 }
 
-Journal collecting(Journal::Collect step)
+Journal collecting(int from, const char* path, int item)
 {
-    return {{std::move(step)}, {}};
+    return {{{{from, path}, item, {}}}, {}};
 }
 
-Journal putting(Journal::Put step)
+Journal putting(const std::string& path, int item)
 {
-    return {{}, {std::move(step)}};
+    return {{}, {{path, item, 0, false, {}}}};
 }
 
 TEST(Journal, IsRefusedWhenItLeavesTheProjectOrMakesNoSense)
 {
     for (const Journal& journal :
-         {collecting({{-2, "a"}, 0}), collecting({{-1, "a"}, -1}), collecting({{-1, "../a"}, 0}),
-          collecting({{-1, "/a"}, 0}), collecting({{-1, ""}, 0}), collecting({{-1, ".git/a"}, 0}),
-          collecting({{-1, "\xff"}, 0}), putting({"a/../../b", 0, 0, false}),
-          putting({"a", -2, 0, false}), putting({"a//b", 0, 0, false}),
-          putting({".hg", 0, 0, true}), putting({std::string("a\0b", 3), 0, 0, false})}) {
+         {collecting(-2, "a", 0), collecting(-1, "a", -1), collecting(-1, "../a", 0),
+          collecting(-1, "/a", 0), collecting(-1, "", 0), collecting(-1, ".git/a", 0),
+          collecting(-1, "\xff", 0), putting("a/../../b", 0),
+          putting("a", -2), putting("a//b", 0),
+          putting(".hg", 0), putting(std::string("a\0b", 3), 0)}) {
         EXPECT_EQ(
             messageOf<FormatError>([&] { Journal::fromBytes(journal.toBytes(), "/j/collect"); }),
             "/j/collect: damaged journal");
     }
-    EXPECT_FALSE(Journal::fromBytes(collecting({{0, ".git/a"}, 1}).toBytes(), "x").isEmpty());
-    EXPECT_FALSE(Journal::fromBytes(putting({".kxproject", 0, 0, true}).toBytes(), "x").isEmpty());
+    EXPECT_FALSE(Journal::fromBytes(collecting(0, ".git/a", 1).toBytes(), "x").isEmpty());
+    EXPECT_FALSE(Journal::fromBytes(putting(".kxproject", 0).toBytes(), "x").isEmpty());
 }
 
 TEST(Journal, IsRefusedWhenItIsNotWhole)

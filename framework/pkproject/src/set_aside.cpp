@@ -1,0 +1,66 @@
+#include "set_aside.hpp"
+
+#include "disk.hpp"
+#include "warn.hpp"
+
+#include <algorithm>
+#include <fcntl.h>
+
+namespace pk::project {
+
+namespace {
+
+constexpr std::size_t a_longestName = 255;
+
+bool isInsideCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U;
+}
+
+std::int64_t changeTime(const struct stat& info)
+{
+    return std::int64_t{info.st_ctim.tv_sec} * 1'000'000'000 + info.st_ctim.tv_nsec;
+}
+
+} // namespace
+
+std::string freePathLike(const std::string& path)
+{
+    const std::size_t nameAt = path.rfind('/') + 1;
+    for (int number = 1;; ++number) {
+        const std::string end = ".~" + std::to_string(number) + "~";
+        std::size_t size = std::min(path.size(), nameAt + a_longestName - end.size());
+        while (size < path.size() && isInsideCharacter(path[size])) {
+            --size;
+        }
+        std::string other = path.substr(0, size) + end;
+        if (!statOf(other)) {
+            return other;
+        }
+    }
+}
+
+void setAside(const std::string& path)
+{
+    const std::string other = freePathLike(path);
+    Disk::instance().renameNew(path, other);
+    warn(path + ": somebody else put or changed it while a save was unfinished; it is now '" +
+             other + "'",
+         __FILE__, "setAside", __LINE__);
+}
+
+bool isChangedBelow(const std::string& directory, std::int64_t since)
+{
+    for (const std::string& name :
+         namesIn(openPath(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
+        const std::string path = directory + "/" + name;
+        const auto info = statOf(path);
+        if (info &&
+            (S_ISDIR(info->st_mode) ? isChangedBelow(path, since) : changeTime(*info) > since)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace pk::project

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// What becomes of things that somebody put, or changed, where a save that was interrupted is to be
+/// finished.
+namespace pk::project {
+
+/// A path like `path` at which nothing is: "NAME.~1~", "NAME.~2~" and so on; of a name that would
+/// become too long for that, its beginning.
+std::string freePathLike(const std::string& path);
+
+/// Renames what is at `path` to a free path like it, with a warning in the log. Throws IoError.
+void setAside(const std::string& path);
+
+/// Whether a file at or below a directory came there, or was changed, after a time in nanoseconds
+/// since the epoch. Throws IoError.
+bool isChangedBelow(const std::string& directory, std::int64_t since);
+
+} // namespace pk::project

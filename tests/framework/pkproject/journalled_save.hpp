@@ -1,0 +1,74 @@
+#pragma once
+
+#include "faulty_disk.hpp"
+#include "place.hpp"
+#include "support.hpp"
+
+#include <cerrno>
+#include <optional>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace pk::project::test {
+
+/// A project that is saved in place so that everything happens: a file is replaced, one removed,
+/// one new; a directory moved, one removed, one new, one swapped with its child.
+class AJournalledSave : public testing::Test
+{
+protected:
+    AJournalledSave() { start(); }
+    // The old project, and a model with the edits.
+    void start()
+    {
+        m_model.reset();
+        removeTree(path().toStdString());
+        removeTree(place().journal());
+        ProjectModel model;
+        for (const char* const path : {"changed", "gone", "moved/a", "dropped/b", "x/y/z"}) {
+            model.writeFile(q(path), path);
+        }
+        model.setMetadata(q("k"), q("old"));
+        model.save(path(), ArchiveFormat::Directory, true);
+        m_old = treeOf(path());
+        m_model.emplace(path());
+        m_model->writeFile(q("changed"), "again");
+        m_model->remove(q("gone"));
+        m_model->writeFile(q("new/file"), "new");
+        m_model->move(q("moved"), q("new/moved"), false);
+        m_model->remove(q("dropped"));
+        m_model->move(q("x/y"), q("y"), false);
+        m_model->move(q("x"), q("y/x"), false);
+        m_model->setMetadata(q("k"), q("new"));
+        m_new = treeOf(*m_model);
+    }
+    QString path() const { return m_directory.path("project"); }
+    Place place() const { return Place::of(path().toStdString()); }
+    void save() { m_model->save(QString(), ArchiveFormat::Source, true); }
+
+    // Runs a save in a program that dies when it comes to an operation; true when it died.
+    bool dieAt(int number)
+    {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            class DyingDisk : public FaultyDisk
+            {
+            protected:
+                void fail(const std::string& /*path*/) override { ::_exit(7); }
+            } disk;
+            disk.failAt(number, EIO, true);
+            save();
+            ::_exit(0);
+        }
+        int status = 0;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status));
+        return WEXITSTATUS(status) == 7;
+    }
+
+    TemporaryDirectory m_directory;
+    Tree m_old;
+    Tree m_new;
+    std::optional<ProjectModel> m_model;
+};
+
+} // namespace pk::project::test
