@@ -45,7 +45,6 @@ public:
 
     QString directory() const { return m_place.filePath(QStringLiteral("Library")); }
     QString archive() const { return m_place.filePath(QStringLiteral("Library.bxl")); }
-    QString file() const { return m_place.filePath(QStringLiteral("file")); }
 
 private:
     explicit Project(int boxes)
@@ -142,40 +141,5 @@ void indexMemory(benchmark::State& state)
     state.counters["bytesPerBox"] = bytes / 10'000;
 }
 BENCHMARK(indexMemory)->Iterations(1);
-
-// The floor of saving one edit: replacing one file so that a crash leaves the old or the new one.
-void replaceOneFile(benchmark::State& state)
-{
-    const Project& project = Project::of(100);
-    const QByteArray path = QFile::encodeName(project.file());
-    const QByteArray fresh = path + ".new";
-    const std::string bytes(4096, 'x');
-    const QByteArray directory = QFile::encodeName(QFileInfo(project.file()).path());
-    for ([[maybe_unused]] auto _ : state) {
-        const int file = ::open(fresh.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        benchmark::DoNotOptimize(::write(file, bytes.data(), bytes.size()));
-        ::fsync(file);
-        ::close(file);
-        benchmark::DoNotOptimize(std::rename(fresh.constData(), path.constData()));
-        const int parent = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        ::fsync(parent);
-        ::close(parent);
-    }
-}
-BENCHMARK(replaceOneFile)->Unit(benchmark::kMicrosecond);
-
-void saveOneEdit(benchmark::State& state)
-{
-    const Project& project = Project::of(static_cast<int>(state.range(0)));
-    ProjectModel model(project.directory());
-    const QString path = boxPath(77) + QStringLiteral("/box.bhx");
-    QByteArray bytes = boxBytes();
-    for ([[maybe_unused]] auto _ : state) {
-        bytes[0] = bytes.at(0) == 'x' ? 'y' : 'x';
-        model.writeFile(path, bytes);
-        model.save(QString(), ArchiveFormat::Source, true);
-    }
-}
-BENCHMARK(saveOneEdit)->Arg(100)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -30,7 +30,7 @@ inline long soFar()
 
 /// How many kilobytes of memory an action takes at most beside what there is already, in a process
 /// of its own, which is ended when the action takes more than so many seconds of the processor, or
-/// with the sanitizers some times that. What it throws is not looked at.
+/// ten times that altogether; with the sanitizers some times that. What it throws is not looked at.
 inline long kilobytesOf(const std::function<void()>& action, rlim_t seconds = 60)
 {
     std::array<int, 2> ends{-1, -1};
@@ -41,6 +41,7 @@ inline long kilobytesOf(const std::function<void()>& action, rlim_t seconds = 60
         const rlim_t most = seconds * rlim_t{a_sanitizerFactor};
         const rlimit limit = {most, most};
         ::setrlimit(RLIMIT_CPU, &limit);
+        ::alarm(static_cast<unsigned>(10 * most)); // when it waits for something
         const long before = soFar();
         try {
             action();

@@ -8,7 +8,9 @@
 #include <kxboxlibrary/box_constants.hpp>
 #include <kxboxlibrary/box_data.hpp>
 #include <kxboxlibrary/box_library_node.hpp>
+#include <pk/project/error.hpp>
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -36,10 +38,21 @@ Damage damageOf(const QString& path, const BadBoxFile& error)
     return {path, error.what(), error.line, error.column};
 }
 
-/// The store's own word on a file that can't be read would only repeat what a check says.
+/// No reader takes more.
+constexpr qint64 a_largestFile = qint64{128} << 20U;
+
+/// The store's own word on a file that can't be read would only repeat what a check says. Throws
+/// BadBoxFile for one that is too large to be read.
 QByteArray bytesOf(const ProjectModel& model, const QString& path)
 {
     const LogWatch watch({"pkproject"});
+    try {
+        if (QFileInfo(model.getFileLocalPath(path)).size() > a_largestFile) {
+            throw BadBoxFile("longer than 128 MiB");
+        }
+    } catch (const pk::project::Error&) {
+        return {}; // as readFile() has it
+    }
     return model.readFile(path);
 }
 
@@ -202,7 +215,14 @@ void Surveyor::readTranslations()
     const QString directory = translationsDirectory();
     for (const QString& file : m_model.getFileList(directory, false, false, false)) {
         const QString path = prefixOf(directory) + file;
-        m_survey.translations.push_back(readTranslationFile(path, bytesOf(m_model, path)));
+        try {
+            m_survey.translations.push_back(readTranslationFile(path, bytesOf(m_model, path)));
+        } catch (const BadBoxFile& error) {
+            TranslationFile tooLarge;
+            tooLarge.path = path;
+            tooLarge.damage = damageOf(path, error);
+            m_survey.translations.push_back(std::move(tooLarge));
+        }
     }
     for (const QString& name : m_model.getFileList(directory, true, false, true)) {
         m_survey.translationDirectories.append(prefixOf(directory) + name);

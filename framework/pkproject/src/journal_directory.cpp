@@ -166,10 +166,16 @@ std::string JournalDirectory::locateNow(const Journal& journal, Journal::Locatio
             location = {-1, joinPath(put->path, location.path)};
         }
     }
-    for (const Journal::Put& step : journal.puts) {
-        if (location.item < 0 && step.replace && step.path == location.path &&
-            exists(preservedName(itemPath(step.item)))) {
-            return preservedName(itemPath(step.item));
+    const auto replacing =
+        std::find_if(journal.puts.begin(), journal.puts.end(), [&](const Journal::Put& step) {
+            return location.item < 0 && step.replace && step.path == location.path;
+        });
+    if (replacing != journal.puts.end()) {
+        const std::string item = itemPath(replacing->item);
+        // As long as both are in their places the second name of the old one may be half a copy.
+        const bool isUntouched = exists(item) && exists(locate(location));
+        if (!isUntouched && exists(preservedName(item))) {
+            return preservedName(item);
         }
     }
     return locate(location);

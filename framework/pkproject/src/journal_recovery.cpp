@@ -10,9 +10,20 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <set>
 #include <unistd.h>
 
 namespace pk::project {
+
+namespace {
+
+// The inode may be another one: who restored a copy of the disk changed nothing.
+bool isAsBefore(const struct stat& info, const Stamp& before)
+{
+    return modificationTime(info) == before.time && info.st_size == before.bytes;
+}
+
+} // namespace
 
 void JournalDirectory::recover(const Place& place)
 {
@@ -73,7 +84,7 @@ void JournalDirectory::makeWay(const Journal::Put& step, ChangedDirectories& cha
     const bool isExpected =
         !info || (step.makesDirectory()
                       ? S_ISDIR(info->st_mode)
-                      : step.replace && S_ISREG(info->st_mode) && Stamp::of(*info) == step.before);
+                      : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before));
     if (!isExpected) {
         setAside(to);
     }
@@ -101,11 +112,17 @@ void JournalDirectory::makeDirectoriesAbove(const std::string& path,
 void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
 {
     ChangedDirectories changed;
+    std::set<std::string> touched;
+    for (const Journal::Collect& step : journal.collects) {
+        const std::string from = locate(step.from);
+        touched.insert(from.substr(0, from.rfind('/')));
+    }
     for (const Journal::Collect& step : journal.collects) {
         const std::string item = itemPath(step.item);
         const auto info = statOf(item);
-        const bool isChanged = info && (S_ISDIR(info->st_mode) ? isChangedBelow(item, since)
-                                                               : Stamp::of(*info) != step.before);
+        const bool isChanged =
+            info && (S_ISDIR(info->st_mode) ? isChangedSince(item, since, touched)
+                                            : !isAsBefore(*info, step.before));
         if (!isChanged) {
             continue;
         }

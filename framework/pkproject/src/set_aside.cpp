@@ -17,11 +17,6 @@ bool isInsideCharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U;
 }
 
-std::int64_t changeTime(const struct stat& info)
-{
-    return std::int64_t{info.st_ctim.tv_sec} * 1'000'000'000 + info.st_ctim.tv_nsec;
-}
-
 } // namespace
 
 std::string freePathLike(const std::string& path)
@@ -49,14 +44,18 @@ void setAside(const std::string& path)
          __FILE__, "setAside", __LINE__);
 }
 
-bool isChangedBelow(const std::string& directory, std::int64_t since)
+bool isChangedSince(const std::string& directory, std::int64_t since,
+                    const std::set<std::string>& touched)
 {
-    for (const std::string& name :
-         namesIn(openPath(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW))) {
+    const Fd fd = openPath(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (touched.count(directory) == 0 && modificationTime(statOf(fd)) > since) {
+        return true;
+    }
+    for (const std::string& name : namesIn(fd)) {
         const std::string path = directory + "/" + name;
         const auto info = statOf(path);
-        if (info &&
-            (S_ISDIR(info->st_mode) ? isChangedBelow(path, since) : changeTime(*info) > since)) {
+        if (info && (S_ISDIR(info->st_mode) ? isChangedSince(path, since, touched)
+                                            : modificationTime(*info) > since)) {
             return true;
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 /// What becomes of things that somebody put, or changed, where a save that was interrupted is to be
@@ -14,8 +15,10 @@ std::string freePathLike(const std::string& path);
 /// Renames what is at `path` to a free path like it, with a warning in the log. Throws IoError.
 void setAside(const std::string& path);
 
-/// Whether a file at or below a directory came there, or was changed, after a time in nanoseconds
-/// since the epoch. Throws IoError.
-bool isChangedBelow(const std::string& directory, std::int64_t since);
+/// Whether something came into a directory, or was changed in it, after a time in nanoseconds since
+/// the epoch, going by modification times; of the directories in `touched`, in which the save
+/// itself changed entries, only files are looked at. Throws IoError.
+bool isChangedSince(const std::string& directory, std::int64_t since,
+                    const std::set<std::string>& touched);
 
 } // namespace pk::project

@@ -77,6 +77,7 @@ private:
     Target resolveTarget(const QString& path, ArchiveFormat format) const;
     void checkTarget(const Place& place) const;
     void saveDirectory(const Target& target);
+    void checkSource(const Target& target) const;
     void saveArchive(const Target& target);
     void publish(FreshPlace& fresh, const Target& target);
     void saveOverRepository(const Target& target);

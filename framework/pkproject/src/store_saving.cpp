@@ -160,33 +160,40 @@ void Store::saveDirectory(const Target& target)
         saveOverRepository(target);
         return;
     }
-    if (target.isSource) {
-        m_contents.archive->checkUnchanged();
-    }
+    checkSource(target);
     FreshPlace fresh(target.place);
     DirectorySave save(*m_index, m_contents, m_metadata);
     save.write(fresh.path(), target.modeOr(umaskLeaves(0777)));
     auto source = std::make_unique<DirectorySource>(target.place,
                                                     openPath(fresh.path(), O_RDONLY | O_DIRECTORY));
     source->setSize(save.size());
+    checkSource(target); // once more: writing took its time
     publish(fresh, target);
     save.adopt();
     adopt(std::move(source), nullptr);
 }
 
+// What is saved in the place of its source must not have been changed there by somebody else.
+void Store::checkSource(const Target& target) const
+{
+    if (target.isSource && m_contents.archive) {
+        m_contents.archive->checkUnchanged();
+    } else if (target.isSource) {
+        m_contents.directory->checkUnchanged(*m_index);
+    }
+}
+
 void Store::saveArchive(const Target& target)
 {
     ArchiveSave save(*m_index, m_contents, m_metadata);
+    checkSource(target);
     if (target.isSource && m_contents.archive) {
-        m_contents.archive->checkUnchanged();
         if (!m_index->isModified() && m_metadata == m_savedMetadata) {
             return;
         }
         save.keepForeign();
     } else if (m_contents.archive) {
         save.verifyOriginals();
-    } else if (target.isSource) {
-        m_contents.directory->checkUnchanged(*m_index);
     }
     if (target.existing && S_ISDIR(target.existing->st_mode) &&
         holdsRepository(target.place.path)) {
@@ -200,6 +207,7 @@ void Store::saveArchive(const Target& target)
     Index saved;
     source->load(saved);
     source->loadMetadata();
+    checkSource(target); // once more: writing took its time
     publish(fresh, target);
     save.adopt(*source);
     adopt(nullptr, std::move(source));

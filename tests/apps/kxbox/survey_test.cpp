@@ -1,4 +1,5 @@
 #include "log_watch.hpp"
+#include "peak_memory.hpp"
 #include "survey.hpp"
 #include "temporary_files.hpp"
 
@@ -68,6 +69,32 @@ INSTANTIATE_TEST_SUITE_P(
         Files{{"bxlinfo", "<Order><Node name='translations'/></Order>"}, {"translations/x/y", ""}},
         Files{{"bxlinfo/bxlinfo", "<Folder><Node name='x'/></Folder>"}, {"A/bxlinfo/x/y", ""}},
         Files{{"A%2fB/x", ""}, {"A%2FB/box.bhx", a_box}, {"50%/%00/x", ""}, {"a\x01/x", ""}}));
+
+TEST(ASurvey, DoesNotReadFilesThatNoReaderTakes)
+{
+    const temporary::TemporaryDirectory directory;
+    for (const char* const file : {"bxlinfo", "A/box.bhx", "translations/translation_fr.ts"}) {
+        const QString path = directory.path("L.bxl/") + q(file);
+        temporary::putLocal(path, a_box);
+        ASSERT_EQ(::truncate(path.toStdString().c_str(), off_t{1} << 33U), 0);
+    }
+    std::vector<QString> damaged;
+    const long taken = peak::kilobytesOf([&] {
+        Progress progress(STDERR_FILENO);
+        surveyOf(pk::project::ProjectModel(directory.path("L.bxl")), progress);
+    });
+    EXPECT_LT(taken, 8L << 10U);
+    Progress progress(STDERR_FILENO);
+    const Survey survey = surveyOf(pk::project::ProjectModel(directory.path("L.bxl")), progress);
+    ASSERT_EQ(survey.nodes.size(), 2U);
+    ASSERT_TRUE(survey.nodes[0].order.damage);
+    EXPECT_EQ(survey.nodes[0].order.damage->reason, "longer than 128 MiB");
+    ASSERT_TRUE(survey.nodes[1].refusedBox);
+    EXPECT_EQ(survey.nodes[1].refusedBox->reason, "longer than 128 MiB");
+    ASSERT_EQ(survey.translations.size(), 1U);
+    ASSERT_TRUE(survey.translations[0].damage);
+    EXPECT_EQ(survey.translations[0].damage->reason, "longer than 128 MiB");
+}
 
 } // namespace
 } // namespace kxbox::test

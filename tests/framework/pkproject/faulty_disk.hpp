@@ -28,6 +28,8 @@ public:
         m_error = error;
         m_onwards = onwards;
     }
+    /// All operations from number `number` on fail too.
+    void failFrom(int number) { m_failingFrom = number; }
     /// The process ends, as if it was killed, when it comes to operation `number`, from 0; half of
     /// what that would write is written.
     void dieAt(int number) { m_dying = number; }
@@ -117,7 +119,8 @@ private:
             ::_exit(a_died);
         }
         m_log.push_back(what);
-        if (m_failing >= 0 && (number == m_failing || (m_onwards && number > m_failing))) {
+        if (m_failing >= 0 && (number == m_failing || (m_onwards && number > m_failing) ||
+                               (m_failingFrom >= 0 && number >= m_failingFrom))) {
             errno = m_error;
             fail(path);
         }
@@ -125,6 +128,7 @@ private:
 
     std::vector<std::string> m_log;
     int m_failing = -1;
+    int m_failingFrom = -1;
     int m_dying = -1;
     int m_error = 0;
     bool m_onwards = false;

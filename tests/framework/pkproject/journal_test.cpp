@@ -14,9 +14,8 @@ Journal sample()
 {
     Journal journal;
     journal.collects = {{{-1, "motions"}, 0, {}}, {{0, "old/x"}, 1, {1, 2, 3}}};
-    journal.puts = {{"a", -1, 0750, false, {}},
-                    {"a/moved", 0, 0, false, {}},
-                    {"file", 2, 0, true, {4, 5, 6}}};
+    journal.puts = {
+        {"a", -1, 0750, false, {}}, {"a/moved", 0, 0, false, {}}, {"file", 2, 0, true, {4, 5, 6}}};
     return journal;
 }
 
@@ -54,8 +53,7 @@ TEST(Journal, IsRefusedWhenItLeavesTheProjectOrMakesNoSense)
     for (const Journal& journal :
          {collecting(-2, "a", 0), collecting(-1, "a", -1), collecting(-1, "../a", 0),
           collecting(-1, "/a", 0), collecting(-1, "", 0), collecting(-1, ".git/a", 0),
-          collecting(-1, "\xff", 0), putting("a/../../b", 0),
-          putting("a", -2), putting("a//b", 0),
+          collecting(-1, "\xff", 0), putting("a/../../b", 0), putting("a", -2), putting("a//b", 0),
           putting(".hg", 0), putting(std::string("a\0b", 3), 0)}) {
         EXPECT_EQ(
             messageOf<FormatError>([&] { Journal::fromBytes(journal.toBytes(), "/j/collect"); }),

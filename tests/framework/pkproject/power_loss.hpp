@@ -61,6 +61,7 @@ public:
         for (std::size_t id = m_start.size(); id < m_nodes.size(); ++id) {
             nodes[id].isDirectory = m_nodes[id].isDirectory;
             nodes[id].mode = m_nodes[id].firstMode;
+            nodes[id].time = m_nodes[id].time;
         }
         const auto end = static_cast<std::size_t>(count);
         std::string history;
@@ -193,6 +194,7 @@ private:
         bool isDirectory = false;
         mode_t mode = 0;
         mode_t firstMode = 0;
+        std::int64_t time = 0; ///< of the modification, when it was made or loaded
         std::string bytes;
         std::map<std::string, Id> entries;
     };
@@ -252,6 +254,7 @@ private:
     {
         const auto info = statOf(path);
         m_nodes[id].mode = info->st_mode & 0777;
+        m_nodes[id].time = modificationTime(*info);
         if (!S_ISDIR(info->st_mode)) {
             m_nodes[id].bytes = readAll(openPath(path, O_RDONLY));
             return;
@@ -299,6 +302,7 @@ private:
         m_nodes.emplace_back();
         m_nodes.back().isDirectory = isDirectory;
         m_nodes.back().mode = m_nodes.back().firstMode = mode;
+        m_nodes.back().time = modificationTime(*statOf(path));
         add(change);
     }
     void addBytes(const Fd& file, off_t offset, const std::string& bytes)
@@ -307,6 +311,7 @@ private:
             return;
         }
         Change change(Kind::Bytes, "write " + below(file.path()), find(file.path()));
+        m_nodes[change.node].time = modificationTime(statOf(file));
         change.offset = static_cast<std::size_t>(offset);
         change.bytes = bytes;
         add(change);
@@ -441,6 +446,7 @@ private:
             } else {
                 putLocal(QString::fromStdString(child), QByteArray::fromStdString(node.bytes));
             }
+            Usual().setTime(child, node.time);
             ASSERT_EQ(::chmod(child.c_str(), node.mode), 0) << child;
         }
     }

@@ -308,7 +308,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(CraftedJournal{"ThroughAnItem", "collect", {{{{5, "outside/f"}, 6, {}}}, {}}},
                     CraftedJournal{"ThroughALink", "collect", {{{{-1, "link/f"}, 6, {}}}, {}}},
                     CraftedJournal{"PutThroughALink", "put", {{}, {{"link/g", 0, 0, false, {}}}}},
-                    CraftedJournal{"IntoARepository", "put", {{}, {{".git/config", 0, 0, true, {}}}}},
+                    CraftedJournal{
+                        "IntoARepository", "put", {{}, {{".git/config", 0, 0, true, {}}}}},
                     CraftedJournal{"Upwards", "put", {{}, {{"../outside/f", 0, 0, false, {}}}}}),
     [](const auto& c) { return std::string(c.param.name); });
 

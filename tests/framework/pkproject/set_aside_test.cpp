@@ -1,11 +1,12 @@
+#include "disk.hpp"
 #include "log_records.hpp"
 #include "set_aside.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
 
+#include <set>
 #include <string>
-#include <sys/stat.h>
 
 namespace pk::project::test {
 
@@ -50,17 +51,23 @@ TEST_F(SettingAside, ShortensNamesThatWouldBecomeTooLong)
     EXPECT_EQ(freePathLike("/d/" + umlauts), "/d/" + umlauts.substr(0, 250) + ".~1~");
 }
 
-TEST_F(SettingAside, SeesWhatChangedBelowADirectory)
+TEST_F(SettingAside, SeesWhatChangedInADirectory)
 {
     put("d/e/f");
-    struct stat info = {};
-    ASSERT_EQ(::lstat(path("d/e/f").c_str(), &info), 0);
-    const std::int64_t time =
-        std::int64_t{info.st_ctim.tv_sec} * 1'000'000'000 + info.st_ctim.tv_nsec;
-    EXPECT_FALSE(isChangedBelow(path("d"), time));
-    EXPECT_TRUE(isChangedBelow(path("d"), time - 1));
-    ASSERT_EQ(::symlink("nowhere", path("d/link").c_str()), 0);
-    EXPECT_TRUE(isChangedBelow(path("d"), time - 1));
+    const auto set = [&](const char* name, std::int64_t time) { Disk().setTime(path(name), time); };
+    const auto isChanged = [&](const std::set<std::string>& touched = {}) {
+        return isChangedSince(path("d"), 1000, touched);
+    };
+    set("d/e/f", 1000);
+    set("d/e", 1000);
+    set("d", 1000);
+    EXPECT_FALSE(isChanged());
+    set("d/e", 1001);
+    EXPECT_TRUE(isChanged());
+    EXPECT_FALSE(isChanged({path("d/e")}));
+    set("d/e/f", 1001);
+    EXPECT_TRUE(isChanged({path("d"), path("d/e")}));
+    EXPECT_THROW(isChangedSince(path("missing"), 1000, {}), IoError);
 }
 
 } // namespace pk::project::test

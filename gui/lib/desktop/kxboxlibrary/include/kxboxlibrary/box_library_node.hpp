@@ -47,10 +47,9 @@ class SiblingNames;
 ///
 /// Files follow every edit at once, in the project model. Operations that change the tree throw
 /// what the project model throws, and leave tree and files as they were, unless they say otherwise
-/// (an order file that was being written when the disk was full is cut short until it is written
-/// again, and what a taken node left at a place does not come back). An edit marks the library
-/// dirty; none does in a detached tree. Give a box no children: their directories would be
-/// resources of the box when it is loaded.
+/// (what a taken node left at a place does not come back). An edit marks the library dirty; none
+/// does in a detached tree. Give a box no children: their directories would be resources of the box
+/// when it is loaded.
 ///
 /// Used from the library's thread only.
 class KXBOXLIBRARY_EXPORT BoxLibraryNode : public QObject
