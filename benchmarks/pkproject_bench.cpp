@@ -1,17 +1,12 @@
 // What the project store's operations cost in a project of ten thousand boxes.
 #include <pk/project/project_model.hpp>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <fcntl.h>
 #include <malloc.h>
 #include <map>
 #include <memory>
-#include <unistd.h>
 
 using pk::project::ArchiveFormat;
 using pk::project::ProjectModel;

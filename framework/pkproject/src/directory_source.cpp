@@ -128,7 +128,7 @@ Fd DirectorySource::open(const Entry& entry) const
 {
     const std::string path = Index::sourcePath(entry);
     // Without O_NONBLOCK a pipe that somebody put in the file's place would block.
-    Fd file = openNow(path, O_RDONLY | O_NONBLOCK);
+    Fd file = openNow(entry, path, O_RDONLY | O_NONBLOCK);
     if (!file && errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);
     }
@@ -147,20 +147,29 @@ Fd DirectorySource::open(const Entry& entry) const
 std::string DirectorySource::localPath(const Entry& entry) const
 {
     const std::string path = Index::sourcePath(entry);
-    return m_unfinished ? JournalDirectory::whereIs(m_place, *m_unfinished, path)
-                        : m_place.path + "/" + path;
+    const auto elsewhere = m_unfinished ? JournalDirectory::whereIs(m_place, *m_unfinished, path)
+                                        : std::optional<std::string>();
+    return elsewhere.value_or(m_place.path + "/" + path);
 }
 
 // Gives nothing, with errno set, when there is no such file or a link is on the way.
-Fd DirectorySource::openNow(const std::string& path, int flags) const
+Fd DirectorySource::openNow(const Entry& entry, const std::string& path, int flags) const
 {
     if (!m_unfinished) {
         return openBeneath(m_root, path, flags);
     }
-    const std::string now = JournalDirectory::whereIs(m_place, *m_unfinished, path);
-    const std::string above = now.substr(0, now.find('/', m_place.parent.size() + 1));
-    return openBeneath(openPath(above, O_RDONLY | O_DIRECTORY | O_NOFOLLOW),
-                       now.substr(above.size() + 1), flags);
+    if (const auto now = JournalDirectory::whereIs(m_place, *m_unfinished, path)) {
+        const std::string above = now->substr(0, now->find('/', m_place.parent.size() + 1));
+        return openBeneath(openPath(above, O_RDONLY | O_DIRECTORY | O_NOFOLLOW),
+                           now->substr(above.size() + 1), flags);
+    }
+    // Somebody completed the save, so that another file may be at the path.
+    Fd file = openBeneath(m_root, path, flags);
+    if (file && Stamp::of(statOf(file)) != entry.stamp) {
+        file.reset();
+        errno = ENOENT;
+    }
+    return file;
 }
 
 std::optional<struct stat> DirectorySource::stat(const std::string& path) const
@@ -189,6 +198,7 @@ void DirectorySource::remember()
 
 void DirectorySource::checkUnchanged(const Index& index) const
 {
+    checkPlace();
     std::vector<std::string> changes = changesBelow(index.root());
     if (metadataStamp() != m_metadataStamp) {
         changes.emplace_back("the project's metadata");
@@ -214,14 +224,18 @@ std::vector<std::string> DirectorySource::changesBelow(const Entry& directory) c
 
 bool DirectorySource::mayHaveChanged() const
 {
+    checkPlace();
+    return modificationTime(statOf(m_root)) != m_time || metadataStamp() != m_metadataStamp;
+}
+
+void DirectorySource::checkPlace() const
+{
     const auto now = statOf(m_place.path);
     const struct stat mine = statOf(m_root);
-    const bool replaced = !now || now->st_ino != mine.st_ino || now->st_dev != mine.st_dev;
-    if (replaced) {
+    if (!now || now->st_ino != mine.st_ino || now->st_dev != mine.st_dev) {
         throw ConflictError(m_place.path +
                             ": moved or replaced by someone else since it was opened");
     }
-    return modificationTime(mine) != m_time || metadataStamp() != m_metadataStamp;
 }
 
 // Nothing for what is gone meanwhile.

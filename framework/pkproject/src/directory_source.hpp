@@ -91,7 +91,8 @@ private:
         std::size_t depth;
     };
     static std::optional<Found> look(const Level& level, const std::string& name);
-    Fd openNow(const std::string& path, int flags) const;
+    void checkPlace() const;
+    Fd openNow(const Entry& entry, const std::string& path, int flags) const;
     void loadDirectory(const Level& level, Entry& directory);
     static void compare(const Level& level, const Entry& directory,
                         std::vector<std::string>& changes);

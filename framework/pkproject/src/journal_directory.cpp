@@ -83,8 +83,9 @@ std::string JournalDirectory::itemPath(int item) const
 
 void JournalDirectory::run(const Journal& journal, bool syncItems)
 {
-    const bool isWritten = !journal.isOneRename();
-    if (isWritten) {
+    m_isWritten =
+        !journal.isOneRename() || (!journal.puts.empty() && !tryPreserve(journal.puts.front()));
+    if (m_isWritten) {
         write(journal, syncItems);
     } else {
         const auto info = statOf(onlyRename(journal).from);
@@ -94,12 +95,12 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
     try {
         if (!journal.collects.empty()) {
             collect(journal, Run::Save);
-            if (isWritten) {
+            if (m_isWritten) {
                 rename(a_collect, a_put);
             }
         }
         put(journal, Run::Save);
-        if (isWritten) {
+        if (m_isWritten) {
             Disk::instance().unlink(m_path + "/" + a_put);
         }
     } catch (const Error&) {
@@ -108,10 +109,13 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
     }
     try {
         // A journal that a power failure brings back finds its items in their places and does
-        // nothing, unless it made directories: by then somebody may have removed those.
+        // nothing. But directories that it made somebody may have removed by then, and of what it
+        // collected a part may be back.
         const bool isHarmless =
-            std::none_of(journal.puts.begin(), journal.puts.end(),
-                         [](const Journal::Put& step) { return step.makesDirectory(); });
+            !m_isWritten ||
+            (journal.collects.empty() &&
+             std::none_of(journal.puts.begin(), journal.puts.end(),
+                          [](const Journal::Put& step) { return step.makesDirectory(); }));
         if (isHarmless) {
             m_begun = false;
         } else {
@@ -130,7 +134,8 @@ bool JournalDirectory::isPending(const Place& place)
 
 std::string JournalDirectory::locate(const Journal::Location& location) const
 {
-    return (location.item < 0 ? m_project : itemPath(location.item)) + "/" + location.path;
+    const std::string top = location.item < 0 ? m_project : itemPath(location.item);
+    return location.path.empty() ? top : top + "/" + location.path;
 }
 
 JournalDirectory::Rename JournalDirectory::onlyRename(const Journal& journal) const
@@ -163,7 +168,7 @@ std::string JournalDirectory::locateNow(const Journal& journal, Journal::Locatio
             std::find_if(journal.puts.begin(), journal.puts.end(),
                          [&](const Journal::Put& step) { return step.item == location.item; });
         if (put != journal.puts.end()) {
-            location = {-1, joinPath(put->path, location.path)};
+            location = {-1, location.path.empty() ? put->path : joinPath(put->path, location.path)};
         }
     }
     const auto replacing =
@@ -172,9 +177,7 @@ std::string JournalDirectory::locateNow(const Journal& journal, Journal::Locatio
         });
     if (replacing != journal.puts.end()) {
         const std::string item = itemPath(replacing->item);
-        // As long as both are in their places the second name of the old one may be half a copy.
-        const bool isUntouched = exists(item) && exists(locate(location));
-        if (!isUntouched && exists(preservedName(item))) {
+        if (!isUntouched(*replacing) && exists(preservedName(item))) {
             return preservedName(item);
         }
     }
@@ -284,8 +287,8 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
             openForWork(step, to);
         }
     } else if (isToDo && step.replace) {
-        if (run == Run::Save) {
-            preserve(to, itemPath(step.item));
+        if (run == Run::Save && !exists(preservedName(itemPath(step.item))) && !tryPreserve(step)) {
+            Disk::instance().rename(to, preservedName(itemPath(step.item)));
         }
         Disk::instance().rename(itemPath(step.item), to);
     } else if (isToDo) {
@@ -294,20 +297,31 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
     changed.addParentOf(to);
 }
 
-// Keeps a file that an item is to replace, for undo().
-void JournalDirectory::preserve(const std::string& file, const std::string& item)
+// Keeps a file that an item is to replace, for undo(); false where that takes more than a second
+// name, because not every file system has these.
+bool JournalDirectory::tryPreserve(const Journal::Put& step) const
 {
-    try {
-        Disk::instance().link(file, preservedName(item));
-    } catch (const IoError&) {
-        // Not every file system has links.
-        copyToNewFile(openPath(file, O_RDONLY | O_NOFOLLOW), preservedName(item), 0600);
+    if (step.replace) {
+        try {
+            Disk::instance().link(m_project + "/" + step.path, preservedName(itemPath(step.item)));
+        } catch (const IoError&) {
+            return false;
+        }
     }
+    return true;
+}
+
+// Whether a file that is to be replaced still is where it was, and the item as well.
+bool JournalDirectory::isUntouched(const Journal::Put& step) const
+{
+    const auto info = statOf(m_project + "/" + step.path);
+    return info && Stamp::of(*info) == step.before && exists(itemPath(step.item));
 }
 
 bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfinished)
 {
     JournalDirectory directory(place, Existing());
+    directory.m_isWritten = unfinished.isWritten;
     const bool isOurs = directory.isOurs(unfinished);
     if (isOurs) {
         directory.refuseLinks(unfinished.journal);
@@ -321,10 +335,13 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
 void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
 {
     std::vector<std::string> changes;
-    for (const auto& file : unfinished.put) {
-        const auto info = statOf(m_project + "/" + file.first);
-        if (info && Stamp::of(*info) != file.second) {
-            changes.push_back("'" + file.first + "' was changed");
+    const std::vector<std::optional<Stamp>> now = filesPut(unfinished.journal);
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        const Journal::Put& step = unfinished.journal.puts[i];
+        // The old one is back when the undoing was tried before.
+        const bool isOld = step.replace && now[i] == step.before;
+        if (now[i] && now[i] != unfinished.put[i] && !isOld) {
+            changes.push_back("'" + step.path + "' was changed");
         }
     }
     if (!changes.empty()) {
@@ -332,16 +349,14 @@ void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
     }
 }
 
-// The files that stand where a save put them, or was about to.
-std::vector<std::pair<std::string, Stamp>> JournalDirectory::filesPut(const Journal& journal) const
+std::vector<std::optional<Stamp>> JournalDirectory::filesPut(const Journal& journal) const
 {
-    std::vector<std::pair<std::string, Stamp>> files;
+    std::vector<std::optional<Stamp>> files;
     for (const Journal::Put& step : journal.puts) {
         const auto info =
             step.makesDirectory() ? std::nullopt : statOf(m_project + "/" + step.path);
-        if (info && S_ISREG(info->st_mode)) {
-            files.emplace_back(step.path, Stamp::of(*info));
-        }
+        const bool isFile = info && !S_ISDIR(info->st_mode);
+        files.push_back(isFile ? std::make_optional(Stamp::of(*info)) : std::nullopt);
     }
     return files;
 }
@@ -353,17 +368,25 @@ bool JournalDirectory::isOurs(const Unfinished& unfinished) const
         const auto info = statOf(path);
         return info && Stamp::of(*info) == unfinished.file;
     };
-    if (unfinished.journal.isOneRename()) {
-        const auto [from, to] = onlyRename(unfinished.journal);
-        return exists(m_path) && (isIt(from) || isIt(to));
+    const auto directory = statOf(m_path);
+    const std::string phases[] = {m_path + "/" + a_collect, m_path + "/" + a_put};
+    if (!directory || directory->st_ino != unfinished.directory) {
+        return false;
     }
-    return isIt(m_path + "/" + a_collect) || isIt(m_path + "/" + a_put);
+    if (unfinished.isWritten) {
+        return isIt(phases[0]) || isIt(phases[1]);
+    }
+    const auto [from, to] = onlyRename(unfinished.journal);
+    return !exists(phases[0]) && !exists(phases[1]) && (isIt(from) || isIt(to));
 }
 
-std::string JournalDirectory::whereIs(const Place& place, const Unfinished& unfinished,
-                                      const std::string& path)
+std::optional<std::string>
+JournalDirectory::whereIs(const Place& place, const Unfinished& unfinished, const std::string& path)
 {
     const JournalDirectory directory(place, Existing());
+    if (!directory.isOurs(unfinished)) {
+        return std::nullopt;
+    }
     return directory.locateNow(unfinished.journal, {-1, path});
 }
 
@@ -372,7 +395,9 @@ void JournalDirectory::tryUndo(const Journal& journal)
     try {
         undo(journal);
     } catch (const Error& error) {
-        m_unfinished = Unfinished{journal, m_file, filesPut(journal)};
+        const auto directory = statOf(m_path);
+        m_unfinished = Unfinished{journal, m_isWritten, m_file, directory ? directory->st_ino : 0,
+                                  filesPut(journal)};
         warn(m_project +
                  ": a save that failed could not be undone, which is tried again with the "
                  "next save; whoever opens the project first completes it: " +
@@ -383,9 +408,9 @@ void JournalDirectory::tryUndo(const Journal& journal)
 
 void JournalDirectory::undo(const Journal& journal)
 {
-    if (journal.isOneRename() || exists(m_path + "/" + a_put)) {
+    if (!m_isWritten || exists(m_path + "/" + a_put)) {
         undoPuts(journal);
-        if (!journal.isOneRename() && !journal.collects.empty()) {
+        if (m_isWritten && !journal.collects.empty()) {
             Disk::instance().syncFileSystem(m_path);
             rename(a_put, a_collect);
         }
@@ -419,7 +444,7 @@ void JournalDirectory::undoPuts(const Journal& journal)
                 Disk::instance().rmdir(to);
             } // else somebody put something there since, for the next comparison to find
         } else if (step->replace && exists(old)) {
-            if (exists(to) && exists(item)) {
+            if (isUntouched(*step)) {
                 // Which changes the file, so it belongs to the undoing.
                 Disk::instance().unlink(old);
             } else {
@@ -436,7 +461,7 @@ void JournalDirectory::undoPuts(const Journal& journal)
 // one comes back only when the new one is an item for certain.
 void JournalDirectory::takeBack(const Journal& journal)
 {
-    if (journal.isOneRename()) {
+    if (!m_isWritten) {
         return; // no journal asks for it
     }
     bool isToSync = false;

@@ -48,9 +48,11 @@ public:
     struct Unfinished
     {
         Journal journal;
-        Stamp file; ///< of the journal on disk, or of what its one rename moves
-        /// The files that are where it put them, or was about to, by paths below the project.
-        std::vector<std::pair<std::string, Stamp>> put;
+        bool isWritten = true;       ///< to the disk
+        Stamp file;                  ///< of the journal on disk, or of what its one rename moves
+        std::uint64_t directory = 0; ///< inode of the journal directory
+        /// What is where each put of the journal leads to: the stamp of a file, or none.
+        std::vector<std::optional<Stamp>> put;
     };
 
     /// Does what the journal says; its new files are complete and synced, or `syncItems` asks for
@@ -65,9 +67,10 @@ public:
     static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
     /// The path of the file that was at `path` below the project when an earlier run() began, which
-    /// left things as they are: it may be in the journal directory.
-    static std::string whereIs(const Place& place, const Unfinished& unfinished,
-                               const std::string& path);
+    /// left things as they are: it may be in the journal directory. Nothing when somebody else
+    /// completed that save, which did with the file what it was to do.
+    static std::optional<std::string> whereIs(const Place& place, const Unfinished& unfinished,
+                                              const std::string& path);
 
     /// Completes or forgets the save that a program began at the place and did not end. Whatever
     /// somebody did to the project since, it succeeds and takes nothing from anybody: what is gone
@@ -104,7 +107,7 @@ private:
     };
     Rename onlyRename(const Journal& journal) const;
     void refuseChanges(const Unfinished& unfinished) const;
-    std::vector<std::pair<std::string, Stamp>> filesPut(const Journal& journal) const;
+    std::vector<std::optional<Stamp>> filesPut(const Journal& journal) const;
     bool isOurs(const Unfinished& unfinished) const;
     void rename(const char* from, const char* to);
     enum class Run
@@ -119,7 +122,8 @@ private:
     void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;
     void giveBack(const Journal& journal, std::int64_t since);
     static std::string pathBefore(const Journal& journal, Journal::Location location);
-    static void preserve(const std::string& file, const std::string& item);
+    bool tryPreserve(const Journal::Put& step) const;
+    bool isUntouched(const Journal::Put& step) const;
     void tryUndo(const Journal& journal);
     void undo(const Journal& journal);
     void undoPuts(const Journal& journal);
@@ -131,6 +135,7 @@ private:
     std::string m_path;
     std::string m_parent;
     bool m_begun = false;
+    bool m_isWritten = true; // the journal
     Stamp m_file;
     std::optional<Unfinished> m_unfinished;
 };

@@ -3,8 +3,11 @@
 #include "disk.hpp"
 #include "warn.hpp"
 
+#include <pk/project/error.hpp>
+
 #include <algorithm>
 #include <fcntl.h>
+#include <vector>
 
 namespace pk::project {
 
@@ -47,19 +50,21 @@ void setAside(const std::string& path)
 bool isChangedSince(const std::string& directory, std::int64_t since,
                     const std::set<std::string>& touched)
 {
-    const Fd fd = openPath(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
-    if (touched.count(directory) == 0 && modificationTime(statOf(fd)) > since) {
-        return true;
-    }
-    for (const std::string& name : namesIn(fd)) {
-        const std::string path = directory + "/" + name;
-        const auto info = statOf(path);
-        if (info && (S_ISDIR(info->st_mode) ? isChangedSince(path, since, touched)
-                                            : modificationTime(*info) > since)) {
+    try {
+        const Fd fd = openPath(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+        if (touched.count(directory) == 0 && modificationTime(statOf(fd)) > since) {
             return true;
         }
+        const std::vector<std::string> names = namesIn(fd);
+        return std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+            const std::string path = directory + "/" + name;
+            const auto info = statOf(path);
+            return info && (S_ISDIR(info->st_mode) ? isChangedSince(path, since, touched)
+                                                   : modificationTime(*info) > since);
+        });
+    } catch (const IoError&) {
+        return true;
     }
-    return false;
 }
 
 } // namespace pk::project

@@ -17,7 +17,7 @@ void setAside(const std::string& path);
 
 /// Whether something came into a directory, or was changed in it, after a time in nanoseconds since
 /// the epoch, going by modification times; of the directories in `touched`, in which the save
-/// itself changed entries, only files are looked at. Throws IoError.
+/// itself changed entries, only files are looked at. What can't be looked at counts as changed.
 bool isChangedSince(const std::string& directory, std::int64_t since,
                     const std::set<std::string>& touched);
 

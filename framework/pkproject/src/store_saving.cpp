@@ -92,8 +92,8 @@ void Store::undoUnfinished(bool mustSucceed)
         const Lock lock = Lock::take(place);
         const bool isUndone =
             JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
-        m_contents.directory->setUnfinished({});
         if (isUndone) {
+            m_contents.directory->setUnfinished({});
             m_contents.directory->remember();
             m_log.confirm(base(Base::now()));
         } // else it is for the comparison to say what is different

@@ -85,9 +85,11 @@ class AOneRenameSave : public testing::TestWithParam<OneRename>
 {
 protected:
     QString path() const { return m_directory.path("project"); }
+    Place place() const { return Place::of(path().toStdString()); }
     std::unique_ptr<ProjectModel> edited()
     {
         removeTree(path().toStdString());
+        removeTree(place().journal());
         ProjectModel model;
         for (const char* const file : {"a", "d/b", "d/c"}) {
             model.writeFile(q(file), file);
@@ -212,6 +214,82 @@ TEST_P(AOneRenameSave, IsWholeOrNotAfterAPowerFailureAlsoWhileItIsUndone)
         }
     }
     EXPECT_GT(undone, 3);
+}
+
+// As not every file system has it.
+class NoLinks : public FaultyDisk
+{
+public:
+    void link(const std::string& from, const std::string& to) override
+    {
+        static_cast<void>(from);
+        errno = EPERM;
+        throwErrno(to);
+    }
+};
+
+TEST_P(AOneRenameSave, IsUndoneWithoutHardLinksToo)
+{
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE(number);
+        const auto model = edited();
+        const Tree before = treeOf(path());
+        NoLinks disk;
+        disk.failAt(number, EIO, false);
+        bool failed = false;
+        try {
+            model->save(QString(), ArchiveFormat::Source, true);
+        } catch (const IoError&) {
+            failed = true;
+        }
+        if (disk.count() <= number) {
+            break;
+        }
+        disk.heal();
+        if (failed) {
+            ASSERT_EQ(treeOf(path()), before);
+        }
+        model->save(QString(), ArchiveFormat::Source, true);
+        ASSERT_EQ(treeOf(ProjectModel(path())), m_new);
+    }
+}
+
+// Somebody else's save is interrupted where one that failed could not be undone.
+TEST_P(AOneRenameSave, IsNotUndoneOnSomebodyElsesJournal)
+{
+    int pending = 0;
+    for (int dying = 0;; ++dying) {
+        SCOPED_TRACE(dying);
+        const auto model = edited();
+        {
+            FaultyDisk disk;
+            disk.failAt(m_new.size() < m_old.size() ? 2 : 7, EIO, true);
+            EXPECT_THROW(model->save(QString(), ArchiveFormat::Source, true), IoError);
+        }
+        ProjectModel other(path());
+        other.move(q("a"), q("moved"), false);
+        other.writeFile(q("added"), "added");
+        const Tree expected = treeOf(other);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            FaultyDisk disk;
+            disk.dieAt(dying);
+            other.save(QString(), ArchiveFormat::Source, true);
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        if (WEXITSTATUS(status) != FaultyDisk::a_died) {
+            break;
+        }
+        if (!JournalDirectory::isPending(place())) {
+            continue;
+        }
+        ++pending;
+        EXPECT_THROW(model->save(QString(), ArchiveFormat::Source, true), ConflictError);
+        EXPECT_EQ(treeOf(ProjectModel(path())), expected);
+    }
+    EXPECT_GT(pending, 5);
 }
 
 INSTANTIATE_TEST_SUITE_P(

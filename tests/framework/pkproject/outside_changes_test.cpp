@@ -339,6 +339,22 @@ class ACheckout : public OutsideChanges
 {
 };
 
+TEST(ADirectoryInItsPlace, IsNoMoreReplacedByAnArchiveThanByADirectory)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("project");
+    ProjectModel model;
+    model.writeFile(q("a"), "1");
+    model.save(path, ArchiveFormat::Directory, false);
+    ASSERT_TRUE(QFile::rename(path, directory.path("moved")));
+    putLocal(path + q("/precious"), "1");
+    model.writeFile(q("a"), "2");
+    for (const ArchiveFormat format : {ArchiveFormat::Directory, ArchiveFormat::Zip}) {
+        EXPECT_THROW(model.save(QString(), format, true), ConflictError);
+        EXPECT_EQ(getLocal(path + q("/precious")), "1");
+    }
+}
+
 TEST_F(ACheckout, OfManyFilesIsFoundAndListedInPart)
 {
     constexpr int files = 30;

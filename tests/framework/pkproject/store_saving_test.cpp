@@ -136,11 +136,14 @@ protected:
     {
         make();
         ProjectModel model(path());
-        for (const char* const file : {"e/f/1", "e/f/2", "e/3", "kept"}) {
+        for (const char* const file : {"e/f/1", "e/f/2", "e/3", "kept", "moved", "removed"}) {
             model.writeFile(q(file), file);
         }
         saveInPlace(model);
         model.importFile(model, q("a"), q("copy of a"), false);
+        model.importFile(model, q("removed"), q("copy of removed"), false);
+        model.remove(q("removed"));
+        model.move(q("moved"), q("moved away"), false);
         model.writeFile(q("a"), "edited");
         model.writeFile(q("e/f/2"), "edited");
         model.move(q("e/f"), q("f"), false);
@@ -172,11 +175,52 @@ protected:
         return !HasFailure();
     }
 
+    static bool trySave(ProjectModel& model)
+    {
+        try {
+            saveInPlace(model);
+        } catch (const IoError&) {
+            return false;
+        }
+        return true;
+    }
+
     int m_failed = 0;
 };
 
 INSTANTIATE_TEST_SUITE_P(Both, UndoingInBothForms, testing::Values(Form::Directory, Form::Archive),
                          nameOf);
+
+// The disk refuses to undo it twice, and then works again.
+TEST_P(UndoingInBothForms, CanBeTriedAgainAndAgain)
+{
+    int failed = 0;
+    for (int number = 0;; ++number) {
+        for (int later = 0; later < 12; ++later) {
+            SCOPED_TRACE(std::to_string(number) + ", then " + std::to_string(later));
+            make();
+            ProjectModel model(path());
+            model.writeFile(q("a"), "edited");
+            model.writeFile(q("d/b"), "edited");
+            model.writeFile(q("d/c"), "new");
+            const Tree edited = treeOf(model);
+            FaultyDisk disk;
+            disk.failAt(number, EIO, true);
+            const bool isSaved = trySave(model);
+            if (disk.count() <= number) {
+                EXPECT_TRUE(isSaved);
+                EXPECT_GT(failed, GetParam() == Form::Directory ? 100 : 10);
+                return;
+            }
+            disk.failAt(disk.count() + later, EIO, true);
+            failed += trySave(model) ? 0 : 1;
+            ASSERT_EQ(treeOf(model), edited);
+            disk.heal();
+            saveInPlace(model);
+            ASSERT_EQ(treeOf(ProjectModel(path())), edited);
+        }
+    }
+}
 
 TEST_P(UndoingInBothForms, ThatFailsLeavesAModelThatCanBeSavedElsewhere)
 {
