@@ -13,11 +13,11 @@
 #include <QTemporaryDir>
 #include <boost/make_shared.hpp>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iomanip>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -96,9 +96,9 @@ std::string printed(double milliseconds)
 
 std::string ratio(double value)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2f", value);
-    return text;
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(2) << value;
+    return text.str();
 }
 
 class Bench
@@ -148,7 +148,7 @@ private:
 
 fs::path Bench::source(int boxes, bool isTranslated)
 {
-    const fs::path path = place("source" + std::to_string(boxes) + (isTranslated ? "t" : ""));
+    fs::path path = place("source" + std::to_string(boxes) + (isTranslated ? "t" : ""));
     if (!fs::exists(path)) {
         generated::Size size;
         size.boxes = boxes;
@@ -161,7 +161,7 @@ fs::path Bench::source(int boxes, bool isTranslated)
 
 fs::path Bench::archive()
 {
-    const fs::path path = place("source.bxl");
+    fs::path path = place("source.bxl");
     if (!fs::exists(path)) {
         ProjectModel(q(source(m_options.boxes))).save(q(path), ArchiveFormat::Zip, false);
     }
@@ -170,7 +170,7 @@ fs::path Bench::archive()
 
 fs::path Bench::copyOf(const fs::path& from, const std::string& name) const
 {
-    const fs::path to = place(name);
+    fs::path to = place(name);
     fs::remove_all(to);
     fs::copy(from, to, fs::copy_options::recursive);
     return to;
@@ -438,12 +438,14 @@ void Bench::memory()
         return;
     }
     const fs::path path = source(m_options.boxes, false);
-    std::fflush(nullptr);
+    std::cout << std::flush;
     const pid_t child = ::fork();
     if (child == 0) {
         const double before = residentMegabytes();
         const Library library = open(path);
-        std::ofstream(place("memory")) << residentMegabytes() - before;
+        const double after = residentMegabytes();
+        std::ofstream(place("memory"))
+            << (library->boxRoot()->children().isEmpty() ? 0 : after - before);
         ::_exit(0);
     }
     int status = 0;

@@ -86,7 +86,7 @@ void JournalDirectory::makeWay(const Journal::Put& step, ChangedDirectories& cha
                       ? S_ISDIR(info->st_mode)
                       : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before));
     if (!isExpected) {
-        setAside(to);
+        setAside(to, to);
     }
 }
 
@@ -100,7 +100,7 @@ void JournalDirectory::makeDirectoriesAbove(const std::string& path,
             continue;
         }
         if (info) {
-            setAside(above);
+            setAside(above, above);
         }
         Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
         changed.addParentOf(above);
@@ -128,14 +128,8 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
         }
         const std::string path = pathBefore(journal, step.from);
         makeDirectoriesAbove(path, changed);
-        const std::string back = freePathLike(m_project + "/" + path);
-        Disk::instance().renameNew(item, back);
-        changed.addParentOf(back);
-        warn(m_project + "/" + path +
-                 ": the save that was unfinished removed it, but somebody else changed it; it is "
-                 "now '" +
-                 back + "'",
-             __FILE__, "giveBack", __LINE__);
+        setAside(item, m_project + "/" + path);
+        changed.addParentOf(m_project + "/" + path);
     }
     changed.sync(m_path);
 }

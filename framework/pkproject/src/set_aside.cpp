@@ -38,10 +38,10 @@ std::string freePathLike(const std::string& path)
     }
 }
 
-void setAside(const std::string& path)
+void setAside(const std::string& from, const std::string& path)
 {
     const std::string other = freePathLike(path);
-    Disk::instance().renameNew(path, other);
+    Disk::instance().renameNew(from, other);
     warn(path + ": somebody else put or changed it while a save was unfinished; it is now '" +
              other + "'",
          __FILE__, "setAside", __LINE__);

@@ -12,8 +12,9 @@ namespace pk::project {
 /// become too long for that, its beginning.
 std::string freePathLike(const std::string& path);
 
-/// Renames what is at `path` to a free path like it, with a warning in the log. Throws IoError.
-void setAside(const std::string& path);
+/// Renames what is at `from` now to a free path like `path`, with a warning in the log. Throws
+/// IoError.
+void setAside(const std::string& from, const std::string& path);
 
 /// Whether something came into a directory, or was changed in it, after a time in nanoseconds since
 /// the epoch, going by modification times; of the directories in `touched`, in which the save

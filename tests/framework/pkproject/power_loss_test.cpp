@@ -87,7 +87,7 @@ public:
     {
         EXPECT_TRUE(trySave());
         m_between = m_disk->count();
-        const Tree between = treeOf(m_directory.path());
+        Tree between = treeOf(m_directory.path());
         edit("newer", 8);
         EXPECT_TRUE(save());
         return between;

@@ -29,14 +29,17 @@ TEST_F(SettingAside, TakesTheFirstNameThatNobodyHas)
     put("a.~1~");
     put("a.~2~/b");
     const LogRecords log;
-    setAside(path("a"));
+    setAside(path("a"), path("a"));
     EXPECT_EQ(treeOf(m_directory.path()).count("a.~3~"), 1U);
     EXPECT_EQ(log.messages(),
               std::vector<std::string>{path("a") +
                                        ": somebody else put or changed it while a save was "
                                        "unfinished; it is now '" +
                                        path("a.~3~") + "'"});
-    EXPECT_THROW(setAside(path("a")), IoError);
+    EXPECT_THROW(setAside(path("a"), path("a")), IoError);
+    put("b");
+    setAside(path("b"), path("a"));
+    EXPECT_EQ(treeOf(m_directory.path()).count("a.~4~"), 1U);
 }
 
 TEST_F(SettingAside, ShortensNamesThatWouldBecomeTooLong)

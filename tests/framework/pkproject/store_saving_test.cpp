@@ -130,9 +130,8 @@ private:
 class UndoingInBothForms : public SavingInBothForms
 {
 protected:
-    // Saves with a disk that fails once, and for good some operations later; false when the save
-    // has not so many.
-    bool saveBadly(int number, int later)
+    // A saved project with edits of many kinds.
+    ProjectModel edited() const
     {
         make();
         ProjectModel model(path());
@@ -150,28 +149,32 @@ protected:
         model.move(q("e"), q("f/e"), false);
         model.move(q("d"), q("g"), false);
         model.writeFile(q("d/b"), "another");
-        const Tree edited = treeOf(model);
+        return model;
+    }
+    // Saves with a disk that fails once, and for good some operations later, and then elsewhere;
+    // false when the save has not so many operations.
+    bool saveBadly(int number, int later)
+    {
+        SCOPED_TRACE("it fails at operation " + std::to_string(number));
+        ProjectModel model = edited();
+        const Tree tree = treeOf(model);
         DyingDisk disk(path());
         disk.failAt(number, EROFS, false);
         disk.failFrom(number + later);
-        try {
-            saveInPlace(model);
-        } catch (const IoError&) {
-            ++m_failed;
-        }
+        m_failed += trySave(model) ? 0 : 1;
         if (disk.count() <= number) {
             return false;
         }
-        SCOPED_TRACE("it fails at operation " + std::to_string(number));
-        EXPECT_EQ(treeOf(model), edited);
+        EXPECT_EQ(treeOf(model), tree);
         EXPECT_EQ(getLocal(model.getFileLocalPath(q("f/e/3"))), "e/3");
-        model.save(m_directory.path("new"), form(), true);
+        const QString other = m_directory.path("new");
+        model.save(other, form(), true);
         disk.heal();
-        EXPECT_EQ(treeOf(ProjectModel(m_directory.path("new"))), edited);
+        EXPECT_EQ(treeOf(ProjectModel(other)), tree);
         model.writeFile(q("later"), "1");
         saveInPlace(model);
-        EXPECT_EQ(treeOf(ProjectModel(m_directory.path("new"))), treeOf(model));
-        removeTree(m_directory.path("new").toStdString());
+        EXPECT_EQ(treeOf(ProjectModel(other)), treeOf(model));
+        removeTree(other.toStdString());
         return !HasFailure();
     }
 

@@ -121,7 +121,7 @@ TEST_F(HostileLibrary, ReadsNoTranslationsFromWhatTookTheFilesPlace)
 {
     const std::string file = "L.bxl/translations/translation_fr.ts";
     const auto languagesWith = [&](const std::function<void(const std::string&)>& put) {
-        putLocal(path(file), "<TS version=\"2.1\" language=\"fr\"></TS>");
+        putLocal(path(file), translationFile("fr"));
         ProjectModel model(path("L.bxl"));
         QFile::remove(path(file));
         put(path(file).toStdString());
@@ -131,7 +131,7 @@ TEST_F(HostileLibrary, ReadsNoTranslationsFromWhatTookTheFilesPlace)
         QFile::remove(path(file));
         return QStringList(library->translations().keys());
     };
-    putLocal(path("outside/fr.ts"), "<TS version=\"2.1\" language=\"fr\"></TS>");
+    putLocal(path("outside/fr.ts"), translationFile("fr"));
     EXPECT_EQ(languagesWith([&](const std::string& at) {
                   ASSERT_EQ(::link(path("outside/fr.ts").toStdString().c_str(), at.c_str()), 0);
               }),
