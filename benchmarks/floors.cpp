@@ -38,13 +38,20 @@ void parse(std::string& bytes)
     require(document.load_buffer_inplace(bytes.data(), bytes.size()), "no XML");
 }
 
-void write(const std::string& path, const char* bytes, std::size_t size, bool sync)
+void write(const std::string& path, const char* bytes, std::size_t size, bool isSynced)
 {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     require(::write(file, bytes, size) == static_cast<ssize_t>(size), path);
-    if (sync) {
+    if (isSynced) {
         ::fsync(file);
     }
+    ::close(file);
+}
+
+void sync(const std::string& path)
+{
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    require(::fsync(file) == 0, path);
     ::close(file);
 }
 
@@ -161,9 +168,7 @@ void replaceSynced(const std::string& path, const std::string& bytes)
 {
     write(path + ".new", bytes.data(), bytes.size(), true);
     require(::rename((path + ".new").c_str(), path.c_str()) == 0, path);
-    const int directory = ::open(path.substr(0, path.rfind('/')).c_str(), O_RDONLY | O_DIRECTORY);
-    ::fsync(directory);
-    ::close(directory);
+    sync(path.substr(0, path.rfind('/')));
 }
 
 void replaceEntry(const std::string& archive, const std::string& name, const std::string& bytes)
@@ -172,9 +177,7 @@ void replaceEntry(const std::string& archive, const std::string& name, const std
     zip_source_t* const source = ::zip_source_buffer(zip.get(), bytes.data(), bytes.size(), 0);
     require(::zip_file_add(zip.get(), name.c_str(), source, ZIP_FL_OVERWRITE) >= 0, name);
     require(::zip_close(zip.release()) == 0, archive);
-    const int file = ::open(archive.c_str(), O_RDONLY | O_CLOEXEC);
-    ::fsync(file);
-    ::close(file);
+    sync(archive);
 }
 
 void copySynced(const std::string& from, const std::string& to)
@@ -197,9 +200,7 @@ void compress(const std::string& directory, const std::string& archive)
             require(::zip_file_add(zip.get(), path.c_str(), source, ZIP_FL_ENC_UTF_8) >= 0, path);
         });
     require(::zip_close(zip.release()) == 0, archive);
-    const int file = ::open(archive.c_str(), O_RDONLY | O_CLOEXEC);
-    ::fsync(file);
-    ::close(file);
+    sync(archive);
 }
 
 void rewriteXml(const std::string& from, const std::string& to)

@@ -1,5 +1,6 @@
 // What a box library's jobs cost beside the least work that they need: see floors.hpp. Both are
 // timed by turns, and the medians are compared, so that the ratio means something on any machine.
+#include "edited_library.hpp"
 #include "floors.hpp"
 #include "generated_library.hpp"
 #include "timing.hpp"
@@ -285,7 +286,7 @@ void Bench::savingOneEdit()
 void Bench::firstSaves()
 {
     const fs::path from = source(m_options.boxes);
-    const Library library = open(from);
+    Library library = open(from);
     const auto job = [&](const char* name, BoxLibrary::LibraryFormat format) {
         return Work{[&library, this, name, format] { library->saveTo(q(place(name)), format); },
                     [&library, this, name, from] {
@@ -293,7 +294,7 @@ void Bench::firstSaves()
                         fs::remove_all(place(name));
                         fs::remove_all(place("copy"));
                         fs::remove(place("copy.bxl"));
-                        const_cast<Library&>(library) = open(from);
+                        library = open(from);
                         ::sync();
                     }};
     };
@@ -505,47 +506,6 @@ void putIntoPage(const std::string& path, const std::string& table)
     std::ofstream(path, std::ios::binary) << page;
 }
 
-/// Edits a library in every way that is measured, so that the files can be compared with those that
-/// another version of the library makes.
-void edit(const fs::path& from, const fs::path& to)
-{
-    fs::create_directories(to / "exported");
-    const Library library = open(from);
-    BoxLibraryNode* const root = library->boxRoot();
-    library->exportBehaviors(q(to / "exported"));
-    library->saveTo(q(to / "opened.bxl"), BoxLibrary::Directory);
-    BoxLibraryNode* const folder = root->child(0);
-    folder->child(0)->setName("Renamed");
-    folder->setName("All of it / \"here\"");
-    BoxLibraryNode* const place = root->appendChild("New");
-    for (int i = 0; i < 30; ++i) {
-        place->appendChild({"Box", boost::make_shared<XmlElement>("Box")});
-    }
-    const BoxLibrary::Translators messages = library->translations();
-    library->insertChildren(place, 3, {folder->clone()}, messages);
-    const QString old = folder->translationContext();
-    place->appendChild(folder->take());
-    folder->changeContext(old, folder->translationContext());
-    place->moveChildren(1, 4, 9);
-    place->removeChild(2);
-    library->insertChildren(root, 0, {folder->child(1)->clone()}, messages);
-    std::function<void(BoxLibraryNode&)> setTooltips = [&](BoxLibraryNode& node) {
-        if (node.boxData()) {
-            node.boxData()->setTooltip(QStringLiteral("edited \u00e9 <&>"));
-        }
-        for (BoxLibraryNode* const child : node.children()) {
-            setTooltips(*child);
-        }
-    };
-    setTooltips(*folder->child(2));
-    root->saveAll();
-    library->saveTo(q(to / "edited.bxl"), BoxLibrary::Directory);
-    library->saveTo(q(to / "archive.bxl"), BoxLibrary::Archive);
-    place->child(1)->setName("Again");
-    library->save();
-    open(to / "archive.bxl")->saveTo(q(to / "unpacked.bxl"), BoxLibrary::Directory);
-}
-
 int number(const std::string& text)
 {
     std::size_t end = 0;
@@ -592,7 +552,7 @@ int main(int argc, char** argv)
         QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
         const Options options = parse({argv + 1, argv + argc});
         if (!options.library.empty()) {
-            edit(options.library, options.edited);
+            edited::edit(options.library, options.edited);
             return 0;
         }
         Bench bench(options);

@@ -7,7 +7,6 @@
 
 #include <QDataStream>
 
-#include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -109,12 +108,14 @@ void checkRecovered(const pk::project::UnsavedWork& work, const Place& place)
         model.save(place.path("saved"), ArchiveFormat::Directory, true);
         requireSame(printed(contentsOf(ProjectModel(place.path("saved")))), printed(contents),
                     "what is recovered can be saved");
-    } catch (const Error&) { // NOLINT(bugprone-empty-catch): it may say that it does not fit
+    } catch (const Error&) {
+        // It may say that it does not fit.
     }
     try {
         ProjectModel::discard(work);
         require(!QFileInfo::exists(work.directory), "discarded work is gone");
-    } catch (const pk::project::PathNotFound&) { // NOLINT(bugprone-empty-catch): gone meanwhile
+    } catch (const pk::project::PathNotFound&) {
+        // Gone meanwhile.
     }
 }
 

@@ -22,8 +22,7 @@ public:
         }
         for (const std::string& path : m_paths) {
             // A directory can have been moved away since.
-            const auto info = statOf(path);
-            if (info && S_ISDIR(info->st_mode)) {
+            if (isDirectory(path)) {
                 syncDirectory(path);
             }
         }

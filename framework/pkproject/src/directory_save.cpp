@@ -111,6 +111,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
         }
         throw;
     }
+    source.setUnfinished({}); // what is left of an earlier one was somebody else's to complete
     for (const auto& stamp : stamps) {
         stamp.first->stamp = stamp.second;
     }

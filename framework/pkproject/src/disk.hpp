@@ -98,6 +98,13 @@ inline bool exists(const std::string& path)
     return statOf(path).has_value();
 }
 
+/// Whether a directory is at `path`; a link to one is none.
+inline bool isDirectory(const std::string& path)
+{
+    const auto info = statOf(path);
+    return info && S_ISDIR(info->st_mode);
+}
+
 /// fstat().
 struct stat statOf(const Fd& file);
 

@@ -287,7 +287,8 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
             openForWork(step, to);
         }
     } else if (isToDo && step.replace) {
-        if (run == Run::Save && !exists(preservedName(itemPath(step.item))) && !tryPreserve(step)) {
+        // Without a journal run() did it, to see whether it can be done.
+        if (run == Run::Save && m_isWritten && !tryPreserve(step)) {
             Disk::instance().rename(to, preservedName(itemPath(step.item)));
         }
         Disk::instance().rename(itemPath(step.item), to);
@@ -425,7 +426,7 @@ void JournalDirectory::undo(const Journal& journal)
 void JournalDirectory::undoPuts(const Journal& journal)
 {
     for (const Journal::Put& step : journal.puts) {
-        if (step.makesDirectory() && exists(m_project + "/" + step.path)) {
+        if (step.makesDirectory() && isDirectory(m_project + "/" + step.path)) {
             openForWork(step, m_project + "/" + step.path);
         }
     }
@@ -435,7 +436,7 @@ void JournalDirectory::undoPuts(const Journal& journal)
         const std::string to = m_project + "/" + step->path;
         const std::string item = itemPath(step->item);
         const std::string old = preservedName(item);
-        if (step->makesDirectory() && exists(to)) {
+        if (step->makesDirectory() && isDirectory(to)) {
             if (isToSync) { // what was in the directory must have left it when it goes
                 Disk::instance().syncFileSystem(m_path);
                 isToSync = false;

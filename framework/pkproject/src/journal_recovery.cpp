@@ -8,7 +8,6 @@
 
 #include <pk/project/error.hpp>
 
-#include <algorithm>
 #include <fcntl.h>
 #include <set>
 #include <unistd.h>
@@ -44,8 +43,7 @@ void JournalDirectory::recover(const Place& place)
         }
         const Journal journal = Journal::fromBytes(QByteArray::fromStdString(readAll(file)), path);
         directory.refuseLinks(journal);
-        const auto project = statOf(place.path);
-        if (!project || !S_ISDIR(project->st_mode)) {
+        if (!isDirectory(place.path)) {
             throw IoError(path + ": it is part of a save to '" + place.path +
                           "', which is gone: bring that back, or remove the journal's directory");
         }
@@ -134,17 +132,13 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
     changed.sync(m_path);
 }
 
-// Below the project, before anything was collected.
+// Below the project, before anything was collected. What is in a directory is collected after it.
 std::string JournalDirectory::pathBefore(const Journal& journal, Journal::Location location)
 {
-    while (location.item >= 0) {
-        const auto step = std::find_if(
-            journal.collects.begin(), journal.collects.end(),
-            [&](const Journal::Collect& collect) { return collect.item == location.item; });
-        if (step == journal.collects.end() || step->from.item == location.item) {
-            break; // made up
+    for (auto step = journal.collects.rbegin(); step != journal.collects.rend(); ++step) {
+        if (step->item == location.item) {
+            location = {step->from.item, joinPath(step->from.path, location.path)};
         }
-        location = {step->from.item, joinPath(step->from.path, location.path)};
     }
     return location.path;
 }

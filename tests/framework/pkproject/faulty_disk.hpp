@@ -2,8 +2,11 @@
 
 #include "disk.hpp"
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <string>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -133,5 +136,24 @@ private:
     int m_error = 0;
     bool m_onwards = false;
 };
+
+/// Runs `action` in another process, which ends at operation `number` of the disk. Gives whether
+/// there was such an operation.
+template <class Action>
+bool killIn(const Action& action, int number)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        FaultyDisk disk;
+        disk.dieAt(number);
+        [&]() noexcept { action(); }();
+        ::_exit(0);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    const bool died = WIFEXITED(status) && WEXITSTATUS(status) == FaultyDisk::a_died;
+    EXPECT_TRUE(died || status == 0) << status;
+    return died;
+}
 
 } // namespace pk::project::test

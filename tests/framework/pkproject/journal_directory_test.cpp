@@ -101,6 +101,16 @@ protected:
         m_new = treeOf(*opened);
         return opened;
     }
+    static void save(ProjectModel& model) { model.save(QString(), ArchiveFormat::Source, true); }
+    static bool trySave(ProjectModel& model)
+    {
+        try {
+            save(model);
+        } catch (const IoError&) {
+            return false;
+        }
+        return true;
+    }
 
     TemporaryDirectory m_directory;
     Tree m_old;
@@ -111,7 +121,7 @@ TEST_P(AOneRenameSave, WritesNoJournalAndSyncsTwice)
 {
     const auto model = edited();
     const FaultyDisk disk;
-    model->save(QString(), ArchiveFormat::Source, true);
+    save(*model);
     const auto count = [&](const std::string& begin) {
         return std::count_if(disk.log().begin(), disk.log().end(), [&](const std::string& step) {
             return step.compare(0, begin.size(), begin) == 0;
@@ -129,16 +139,7 @@ TEST_P(AOneRenameSave, IsWholeOrNotWhereverItDies)
     bool died = true;
     for (int number = 0; died; ++number) {
         const auto model = edited();
-        const pid_t child = ::fork();
-        if (child == 0) {
-            FaultyDisk disk;
-            disk.dieAt(number);
-            model->save(QString(), ArchiveFormat::Source, true);
-            ::_exit(0);
-        }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        died = WEXITSTATUS(status) == FaultyDisk::a_died;
+        died = killIn([&] { save(*model); }, number);
         const Tree now = treeOf(ProjectModel(path()));
         EXPECT_TRUE(now == m_old || now == m_new) << number;
         EXPECT_EQ(leftBeside(path()), QStringList()) << number;
@@ -155,12 +156,7 @@ TEST_P(AOneRenameSave, IsUndoneWhereverItFailsAtOnceOrLater)
             const auto model = edited();
             FaultyDisk disk;
             disk.failAt(number, EIO, onwards);
-            bool failed = false;
-            try {
-                model->save(QString(), ArchiveFormat::Source, true);
-            } catch (const IoError&) {
-                failed = true;
-            }
+            const bool failed = !trySave(*model);
             if (disk.count() <= number) {
                 break;
             }
@@ -170,7 +166,7 @@ TEST_P(AOneRenameSave, IsUndoneWhereverItFailsAtOnceOrLater)
                 ASSERT_EQ(treeOf(ProjectModel(path())), m_old);
             }
             model->writeFile(q("more"), "1");
-            model->save(QString(), ArchiveFormat::Source, true);
+            save(*model);
             m_new["more"] = "1";
             ASSERT_EQ(treeOf(ProjectModel(path())), m_new);
             ASSERT_EQ(leftBeside(path()), QStringList());
@@ -183,15 +179,9 @@ TEST_P(AOneRenameSave, IsWholeOrNotAfterAPowerFailureAlsoWhileItIsUndone)
     int undone = 0;
     for (int failing = -1;; ++failing) {
         const auto model = edited();
-        const Tree before = treeOf(m_directory.path());
         PowerLossDisk disk(m_directory.path());
         disk.failAt(failing);
-        bool failed = false;
-        try {
-            model->save(QString(), ArchiveFormat::Source, true);
-        } catch (const IoError&) {
-            failed = true;
-        }
+        const bool failed = !trySave(*model);
         PowerLossDisk::unplug();
         if (!failed && failing >= disk.count()) {
             break;
@@ -236,12 +226,7 @@ TEST_P(AOneRenameSave, IsUndoneWithoutHardLinksToo)
         const Tree before = treeOf(path());
         NoLinks disk;
         disk.failAt(number, EIO, false);
-        bool failed = false;
-        try {
-            model->save(QString(), ArchiveFormat::Source, true);
-        } catch (const IoError&) {
-            failed = true;
-        }
+        const bool failed = !trySave(*model);
         if (disk.count() <= number) {
             break;
         }
@@ -249,7 +234,7 @@ TEST_P(AOneRenameSave, IsUndoneWithoutHardLinksToo)
         if (failed) {
             ASSERT_EQ(treeOf(path()), before);
         }
-        model->save(QString(), ArchiveFormat::Source, true);
+        save(*model);
         ASSERT_EQ(treeOf(ProjectModel(path())), m_new);
     }
 }
@@ -264,29 +249,20 @@ TEST_P(AOneRenameSave, IsNotUndoneOnSomebodyElsesJournal)
         {
             FaultyDisk disk;
             disk.failAt(m_new.size() < m_old.size() ? 2 : 7, EIO, true);
-            EXPECT_THROW(model->save(QString(), ArchiveFormat::Source, true), IoError);
+            EXPECT_THROW(save(*model), IoError);
         }
         ProjectModel other(path());
         other.move(q("a"), q("moved"), false);
         other.writeFile(q("added"), "added");
         const Tree expected = treeOf(other);
-        const pid_t child = ::fork();
-        if (child == 0) {
-            FaultyDisk disk;
-            disk.dieAt(dying);
-            other.save(QString(), ArchiveFormat::Source, true);
-            ::_exit(0);
-        }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        if (WEXITSTATUS(status) != FaultyDisk::a_died) {
+        if (!killIn([&] { save(other); }, dying)) {
             break;
         }
         if (!JournalDirectory::isPending(place())) {
             continue;
         }
         ++pending;
-        EXPECT_THROW(model->save(QString(), ArchiveFormat::Source, true), ConflictError);
+        EXPECT_THROW(save(*model), ConflictError);
         EXPECT_EQ(treeOf(ProjectModel(path())), expected);
     }
     EXPECT_GT(pending, 5);

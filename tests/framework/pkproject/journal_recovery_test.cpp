@@ -214,6 +214,20 @@ TEST_F(AJournalledSave, WithAJournalThatIsNoFileOrTooLargeIsRefused)
     EXPECT_EQ(treeOf(path()), m_old);
 }
 
+TEST_F(AJournalledSave, WithAJournalThatGoesInCirclesEnds)
+{
+    const QString journal = m_directory.path(".project.kxjournal");
+    const Journal circle{{{{1, "a"}, 0, {}}, {{0, "b"}, 1, {}}}, {}};
+    putLocal(journal + q("/put"), circle.toBytes());
+    waitForTheClock();
+    putLocal(journal + q("/0/file"), "1");
+    putLocal(journal + q("/1/file"), "2");
+    const Tree found = treeOf(ProjectModel(path()));
+    EXPECT_EQ(contentsOf(found).count("1"), 1U);
+    EXPECT_EQ(contentsOf(found).count("2"), 1U);
+    EXPECT_EQ(leftBeside(path()), QStringList());
+}
+
 // A save fails, the disk refuses to undo it, and somebody else comes before the next save.
 class AnUndoneSave : public AJournalledSave
 {
@@ -311,6 +325,45 @@ TEST_F(AnUndoneSave, DestroysNothingThatSomebodyWroteSince)
                 EXPECT_EQ(treeOf(ProjectModel(m_directory.path("elsewhere"))), m_new);
             }
         });
+}
+
+TEST(AnUndoneDirectory, IsLeftToWhomeverPutSomethingInItsPlace)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("project");
+    int left = 0;
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE(number);
+        ProjectModel model;
+        model.writeFile(q("a"), "1");
+        model.save(path, ArchiveFormat::Directory, true);
+        model.mkdir(q("new"), false);
+        model.writeFile(q("a"), "2");
+        {
+            FaultyDisk disk;
+            disk.failAt(number, EIO, true);
+            try {
+                model.save(QString(), ArchiveFormat::Source, true);
+            } catch (const IoError&) {
+            }
+            if (disk.count() <= number) {
+                break;
+            }
+        }
+        const std::string made = (path + q("/new")).toStdString();
+        if (isDirectory(made) && JournalDirectory::isPending(Place::of(path.toStdString()))) {
+            ASSERT_EQ(::rmdir(made.c_str()), 0);
+            ASSERT_EQ(::symlink("../elsewhere", made.c_str()), 0);
+            EXPECT_THROW(model.save(QString(), ArchiveFormat::Source, true), AlreadyExists);
+            EXPECT_EQ(getLocal(path + q("/a")), "1");
+            ASSERT_EQ(::unlink(made.c_str()), 0);
+            ++left;
+        }
+        model.save(QString(), ArchiveFormat::Source, true);
+        EXPECT_EQ(treeOf(ProjectModel(path)), treeOf(model));
+        removeTree(path.toStdString());
+    }
+    EXPECT_GT(left, 1);
 }
 
 } // namespace pk::project::test

@@ -4,10 +4,7 @@
 #include "place.hpp"
 #include "support.hpp"
 
-#include <cerrno>
 #include <optional>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace pk::project::test {
 
@@ -48,21 +45,7 @@ protected:
     // Runs a save in a program that dies when it comes to an operation; true when it died.
     bool dieAt(int number)
     {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            class DyingDisk : public FaultyDisk
-            {
-            protected:
-                void fail(const std::string& /*path*/) override { ::_exit(7); }
-            } disk;
-            disk.failAt(number, EIO, true);
-            save();
-            ::_exit(0);
-        }
-        int status = 0;
-        EXPECT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFEXITED(status));
-        return WEXITSTATUS(status) == 7;
+        return killIn([this] { save(); }, number);
     }
 
     TemporaryDirectory m_directory;

@@ -103,24 +103,6 @@ Tree openedIn(const QString& directory)
     return treeOf(directory);
 }
 
-// Saves in another process, which ends at operation `number`. Gives whether there was such an
-// operation.
-bool killInSave(Desk& desk, int number)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        FaultyDisk disk;
-        disk.dieAt(number);
-        [&]() noexcept { desk.save(); }();
-        ::_exit(0);
-    }
-    int status = 0;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    const bool died = WIFEXITED(status) && WEXITSTATUS(status) == FaultyDisk::a_died;
-    EXPECT_TRUE(died || status == 0) << status;
-    return died;
-}
-
 } // namespace
 
 // All of it as a usual user, whom modes concern.
@@ -238,7 +220,7 @@ TEST_P(SaveFaults, KilledInBetweenLeaveTheOldProjectOrTheNew)
     for (int number = 0; reached && !HasFailure(); number += a_killStep, ++points) {
         SCOPED_TRACE("operation " + std::to_string(number));
         Desk desk(GetParam());
-        reached = killInSave(desk, number);
+        reached = killIn([&] { desk.save(); }, number);
         const Tree found = openedIn(desk.directory());
         EXPECT_TRUE(found == after() || (found == desk.before() && reached))
             << testing::PrintToString(found);

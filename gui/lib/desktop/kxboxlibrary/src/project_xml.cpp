@@ -18,7 +18,8 @@ Stream open(pk::project::ProjectModel& model, const QString& path)
     if (!stream && model.hasFile(path)) {
         try {
             model.getFileLocalPath(path);
-        } catch (const pk::project::FormatError&) { // NOLINT(bugprone-empty-catch): null says it
+        } catch (const pk::project::FormatError&) {
+            // A damaged entry is as good as none.
         }
     }
     return stream;
