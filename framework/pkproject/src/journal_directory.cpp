@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <fcntl.h>
+#include <map>
 #include <set>
 #include <unistd.h>
 
@@ -184,26 +185,52 @@ std::string JournalDirectory::locateNow(const Journal& journal, Journal::Locatio
     return locate(location);
 }
 
+// Where each file or directory is to come back that was collected: what it was in may be an item
+// now, or be put.
+std::vector<std::string> JournalDirectory::placesBefore(const Journal& journal) const
+{
+    std::map<int, std::string> put;
+    for (const Journal::Put& step : journal.puts) {
+        if (!step.makesDirectory() && !exists(itemPath(step.item))) {
+            put.emplace(step.item, m_project + "/" + step.path);
+        }
+    }
+    std::vector<std::string> places;
+    for (const Journal::Collect& step : journal.collects) {
+        const auto above = put.find(step.from.item);
+        places.push_back(above == put.end() ? locate(step.from)
+                                            : above->second + "/" + step.from.path);
+    }
+    return places;
+}
+
+// The first link in the way to a path of the project or of the journal's directory, if there is
+// one; what is at the path itself is not looked at.
+std::optional<std::string> JournalDirectory::linkAbove(const std::string& path) const
+{
+    // A path behind m_parent begins with the project's name, or with the journal's.
+    for (std::size_t at = path.find('/', m_parent.size() + 1); at != std::string::npos;
+         at = path.find('/', at + 1)) {
+        std::string above = path.substr(0, at);
+        const auto info = statOf(above);
+        if (info && S_ISLNK(info->st_mode)) {
+            return above;
+        }
+    }
+    return std::nullopt;
+}
+
 void JournalDirectory::refuseLinks(const Journal& journal) const
 {
-    std::set<std::string> checked;
-    const auto checkAbove = [&](const std::string& path, std::size_t at) {
-        for (; at != std::string::npos; at = path.find('/', at + 1)) {
-            const std::string above = path.substr(0, at);
-            if (!checked.insert(above).second) {
-                continue;
-            }
-            const auto info = statOf(above);
-            if (info && S_ISLNK(info->st_mode)) {
-                throw FormatError(m_path + ": damaged journal: '" + above + "' is a symbolic link");
-            }
-        }
-    };
-    for (const Journal::Collect& step : journal.collects) {
-        checkAbove(locate(step.from), (step.from.item < 0 ? m_project : m_path).size() + 1);
-    }
+    std::vector<std::string> paths = placesBefore(journal);
     for (const Journal::Put& step : journal.puts) {
-        checkAbove(m_project + "/" + step.path, m_project.size() + 1);
+        paths.push_back(m_project + "/" + step.path);
+    }
+    for (const std::string& path : paths) {
+        if (const auto link = linkAbove(path)) {
+            throw FormatError(m_project + ": a save that failed can't be undone, because '" +
+                              *link + "' is a symbolic link now");
+        }
     }
 }
 
@@ -249,7 +276,8 @@ void JournalDirectory::collect(const Journal& journal, Run run)
     for (const Journal::Collect& step : journal.collects) {
         const std::string from = locate(step.from);
         const std::string item = itemPath(step.item);
-        if (!exists(item) && (run == Run::Save || exists(from))) {
+        // What somebody moved away, perhaps leaving a link to it, is theirs.
+        if (!exists(item) && (run == Run::Save || (!linkAbove(from) && exists(from)))) {
             Disk::instance().renameNew(from, item);
         }
         changed.addParentOf(from);
@@ -265,12 +293,24 @@ void JournalDirectory::put(const Journal& journal, Run run)
     for (const Journal::Put& step : journal.puts) {
         putItem(step, run, changed);
     }
+    changed.sync(m_path);
+    closeDirectories(journal);
+}
+
+// A directory that its owner may not read can't be synced any more.
+void JournalDirectory::closeDirectories(const Journal& journal) const
+{
+    bool isToSync = false;
     for (const Journal::Put& step : journal.puts) {
-        if (step.makesDirectory() && isClosed(step)) {
-            Disk::instance().chmod(m_project + "/" + step.path, step.mode);
+        const std::string path = m_project + "/" + step.path;
+        if (step.makesDirectory() && isClosed(step) && !linkAbove(path) && isDirectory(path)) {
+            Disk::instance().chmod(path, step.mode);
+            isToSync = true;
         }
     }
-    changed.sync(m_path);
+    if (isToSync) {
+        Disk::instance().syncFileSystem(m_path);
+    }
 }
 
 void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirectories& changed)
@@ -278,7 +318,8 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
     const std::string to = m_project + "/" + step.path;
     const bool isToDo = step.makesDirectory() || exists(itemPath(step.item));
     if (isToDo && run == Run::Recover) {
-        makeWay(step, changed);
+        clearWay(step, changed);
+        makeDirectoriesAbove(step.path, changed);
     }
     if (step.makesDirectory()) {
         if (!exists(to)) {
@@ -332,17 +373,28 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     return isOurs;
 }
 
-// What the save put is taken away by its undoing, so it must not be what somebody made of it since.
+// What the save put is taken away by its undoing, so it must not be what somebody made of it since,
+// and where something comes back nothing may be.
 void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
 {
     std::vector<std::string> changes;
-    const std::vector<std::optional<Stamp>> now = filesPut(unfinished.journal);
+    const Journal& journal = unfinished.journal;
+    const std::vector<std::optional<Stamp>> now = filesPut(journal);
+    std::set<std::string> put;
     for (std::size_t i = 0; i < now.size(); ++i) {
-        const Journal::Put& step = unfinished.journal.puts[i];
+        const Journal::Put& step = journal.puts[i];
+        put.insert(m_project + "/" + step.path);
         // The old one is back when the undoing was tried before.
         const bool isOld = step.replace && now[i] == step.before;
         if (now[i] && now[i] != unfinished.put[i] && !isOld) {
             changes.push_back("'" + step.path + "' was changed");
+        }
+    }
+    const std::vector<std::string> places = placesBefore(journal);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool isCollected = exists(itemPath(journal.collects[i].item));
+        if (isCollected && put.count(places[i]) == 0 && exists(places[i])) {
+            changes.push_back("'" + places[i] + "' was added");
         }
     }
     if (!changes.empty()) {
@@ -376,6 +428,13 @@ bool JournalDirectory::isOurs(const Unfinished& unfinished) const
     }
     if (unfinished.isWritten) {
         return isIt(phases[0]) || isIt(phases[1]);
+    }
+    if (!unfinished.journal.puts.empty()) {
+        const Journal::Put& step = unfinished.journal.puts.front();
+        const auto old = statOf(preservedName(itemPath(step.item)));
+        if (old && Stamp::of(*old) != step.before) {
+            return false; // a new directory can have the inode of one that is gone
+        }
     }
     const auto [from, to] = onlyRename(unfinished.journal);
     return !exists(phases[0]) && !exists(phases[1]) && (isIt(from) || isIt(to));

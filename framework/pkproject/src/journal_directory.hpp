@@ -62,8 +62,9 @@ public:
     std::optional<Unfinished> unfinished() const { return m_unfinished; }
 
     /// Undoes what an earlier run() left; false when somebody else completed it meanwhile. Throws
-    /// ConflictError, and does nothing, when somebody changed what it had put, FormatError when a
-    /// link took the place of a directory, and IoError.
+    /// ConflictError, and does nothing, when somebody changed what it had put or put something
+    /// where something is to come back, FormatError when a link took the place of a directory,
+    /// AlreadyExists when something took that of one that it had made, and IoError.
     static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
     /// The path of the file that was at `path` below the project when an earlier run() began, which
@@ -73,11 +74,13 @@ public:
                                               const std::string& path);
 
     /// Completes or forgets the save that a program began at the place and did not end. Whatever
-    /// somebody did to the project since, it succeeds and takes nothing from anybody: what is gone
-    /// is not put, a directory that is missing is made, and what came to be in the way, or was
-    /// changed and would be replaced or removed, gets another name (set_aside.hpp); that, and what
-    /// can't be removed of the journal directory, is a warning in the log.
-    /// Throws IoError, also when the whole project is gone, and FormatError for a damaged journal.
+    /// somebody did to the project since, it succeeds and takes nothing from anybody: what is gone,
+    /// or is behind a link now, is neither collected nor put, a directory that is missing is made,
+    /// and what came to be in the way, or was changed and would be replaced or removed, gets
+    /// another name (set_aside.hpp); that, and what can't be removed of the journal directory, is a
+    /// warning in the log.
+    /// Throws IoError, which names the journal, also when the whole project is gone, and
+    /// FormatError for a damaged journal.
     static void recover(const Place& place);
 
     /// Whether recover() would find a save to complete.
@@ -97,6 +100,8 @@ private:
 
     std::string locate(const Journal::Location& location) const;
     std::string locateNow(const Journal& journal, Journal::Location location) const;
+    std::vector<std::string> placesBefore(const Journal& journal) const;
+    std::optional<std::string> linkAbove(const std::string& path) const;
     static void refuseStranger(const Place& place);
     void refuseLinks(const Journal& journal) const;
     void write(const Journal& journal, bool syncItems);
@@ -118,10 +123,13 @@ private:
     void collect(const Journal& journal, Run run);
     void put(const Journal& journal, Run run);
     void putItem(const Journal::Put& step, Run run, ChangedDirectories& changed);
-    void makeWay(const Journal::Put& step, ChangedDirectories& changed) const;
+    void closeDirectories(const Journal& journal) const;
+    void complete(const Journal& journal, bool isCollected, std::int64_t since);
+    void clearWays(const Journal& journal) const;
+    void clearWay(const Journal::Put& step, ChangedDirectories& changed) const;
     void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;
-    void giveBack(const Journal& journal, std::int64_t since);
-    static std::string pathBefore(const Journal& journal, Journal::Location location);
+    void giveBack(const Journal& journal, std::int64_t since) const;
+    std::string placeToGiveBack(const std::string& path) const;
     bool tryPreserve(const Journal::Put& step) const;
     bool isUntouched(const Journal::Put& step) const;
     void tryUndo(const Journal& journal);

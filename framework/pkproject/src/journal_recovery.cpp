@@ -9,6 +9,7 @@
 #include <pk/project/error.hpp>
 
 #include <fcntl.h>
+#include <map>
 #include <set>
 #include <unistd.h>
 
@@ -20,6 +21,22 @@ namespace {
 bool isAsBefore(const struct stat& info, const Stamp& before)
 {
     return modificationTime(info) == before.time && info.st_size == before.bytes;
+}
+
+// Where something was below the project before anything was collected; `homes` are those of the
+// items. Each makes the path longer, and only in a journal that is made up without an end.
+std::string pathBefore(const std::map<int, Journal::Location>& homes,
+                       const Journal::Location& collected)
+{
+    Journal::Location location = collected;
+    for (auto home = homes.find(location.item); home != homes.end();
+         home = homes.find(location.item)) {
+        location = {home->second.item, joinPath(home->second.path, location.path)};
+        if (isTooLong(location.path.size(), 1)) {
+            return collected.path;
+        }
+    }
+    return location.path;
 }
 
 } // namespace
@@ -42,18 +59,16 @@ void JournalDirectory::recover(const Place& place)
             throw FormatError(path + ": damaged journal");
         }
         const Journal journal = Journal::fromBytes(QByteArray::fromStdString(readAll(file)), path);
-        directory.refuseLinks(journal);
         if (!isDirectory(place.path)) {
             throw IoError(path + ": it is part of a save to '" + place.path +
                           "', which is gone: bring that back, or remove the journal's directory");
         }
-        if (phase == a_collect) {
-            directory.collect(journal, Run::Recover);
-            directory.rename(a_collect, a_put);
+        try {
+            directory.complete(journal, phase == a_put, modificationTime(info));
+        } catch (const IoError& error) {
+            throw IoError(path +
+                          ": the save that it is part of can't be completed: " + error.what());
         }
-        directory.put(journal, Run::Recover);
-        directory.giveBack(journal, modificationTime(info));
-        Disk::instance().unlink(directory.m_path + "/" + a_put);
         break;
     }
     directory.finish();
@@ -73,18 +88,50 @@ void JournalDirectory::refuseStranger(const Place& place)
     }
 }
 
-// Only what somebody did since the save can be in the way of a step, or keep it from its directory.
-void JournalDirectory::makeWay(const Journal::Put& step, ChangedDirectories& changed) const
+void JournalDirectory::complete(const Journal& journal, bool isCollected, std::int64_t since)
 {
-    makeDirectoriesAbove(step.path, changed);
+    if (!isCollected) {
+        collect(journal, Run::Recover);
+        rename(a_collect, a_put);
+    }
+    clearWays(journal);
+    put(journal, Run::Recover);
+    giveBack(journal, since);
+    Disk::instance().unlink(m_path + "/" + a_put);
+}
+
+// All that is in the way has its other name on the disk before anything takes its place.
+void JournalDirectory::clearWays(const Journal& journal) const
+{
+    ChangedDirectories changed;
+    for (const Journal::Put& step : journal.puts) {
+        if (step.makesDirectory() || exists(itemPath(step.item))) {
+            clearWay(step, changed);
+        }
+    }
+    changed.sync(m_path);
+}
+
+// Only what somebody did since the save can be in the way of a step, or keep it from its directory.
+void JournalDirectory::clearWay(const Journal::Put& step, ChangedDirectories& changed) const
+{
     const std::string to = m_project + "/" + step.path;
-    const auto info = statOf(to);
-    const bool isExpected =
-        !info || (step.makesDirectory()
-                      ? S_ISDIR(info->st_mode)
-                      : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before));
-    if (!isExpected) {
-        setAside(to, to);
+    for (std::size_t at = m_project.size(); at != std::string::npos;) {
+        at = to.find('/', at + 1);
+        const std::string path = to.substr(0, at);
+        const auto info = statOf(path);
+        if (!info) {
+            return;
+        }
+        const bool isExpected =
+            at != std::string::npos || step.makesDirectory()
+                ? S_ISDIR(info->st_mode)
+                : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before);
+        if (!isExpected) {
+            setAside(path, path);
+            changed.addParentOf(path);
+            return;
+        }
     }
 }
 
@@ -93,27 +140,24 @@ void JournalDirectory::makeDirectoriesAbove(const std::string& path,
 {
     for (std::size_t at = path.find('/'); at != std::string::npos; at = path.find('/', at + 1)) {
         const std::string above = m_project + "/" + path.substr(0, at);
-        const auto info = statOf(above);
-        if (info && S_ISDIR(info->st_mode)) {
-            continue;
+        if (!exists(above)) {
+            Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
+            changed.addParentOf(above);
         }
-        if (info) {
-            setAside(above, above);
-        }
-        Disk::instance().mkdir(above, umaskLeaves(0777) | 0700);
-        changed.addParentOf(above);
     }
 }
 
 // What the save took away comes back, under another name, when somebody changed it after the save
 // had begun, and before it was taken.
-void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
+void JournalDirectory::giveBack(const Journal& journal, std::int64_t since) const
 {
     ChangedDirectories changed;
     std::set<std::string> touched;
+    std::map<int, Journal::Location> homes;
     for (const Journal::Collect& step : journal.collects) {
         const std::string from = locate(step.from);
         touched.insert(from.substr(0, from.rfind('/')));
+        homes.emplace(step.item, step.from);
     }
     for (const Journal::Collect& step : journal.collects) {
         const std::string item = itemPath(step.item);
@@ -124,7 +168,7 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
         if (!isChanged) {
             continue;
         }
-        const std::string path = pathBefore(journal, step.from);
+        const std::string path = placeToGiveBack(pathBefore(homes, step.from));
         makeDirectoriesAbove(path, changed);
         setAside(item, m_project + "/" + path);
         changed.addParentOf(m_project + "/" + path);
@@ -132,15 +176,20 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since)
     changed.sync(m_path);
 }
 
-// Below the project, before anything was collected. What is in a directory is collected after it.
-std::string JournalDirectory::pathBefore(const Journal& journal, Journal::Location location)
+// A path like that below the project at which something was: other things may be above it now.
+std::string JournalDirectory::placeToGiveBack(const std::string& path) const
 {
-    for (auto step = journal.collects.rbegin(); step != journal.collects.rend(); ++step) {
-        if (step->item == location.item) {
-            location = {step->from.item, joinPath(step->from.path, location.path)};
+    std::string place = m_project + "/" + path;
+    for (std::size_t at = place.find('/', m_project.size() + 1); at != std::string::npos;
+         at = place.find('/', at + 1)) {
+        const std::string above = place.substr(0, at);
+        if (exists(above) && !isDirectory(above)) {
+            const std::string other = freePathLike(above);
+            place.replace(0, at, other);
+            break; // there is nothing below that
         }
     }
-    return location.path;
+    return place.substr(m_project.size() + 1);
 }
 
 } // namespace pk::project

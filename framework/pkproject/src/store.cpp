@@ -81,8 +81,10 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
         JournalDirectory::recover(place);
         removeRemains(place);
     } else if (JournalDirectory::isPending(place)) {
-        throw IoError(text + ": a save of it was interrupted and can't be completed, because the "
-                             "directory above can't be written");
+        throw IoError(place.journal() +
+                      ": the save that it is part of can't be completed, because "
+                      "'" +
+                      place.parent + "' can't be written");
     }
     const std::int64_t time = Base::now();
     load(place);

@@ -74,6 +74,7 @@ private:
     FILE* openToWrite(const ProjectPath& path, const std::string& mode);
     void load(const Place& place);
     void undoUnfinished(bool mustSucceed);
+    void rememberUndone();
     Target resolveTarget(const QString& path, ArchiveFormat format) const;
     void checkTarget(const Place& place) const;
     void saveDirectory(const Target& target);

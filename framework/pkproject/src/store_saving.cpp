@@ -90,12 +90,9 @@ void Store::undoUnfinished(bool mustSucceed)
     try {
         const Place& place = m_contents.directory->place();
         const Lock lock = Lock::take(place);
-        const bool isUndone =
-            JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished());
-        if (isUndone) {
+        if (JournalDirectory::undoUnfinished(place, *m_contents.directory->unfinished())) {
             m_contents.directory->setUnfinished({});
-            m_contents.directory->remember();
-            m_log.confirm(base(Base::now()));
+            rememberUndone();
         } // else it is for the comparison to say what is different
     } catch (const Error& error) {
         if (mustSucceed) {
@@ -103,6 +100,19 @@ void Store::undoUnfinished(bool mustSucceed)
         }
         warn(std::string("a save that failed can still not be undone: ") + error.what(), __FILE__,
              "undoUnfinished", __LINE__);
+    }
+}
+
+// An undone save leaves the source as it was, but with other times of directories. What somebody
+// else changed meanwhile must stay to be found.
+void Store::rememberUndone()
+{
+    try {
+        m_contents.directory->checkUnchanged(*m_index);
+        m_contents.directory->remember();
+        m_log.confirm(base(Base::now()));
+    } catch (const ConflictError&) {
+        // Who saves to the source is told.
     }
 }
 

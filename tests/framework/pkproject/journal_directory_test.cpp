@@ -101,16 +101,6 @@ protected:
         m_new = treeOf(*opened);
         return opened;
     }
-    static void save(ProjectModel& model) { model.save(QString(), ArchiveFormat::Source, true); }
-    static bool trySave(ProjectModel& model)
-    {
-        try {
-            save(model);
-        } catch (const IoError&) {
-            return false;
-        }
-        return true;
-    }
 
     TemporaryDirectory m_directory;
     Tree m_old;
@@ -121,7 +111,7 @@ TEST_P(AOneRenameSave, WritesNoJournalAndSyncsTwice)
 {
     const auto model = edited();
     const FaultyDisk disk;
-    save(*model);
+    saveInPlace(*model);
     const auto count = [&](const std::string& begin) {
         return std::count_if(disk.log().begin(), disk.log().end(), [&](const std::string& step) {
             return step.compare(0, begin.size(), begin) == 0;
@@ -139,7 +129,7 @@ TEST_P(AOneRenameSave, IsWholeOrNotWhereverItDies)
     bool died = true;
     for (int number = 0; died; ++number) {
         const auto model = edited();
-        died = killIn([&] { save(*model); }, number);
+        died = killIn([&] { saveInPlace(*model); }, number);
         const Tree now = treeOf(ProjectModel(path()));
         EXPECT_TRUE(now == m_old || now == m_new) << number;
         EXPECT_EQ(leftBeside(path()), QStringList()) << number;
@@ -166,7 +156,7 @@ TEST_P(AOneRenameSave, IsUndoneWhereverItFailsAtOnceOrLater)
                 ASSERT_EQ(treeOf(ProjectModel(path())), m_old);
             }
             model->writeFile(q("more"), "1");
-            save(*model);
+            saveInPlace(*model);
             m_new["more"] = "1";
             ASSERT_EQ(treeOf(ProjectModel(path())), m_new);
             ASSERT_EQ(leftBeside(path()), QStringList());
@@ -234,7 +224,7 @@ TEST_P(AOneRenameSave, IsUndoneWithoutHardLinksToo)
         if (failed) {
             ASSERT_EQ(treeOf(path()), before);
         }
-        save(*model);
+        saveInPlace(*model);
         ASSERT_EQ(treeOf(ProjectModel(path())), m_new);
     }
 }
@@ -249,20 +239,20 @@ TEST_P(AOneRenameSave, IsNotUndoneOnSomebodyElsesJournal)
         {
             FaultyDisk disk;
             disk.failAt(m_new.size() < m_old.size() ? 2 : 7, EIO, true);
-            EXPECT_THROW(save(*model), IoError);
+            EXPECT_THROW(saveInPlace(*model), IoError);
         }
         ProjectModel other(path());
         other.move(q("a"), q("moved"), false);
         other.writeFile(q("added"), "added");
         const Tree expected = treeOf(other);
-        if (!killIn([&] { save(other); }, dying)) {
+        if (!killIn([&] { saveInPlace(other); }, dying)) {
             break;
         }
         if (!JournalDirectory::isPending(place())) {
             continue;
         }
         ++pending;
-        EXPECT_THROW(save(*model), ConflictError);
+        EXPECT_THROW(saveInPlace(*model), ConflictError);
         EXPECT_EQ(treeOf(ProjectModel(path())), expected);
     }
     EXPECT_GT(pending, 5);

@@ -1,14 +1,17 @@
+#include "another_user.hpp"
 #include "journal_directory.hpp"
 #include "journalled_save.hpp"
 #include "log_records.hpp"
 #include "power_loss.hpp"
 #include "unsaved_work.hpp"
+#include "zip_support.hpp"
 
 #include <pk/project/error.hpp>
 
 #include <QProcess>
 
 #include <algorithm>
+#include <ctime>
 #include <map>
 #include <random>
 #include <set>
@@ -152,6 +155,34 @@ TEST_F(AJournalledSave, IsKeptForAProjectThatIsGone)
     EXPECT_EQ(treeOf(ProjectModel(path())), m_new);
 }
 
+TEST_F(AJournalledSave, SaysWhyItCantBeCompleted)
+{
+    ASSERT_TRUE(dieAt(20));
+    ASSERT_EQ(::chmod(m_directory.path().toStdString().c_str(), 0777), 0);
+    for (const QString& each : {m_directory.path(".project.kxjournal"), path()}) {
+        if (::geteuid() == 0) {
+            ASSERT_EQ(QProcess::execute(q("chown"), {q("-R"), q("65534"), each}), 0);
+        }
+    }
+    const auto message = [&] {
+        const AnotherUser user;
+        return messageOf<IoError>([&] { const ProjectModel model(path()); });
+    };
+    const std::string why = place().journal() + "/collect: the save that it is part of can't be "
+                                                "completed: ";
+    ASSERT_EQ(::chmod(path().toStdString().c_str(), 0555), 0);
+    EXPECT_EQ(message().substr(0, why.size()), why);
+    ASSERT_EQ(::chmod(m_directory.path().toStdString().c_str(), 0555), 0);
+    EXPECT_EQ(message(), place().journal() +
+                             ": the save that it is part of can't be completed, "
+                             "because '" +
+                             place().parent + "' can't be written");
+    ASSERT_EQ(::chmod(m_directory.path().toStdString().c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(path().toStdString().c_str(), 0755), 0);
+    const AnotherUser user;
+    EXPECT_EQ(treeOf(ProjectModel(path())), m_new);
+}
+
 TEST_F(AJournalledSave, WithADamagedJournalIsReportedAndLeftAlone)
 {
     QDir(m_directory.path()).mkdir(q(".project.kxjournal"));
@@ -228,142 +259,209 @@ TEST_F(AJournalledSave, WithAJournalThatGoesInCirclesEnds)
     EXPECT_EQ(leftBeside(path()), QStringList());
 }
 
-// A save fails, the disk refuses to undo it, and somebody else comes before the next save.
-class AnUndoneSave : public AJournalledSave
+TEST_F(AJournalledSave, WithALongMadeUpJournalIsCompletedSoon)
+{
+    constexpr int a_items = 50'000;
+    Journal chain;
+    for (int item = 0; item < a_items; ++item) {
+        chain.collects.push_back({{item - 1, "a/b/c/d/e/f/g/h"}, item, {}});
+    }
+    const QString journal = m_directory.path(".project.kxjournal");
+    putLocal(journal + q("/put"), chain.toBytes());
+    for (int item = a_items - 300; item < a_items; ++item) {
+        putLocal(journal + q("/") + QString::number(item), QByteArray::number(item));
+    }
+    const std::clock_t before = std::clock();
+    EXPECT_EQ(contentsOf(treeOf(ProjectModel(path()))).count("49999"), 1U);
+    EXPECT_LT(std::clock() - before, 20 * CLOCKS_PER_SEC);
+}
+
+/// A folder "D" with "D/sub/f" is moved to "E", and "f" out of it or away.
+class AFolderThatIsMoved : public testing::TestWithParam<bool>
 {
 protected:
-    // For each way to fail so; `meddle` gets the project's path.
-    template <class Meddle, class Check>
-    void afterEach(const Meddle& meddle, const Check& check)
+    void make()
     {
-        int failed = 0;
-        for (const int later : {0, 2, 4, 5}) {
-            SCOPED_TRACE("for good " + std::to_string(later) + " later");
-            failed += afterEach(later, meddle, check);
+        ProjectModel model;
+        for (const char* const path : {"D/sub/f", "D/sub/other", "D/k"}) {
+            model.writeFile(q(path), path);
         }
-        EXPECT_GT(failed, 80);
+        m_path = m_directory.path("p" + std::to_string(++m_number));
+        model.save(m_path, ArchiveFormat::Directory, true);
+        m_model.emplace(m_path);
+        if (GetParam()) {
+            m_model->move(q("D/sub/f"), q("f2"), false);
+        } else {
+            m_model->remove(q("D/sub/f"));
+        }
+        m_model->move(q("D"), q("E"), false);
+    }
+    // What is at a path goes elsewhere, and a link leads there.
+    QString linkElsewhere(const QString& at)
+    {
+        QString elsewhere = m_path + q(" elsewhere");
+        EXPECT_TRUE(QFile::rename(at, elsewhere));
+        EXPECT_TRUE(QFile::link(elsewhere, at));
+        return elsewhere;
     }
 
-private:
-    template <class Meddle, class Check>
-    int afterEach(int later, const Meddle& meddle, const Check& check)
-    {
-        int failed = 0;
-        for (int number = 0;; ++number) {
-            SCOPED_TRACE(number);
-            FaultyDisk disk;
-            disk.failAt(number, EIO, false);
-            disk.failFrom(number + later);
-            bool isSaved = true;
-            try {
-                save();
-            } catch (const IoError&) {
-                isSaved = false;
-                ++failed;
-            }
-            if (disk.count() <= number) {
-                break;
-            }
-            disk.heal();
-            waitForTheClock();
-            meddle(path());
-            std::string conflict;
-            try {
-                save();
-            } catch (const Error& error) {
-                conflict = error.what();
-            }
-            check(conflict, isSaved);
-            if (HasFailure()) {
-                break;
-            }
-            start();
-        }
-        start();
-        return failed;
-    }
+    TemporaryDirectory m_directory;
+    QString m_path;
+    int m_number = 0;
+    std::optional<ProjectModel> m_model;
 };
 
-TEST_F(AnUndoneSave, DoesNotFollowALinkThatTookTheProjectsPlaceInPart)
+TEST_P(AFolderThatIsMoved, IsNotFollowedWhenALinkTookThePlaceOfWhatIsInIt)
 {
-    afterEach(
-        [this](const QString& project) {
-            putLocal(m_directory.path("outside/moved/a"), "precious");
-            putLocal(m_directory.path("outside/file"), "precious");
-            for (const char* const directory : {"new", "y", "x"}) {
-                const QString at = project + q("/") + q(directory);
-                if (QFile::rename(at, m_directory.path("aside") + q(directory))) {
-                    QFile::link(m_directory.path("outside"), at);
-                }
-            }
-        },
-        [this](const std::string& /*conflict*/, bool /*isSaved*/) {
-            EXPECT_EQ(getLocal(m_directory.path("outside/moved/a")), "precious");
-            EXPECT_EQ(getLocal(m_directory.path("outside/file")), "precious");
-            for (const char* const name : {"asidenew", "asidey", "asidex"}) {
-                removeTree(m_directory.path(name).toStdString());
-            }
-        });
-}
-
-TEST_F(AnUndoneSave, DestroysNothingThatSomebodyWroteSince)
-{
-    afterEach(
-        [](const QString& project) {
-            for (const char* const file : {"changed", "new/file", "new/added"}) {
-                const QString at = project + q("/") + q(file);
-                if (QFileInfo(QFileInfo(at).path()).isDir()) {
-                    putLocal(at, "somebody's");
-                }
-            }
-        },
-        [this](const std::string& conflict, bool isSaved) {
-            EXPECT_EQ(getLocal(path() + q("/changed")), "somebody's") << conflict;
-            if (!isSaved) {
-                EXPECT_FALSE(conflict.empty());
-                m_model->save(m_directory.path("elsewhere"), ArchiveFormat::Directory, true);
-                EXPECT_EQ(treeOf(ProjectModel(m_directory.path("elsewhere"))), m_new);
-            }
-        });
-}
-
-TEST(AnUndoneDirectory, IsLeftToWhomeverPutSomethingInItsPlace)
-{
-    const TemporaryDirectory directory;
-    const QString path = directory.path("project");
-    int left = 0;
-    for (int number = 0;; ++number) {
+    int linked = 0;
+    make();
+    for (int number = 0; killIn([&] { saveInPlace(*m_model); }, number); ++number, make()) {
         SCOPED_TRACE(number);
-        ProjectModel model;
-        model.writeFile(q("a"), "1");
-        model.save(path, ArchiveFormat::Directory, true);
-        model.mkdir(q("new"), false);
-        model.writeFile(q("a"), "2");
-        {
-            FaultyDisk disk;
-            disk.failAt(number, EIO, true);
-            try {
-                model.save(QString(), ArchiveFormat::Source, true);
-            } catch (const IoError&) {
-            }
-            if (disk.count() <= number) {
+        for (const QString& sub : {m_path + q("/D/sub"), m_path + q("/E/sub")}) {
+            if (QFileInfo(sub).isDir()) {
+                const Tree before = treeOf(sub);
+                const QString elsewhere = linkElsewhere(sub);
+                const ProjectModel opened(m_path);
+                EXPECT_EQ(treeOf(elsewhere), before);
+                ++linked;
                 break;
             }
         }
-        const std::string made = (path + q("/new")).toStdString();
-        if (isDirectory(made) && JournalDirectory::isPending(Place::of(path.toStdString()))) {
-            ASSERT_EQ(::rmdir(made.c_str()), 0);
-            ASSERT_EQ(::symlink("../elsewhere", made.c_str()), 0);
-            EXPECT_THROW(model.save(QString(), ArchiveFormat::Source, true), AlreadyExists);
-            EXPECT_EQ(getLocal(path + q("/a")), "1");
-            ASSERT_EQ(::unlink(made.c_str()), 0);
-            ++left;
-        }
-        model.save(QString(), ArchiveFormat::Source, true);
-        EXPECT_EQ(treeOf(ProjectModel(path)), treeOf(model));
-        removeTree(path.toStdString());
     }
-    EXPECT_GT(left, 1);
+    EXPECT_GT(linked, 10);
+}
+
+TEST_P(AFolderThatIsMoved, IsNotFollowedWhenItIsMovedBackEither)
+{
+    int linked = 0;
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE(number);
+        make();
+        FaultyDisk disk;
+        disk.failAt(number, EIO, true);
+        const bool isSaved = trySave(*m_model);
+        if (isSaved) {
+            break;
+        }
+        disk.heal();
+        const QString sub = m_path + q("/E/sub");
+        if (!QFileInfo(sub).isDir()) {
+            continue;
+        }
+        const Tree before = treeOf(sub);
+        const QString elsewhere = linkElsewhere(sub);
+        EXPECT_FALSE(trySave(*m_model));
+        EXPECT_EQ(treeOf(elsewhere), before);
+        EXPECT_EQ(getLocal(m_path + q("/E/k")), "D/k") << "nothing was undone";
+        ++linked;
+    }
+    EXPECT_GT(linked, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(, AFolderThatIsMoved, testing::Bool());
+
+TEST(AFileThatWasSaved, KeepsItsNameWhenWhatItReplacedIsGivenBack)
+{
+    const TemporaryDirectory directory;
+    int given = 0;
+    bool died = true;
+    for (int number = 0; died; ++number) {
+        SCOPED_TRACE(number);
+        const QString path = directory.path("p" + std::to_string(number));
+        ProjectModel model;
+        model.writeFile(q("d/f"), "old");
+        model.writeFile(q("d/k"), "k");
+        model.save(path, ArchiveFormat::Directory, true);
+        model.remove(q("d/f"));
+        model.move(q("d"), q("E"), false);
+        model.writeFile(q("d"), "saved");
+        died = killIn([&] { saveInPlace(model); }, number);
+        if (!died || !JournalDirectory::isPending(Place::of(path.toStdString())) ||
+            !QFileInfo::exists(path + q("/d/f"))) {
+            continue;
+        }
+        ++given;
+        waitForTheClock();
+        putLocal(path + q("/d/f"), "somebody's");
+        EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"E/", ""},
+                                                    {"E/k", "k"},
+                                                    {"d", "saved"},
+                                                    {"d.~1~/", ""},
+                                                    {"d.~1~/f.~1~", "somebody's"}}));
+    }
+    EXPECT_GT(given, 0);
+}
+
+// Such folders come from archives.
+TEST(AFolderThatItsOwnerMayNotRead, IsSavedAndRecovered)
+{
+    const AnotherUser user;
+    const TemporaryDirectory directory;
+    int pending = 0;
+    for (const mode_t mode : {0300U, 0000U, 0555U}) {
+        const QString archive = directory.path("archive" + std::to_string(mode));
+        putZip(archive, {{"d/", "", S_IFDIR | mode}, {"d/x", "1"}});
+        ProjectModel closed(archive);
+        bool died = true;
+        for (int number = 0; died; ++number) {
+            SCOPED_TRACE(std::to_string(mode) + ", operation " + std::to_string(number));
+            const QString path = archive + QString::number(number);
+            const std::string folder = (path + q("/d")).toStdString();
+            ProjectModel model;
+            model.save(path, ArchiveFormat::Directory, true);
+            model.importFile(closed, q("d"), q("d"), true);
+            died = killIn([&] { saveInPlace(model); }, number);
+            const bool isPending = JournalDirectory::isPending(Place::of(path.toStdString()));
+            pending += isPending ? 1 : 0;
+            ASSERT_NO_THROW(ProjectModel{path});
+            if (isPending || !died) {
+                const auto info = statOf(folder);
+                ASSERT_TRUE(info);
+                EXPECT_EQ(info->st_mode & 0777, mode);
+            }
+            if (::chmod(folder.c_str(), 0700) == 0) {
+                EXPECT_EQ(getLocal(path + q("/d/x")), "1");
+            }
+        }
+    }
+    EXPECT_GT(pending, 20);
+}
+
+TEST(AnInterruptedSave, LosesNothingOfOthersInAPowerFailureWhileItIsCompleted)
+{
+    std::seed_seq sequence{1};
+    std::mt19937 random(sequence);
+    int states = 0;
+    bool died = true;
+    for (int number = 0; died; ++number) {
+        const TemporaryDirectory directory;
+        const QString path = directory.path("p");
+        ProjectModel model;
+        model.writeFile(q("d/f"), "f old");
+        model.writeFile(q("d/g"), "g old");
+        model.save(path, ArchiveFormat::Directory, true);
+        model.writeFile(q("d/f"), "f new");
+        model.writeFile(q("d/h"), "h new");
+        died = killIn([&] { saveInPlace(model); }, number);
+        if (!JournalDirectory::isPending(Place::of(path.toStdString())) ||
+            QFileInfo::exists(path + q("/d/h"))) {
+            continue;
+        }
+        waitForTheClock();
+        putLocal(path + q("/d/h"), "somebody's");
+        PowerLossDisk disk(directory.path());
+        EXPECT_EQ(contentsOf(treeOf(ProjectModel(path))).count("somebody's"), 1U);
+        PowerLossDisk::unplug();
+        for (int count = 0; count <= disk.count(); ++count) {
+            for (const unsigned chance : {0U, 50U, 50U, 50U, 50U, 100U}) {
+                const TemporaryDirectory lost;
+                SCOPED_TRACE(disk.materialise(lost.path(), count, chance, random));
+                ASSERT_EQ(contentsOf(treeOf(ProjectModel(lost.path("p")))).count("somebody's"), 1U);
+                ++states;
+            }
+        }
+    }
+    EXPECT_GT(states, 100);
 }
 
 } // namespace pk::project::test

@@ -4,9 +4,27 @@
 #include "place.hpp"
 #include "support.hpp"
 
+#include <pk/project/error.hpp>
+
 #include <optional>
 
 namespace pk::project::test {
+
+inline void saveInPlace(ProjectModel& model)
+{
+    model.save(QString(), ArchiveFormat::Source, true);
+}
+
+/// Whether it can be saved.
+inline bool trySave(ProjectModel& model)
+{
+    try {
+        saveInPlace(model);
+    } catch (const Error&) {
+        return false;
+    }
+    return true;
+}
 
 /// A project that is saved in place so that everything happens: a file is replaced, one removed,
 /// one new; a directory moved, one removed, one new, one swapped with its child.
@@ -40,7 +58,7 @@ protected:
     }
     QString path() const { return m_directory.path("project"); }
     Place place() const { return Place::of(path().toStdString()); }
-    void save() { m_model->save(QString(), ArchiveFormat::Source, true); }
+    void save() { saveInPlace(*m_model); }
 
     // Runs a save in a program that dies when it comes to an operation; true when it died.
     bool dieAt(int number)

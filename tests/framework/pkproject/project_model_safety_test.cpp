@@ -1,6 +1,7 @@
 #include "another_user.hpp"
 #include "journal.hpp"
 #include "support.hpp"
+#include "unsaved_work.hpp"
 
 #include <pk/project/project.hpp>
 
@@ -281,6 +282,7 @@ struct CraftedJournal
     const char* name;
     const char* phase;
     Journal journal;
+    bool isRefused = false;
 };
 
 class MadeUpJournal : public testing::TestWithParam<CraftedJournal>
@@ -294,23 +296,47 @@ TEST_P(MadeUpJournal, DoesNotReachOutOfTheProject)
     const QString journal = directory.path(".p.kxjournal");
     putLocal(path + q("/.git/config"), "mine");
     putLocal(directory.path("outside/f"), "precious");
+    putLocal(directory.path("outside/dir/g"), "precious too");
+    waitForTheClock();
     putLocal(journal + q("/") + q(GetParam().phase), GetParam().journal.toBytes());
     putLocal(journal + q("/0"), "evil");
     ASSERT_TRUE(QFile::link(directory.path(), journal + q("/5")));
+    ASSERT_TRUE(QFile::link(directory.path("outside/f"), journal + q("/7")));
     ASSERT_TRUE(QFile::link(directory.path("outside"), path + q("/link")));
-    EXPECT_THROW(ProjectModel{path}, FormatError);
-    EXPECT_EQ(getLocal(directory.path("outside/f")), QByteArray("precious"));
+    const Tree outside = treeOf(directory.path("outside"));
+    bool isRefused = false;
+    try {
+        const ProjectModel model(path);
+    } catch (const FormatError&) {
+        isRefused = true;
+    }
+    EXPECT_EQ(isRefused, GetParam().isRefused);
+    EXPECT_EQ(treeOf(directory.path("outside")), outside);
     EXPECT_EQ(getLocal(path + q("/.git/config")), QByteArray("mine"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     All, MadeUpJournal,
-    testing::Values(CraftedJournal{"ThroughAnItem", "collect", {{{{5, "outside/f"}, 6, {}}}, {}}},
-                    CraftedJournal{"ThroughALink", "collect", {{{{-1, "link/f"}, 6, {}}}, {}}},
-                    CraftedJournal{"PutThroughALink", "put", {{}, {{"link/g", 0, 0, false, {}}}}},
-                    CraftedJournal{
-                        "IntoARepository", "put", {{}, {{".git/config", 0, 0, true, {}}}}},
-                    CraftedJournal{"Upwards", "put", {{}, {{"../outside/f", 0, 0, false, {}}}}}),
+    testing::Values(
+        CraftedJournal{"ThroughAnItem", "collect", {{{{5, "outside/f"}, 6, {}}}, {}}},
+        CraftedJournal{"ThroughALink", "collect", {{{{-1, "link/f"}, 6, {}}}, {}}},
+        CraftedJournal{"ThroughACollectedLink",
+                       "collect",
+                       {{{{-1, "link"}, 3, {}}, {{3, "f"}, 4, {}}, {{3, "dir"}, 6, {}}}, {}}},
+        CraftedJournal{"PutThroughALink", "put", {{}, {{"link/g", 0, 0, false, {}}}}},
+        CraftedJournal{"PutThroughALinkThatWasPut",
+                       "put",
+                       {{}, {{"x", 5, 0, false, {}}, {"x/outside/g", 0, 0, false, {}}}}},
+        CraftedJournal{
+            "AModeThroughALink", "put", {{}, {{"x", -1, 0077, false, {}}, {"x", 7, 0, false, {}}}}},
+        CraftedJournal{"AModeBehindALink",
+                       "put",
+                       {{},
+                        {{"x", -1, 0755, false, {}},
+                         {"x/outside", -1, 0077, false, {}},
+                         {"x", 5, 0, false, {}}}}},
+        CraftedJournal{"IntoARepository", "put", {{}, {{".git/config", 0, 0, true, {}}}}, true},
+        CraftedJournal{"Upwards", "put", {{}, {{"../outside/f", 0, 0, false, {}}}}, true}),
     [](const auto& c) { return std::string(c.param.name); });
 
 TEST(Safety, AFileInTheJournalsPlaceIsNamed)
