@@ -45,10 +45,11 @@ struct Options
 {
     int boxes = 10'000;
     int turns = 9;
-    std::string only;    ///< jobs whose names hold this
-    std::string page;    ///< where the table is put between its marks
-    std::string library; ///< to be edited in every way instead of measuring
-    std::string edited;  ///< where what becomes of that is put
+    std::string only;      ///< jobs whose names hold this
+    std::string page;      ///< where the table is put between its marks
+    std::string library;   ///< to be edited in every way instead of measuring
+    std::string edited;    ///< where what becomes of that is put
+    std::string generated; ///< where a library is put instead of measuring
 };
 
 /// A piece of work, and what is done before each time without being measured.
@@ -102,6 +103,14 @@ std::string ratio(double value)
     return text.str();
 }
 
+generated::Size sizeOf(int boxes, bool isTranslated)
+{
+    generated::Size size;
+    size.boxes = boxes;
+    size.messages = isTranslated ? 4 * boxes : 0;
+    return size;
+}
+
 class Bench
 {
 public:
@@ -151,10 +160,7 @@ fs::path Bench::source(int boxes, bool isTranslated)
 {
     fs::path path = place("source" + std::to_string(boxes) + (isTranslated ? "t" : ""));
     if (!fs::exists(path)) {
-        generated::Size size;
-        size.boxes = boxes;
-        size.messages = isTranslated ? 4 * boxes : 0;
-        generated::writeLibrary(path, size);
+        generated::writeLibrary(path, sizeOf(boxes, isTranslated));
         ::sync();
     }
     return path;
@@ -532,11 +538,7 @@ Options parse(const std::vector<std::string>& arguments)
             options.library = value();
             options.edited = value();
         } else if (argument == "--generate") {
-            generated::Size size;
-            size.boxes = 1'000;
-            size.messages = 4'000;
-            generated::writeLibrary(value(), size);
-            std::exit(0);
+            options.generated = value();
         } else {
             throw std::invalid_argument(argument + ": no such option");
         }
@@ -551,6 +553,10 @@ int main(int argc, char** argv)
     try {
         QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
         const Options options = parse({argv + 1, argv + argc});
+        if (!options.generated.empty()) {
+            generated::writeLibrary(options.generated, sizeOf(options.boxes, true));
+            return 0;
+        }
         if (!options.library.empty()) {
             edited::edit(options.library, options.edited);
             return 0;
@@ -563,7 +569,8 @@ int main(int argc, char** argv)
         }
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "library_bench [--boxes N] [--only JOB] [--page FILE] | --generate LIBRARY | "
+        std::cerr << "library_bench [--boxes N] [--only JOB] [--page FILE] | [--boxes N] "
+                     "--generate LIBRARY | "
                      "--edit LIBRARY RESULT: "
                   << error.what() << '\n';
         return 1;

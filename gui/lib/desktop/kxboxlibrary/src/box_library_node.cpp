@@ -248,13 +248,18 @@ void BoxLibraryNode::moveFiles(const std::string& oldFileName)
 
 void BoxLibraryNode::saveFolder()
 {
+    writeOrder(QByteArray());
+}
+
+void BoxLibraryNode::writeOrder(const QByteArray& present)
+{
     if (pk::project::ProjectModel* const model = project()) {
         std::vector<std::string> names;
         names.reserve(static_cast<std::size_t>(m_children.size()));
         for (const BoxLibraryNode* const child : std::as_const(m_children)) {
             names.push_back(child->m_name);
         }
-        order_file::write(*model, prefix(), names);
+        order_file::write(*model, prefix(), names, present);
     }
 }
 

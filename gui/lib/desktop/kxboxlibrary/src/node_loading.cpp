@@ -45,7 +45,8 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
     for (const std::string& directory : directories) {
         unlisted.emplace(directory, true);
     }
-    for (const std::string& name : order_file::read(model, prefix)) {
+    QByteArray order;
+    for (const std::string& name : order_file::read(model, prefix, &order)) {
         const auto found = unlisted.find(file_names::escape(name));
         if (found != unlisted.end() && std::exchange(found->second, false)) {
             appendChildFromProject(found->first);
@@ -56,7 +57,7 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
             appendChildFromProject(directory);
         }
     }
-    saveFolder();
+    writeOrder(order);
 }
 
 BoxLibraryNode* BoxLibraryNode::appendChildFromProject(const std::string& fileName)

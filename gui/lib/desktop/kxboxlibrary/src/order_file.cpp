@@ -41,11 +41,16 @@ bool hasPlace(pk::project::ProjectModel& model, const QString& prefix)
 
 } // namespace
 
-std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix)
+std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix,
+                              QByteArray* bytes)
 {
     std::vector<std::string> names;
-    const auto folder = project_xml::read(project_xml::open(model, pathOf(prefix)));
+    const auto stream = project_xml::open(model, pathOf(prefix));
+    const auto folder = project_xml::read(stream);
     if (folder && folder->beacon() == a_folder) {
+        if (bytes != nullptr) {
+            *bytes = project_xml::bytes(stream);
+        }
         for (const auto& node : folder->children(a_node, std::string())) {
             std::string name;
             if (node->getAttribute(a_name, name)) {
@@ -57,7 +62,7 @@ std::vector<std::string> read(pk::project::ProjectModel& model, const QString& p
 }
 
 void write(pk::project::ProjectModel& model, const QString& prefix,
-           const std::vector<std::string>& names)
+           const std::vector<std::string>& names, const QByteArray& present)
 {
     const auto folder = boost::make_shared<XmlElement>(a_folder);
     for (const std::string& name : names) {
@@ -84,7 +89,7 @@ void write(pk::project::ProjectModel& model, const QString& prefix,
         return;
     }
     try {
-        if (hasPlace(model, prefix)) {
+        if (bytes != present && hasPlace(model, prefix)) {
             model.writeFile(pathOf(prefix), bytes);
         }
     } catch (const pk::project::AlreadyExists&) {

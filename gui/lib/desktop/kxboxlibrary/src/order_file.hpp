@@ -2,6 +2,7 @@
 
 #include <pk/project/project_model.hpp>
 
+#include <QByteArray>
 #include <QString>
 
 #include <string>
@@ -12,14 +13,17 @@
 namespace KX::order_file {
 
 /// The names in the order file of the directory with this prefix (its path with a "/" behind it
-/// unless it is empty). None when there is no such file or it is no order file.
-std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix);
+/// unless it is empty). None when there is no such file or it is no order file; otherwise `bytes`,
+/// unless it is null, becomes what the file holds.
+std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix,
+                              QByteArray* bytes = nullptr);
 
-/// Writes the order file; nothing when its directory is missing or something is in its place. A
-/// name that XML can't hold is left out, and more nodes than are read again (XmlDocument) leave the
-/// file as it was, each with a warning in the log. Throws pk::project::IoError,
-/// which names the file, when it can't be written, as on a full disk; the one before stays then.
+/// Writes the order file; nothing when it holds the same bytes, as far as the caller knows these,
+/// when its directory is missing or when something is in its place. A name that XML can't hold is
+/// left out, and more nodes than are read again (XmlDocument) leave the file as it was, each with a
+/// warning in the log. Throws pk::project::IoError, which names the file, when it can't be written,
+/// as on a full disk; the one before stays then.
 void write(pk::project::ProjectModel& model, const QString& prefix,
-           const std::vector<std::string>& names);
+           const std::vector<std::string>& names, const QByteArray& present = {});
 
 } // namespace KX::order_file

@@ -2,6 +2,8 @@
 
 #include <pk/project/error.hpp>
 
+#include <QFile>
+
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -34,6 +36,13 @@ boost::shared_ptr<XmlElement> read(const Stream& stream)
 {
     const auto document = readDocument(stream);
     return document ? document->root() : nullptr;
+}
+
+QByteArray bytes(const Stream& stream)
+{
+    QFile file;
+    std::rewind(stream.get());
+    return file.open(stream.get(), QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QByteArray toBytes(const boost::shared_ptr<XmlElement>& root)

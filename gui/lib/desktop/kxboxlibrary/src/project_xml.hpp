@@ -28,6 +28,9 @@ boost::shared_ptr<XmlDocument> readDocument(const Stream& stream);
 /// The root element of that document; null where there is none.
 boost::shared_ptr<XmlElement> read(const Stream& stream);
 
+/// All bytes of a stream that can be read again from its start.
+QByteArray bytes(const Stream& stream);
+
 /// The bytes of a document with this root. Throws std::runtime_error when it cannot be written.
 QByteArray toBytes(const boost::shared_ptr<XmlElement>& root);
 

@@ -283,6 +283,24 @@ TEST(Loading, LoadsADeepTree)
     EXPECT_TRUE(node->boxData());
 }
 
+TEST(Loading, WritesOrderFilesOnlyWhereTheyChange)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("library.bxl");
+    open(project({{"A/B/box.bhx", boxFile()}, {"C/", {}}}))->saveTo(path, BoxLibrary::Directory);
+    const auto local = [&path](const char* file) {
+        return open(ProjectModel(path))->projectModel().getFileLocalPath(q(file));
+    };
+    EXPECT_EQ(local("bxlinfo"), path + q("/bxlinfo"));
+    EXPECT_EQ(local("A/bxlinfo"), path + q("/A/bxlinfo"));
+    QFile file(path + q("/A/bxlinfo"));
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    ASSERT_EQ(file.write(" "), 1);
+    file.close();
+    EXPECT_EQ(local("bxlinfo"), path + q("/bxlinfo"));
+    EXPECT_NE(local("A/bxlinfo"), path + q("/A/bxlinfo"));
+}
+
 TEST(Loading, ForwardsChangesToTheLibrary)
 {
     const Library library = open(project({{"A/B/box.bhx", boxFile()}}));

@@ -312,6 +312,8 @@ private:
     void adopt(int index, BoxLibraryNode* child, const std::string& name,
                const std::function<void()>& fill);
 
+    /// saveFolder() of a folder whose order file holds the bytes `present`, if any.
+    void writeOrder(const QByteArray& present);
     void saveOwnFile();
     bool saves(const char* function, int line, const std::function<void()>& write) const;
 
