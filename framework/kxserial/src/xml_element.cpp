@@ -115,6 +115,19 @@ bool XmlElement::getText(const std::string& name, std::string& value) const
     return found != attributes.end();
 }
 
+void XmlElement::visitAttributes(const AttributeVisitor& visit) const
+{
+    if (m_content) {
+        for (const Content::Attribute& attribute : m_content->attributes) {
+            visit(attribute.name, attribute.value);
+        }
+        return;
+    }
+    for (const pugi::xml_attribute attribute : xml::nodeAt(m_place).attributes()) {
+        visit(attribute.name(), attribute.value());
+    }
+}
+
 void XmlElement::putText(const std::string& name, const std::string& value, bool first)
 {
     requireName(name, "attribute");

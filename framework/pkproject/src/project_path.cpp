@@ -4,6 +4,8 @@
 
 #include <pk/project/error.hpp>
 
+#include <algorithm>
+
 namespace pk::project {
 
 namespace {
@@ -23,7 +25,9 @@ ProjectPath parsePath(const QString& path)
     if (path.contains(QChar(0))) {
         throw InvalidPath("'" + text.substr(0, text.find('\0')) + "': a path has no NUL character");
     }
-    if (text.size() > a_longestPath || textOf(text) != path) {
+    const bool isAscii =
+        std::all_of(path.begin(), path.end(), [](QChar c) { return c.unicode() < 0x80; });
+    if (text.size() > a_longestPath || (!isAscii && textOf(text) != path)) {
         throw InvalidPath("'" + text.substr(0, a_longestPath) + "': " +
                           (text.size() > a_longestPath ? "the path is too long"
                                                        : "the path is no valid Unicode"));

@@ -6,9 +6,11 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace KX {
@@ -75,6 +77,11 @@ public:
     /// The value of an attribute, or `defaultValue` where `getAttribute` is false.
     template <class T>
     T attribute(const std::string& name, const T& defaultValue) const;
+
+    using AttributeVisitor = std::function<void(std::string_view name, std::string_view value)>;
+    /// Shows every attribute, in order, without making anything of it. `visit` must not change the
+    /// element; the views end with the call.
+    void visitAttributes(const AttributeVisitor& visit) const;
 
     /// The text and CDATA sections directly in this element, joined in document order; null when
     /// there are none. `<a></a>` has none, `<a><![CDATA[]]></a>` has an empty one.

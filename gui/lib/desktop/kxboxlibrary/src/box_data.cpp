@@ -1,7 +1,5 @@
 #include "run_then.hpp"
 
-#include <kr/xml_beacons.hpp>
-#include <kr/xml_manager.hpp>
 #include <kx/serial.hpp>
 #include <kxboxlibrary/box_constants.hpp>
 #include <kxboxlibrary/box_data.hpp>
@@ -34,20 +32,6 @@ std::string toText(const QString& string)
     return string.toUtf8().constData();
 }
 
-template <class Io>
-QList<boost::shared_ptr<Io>> readIos(
-    const XmlElement& box, const char* beacon, KR::XmlManager::IoById& ioById,
-    boost::shared_ptr<Io> (*create)(boost::shared_ptr<const XmlElement>, KR::XmlManager::IoById&))
-{
-    QList<boost::shared_ptr<Io>> ios;
-    for (const auto& element : box.children(beacon, std::string())) {
-        if (const auto io = create(element, ioById)) {
-            ios.append(io);
-        }
-    }
-    return ios;
-}
-
 /// A tag and attributes as one text, by which an input or output is recognised.
 std::string signature(const XmlElement& element, std::initializer_list<const char*> attributes)
 {
@@ -74,17 +58,23 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
             m_bitmaps.append(QString::fromUtf8(text->c_str()));
         }
     }
-    KR::XmlManager::IoById ioById;
-    m_inputs = readIos(*xml, KR::XmlBeacons::a_inputBeacon, ioById, &KR::XmlManager::createInput);
-    m_outputs =
-        readIos(*xml, KR::XmlBeacons::a_outputBeacon, ioById, &KR::XmlManager::createOutput);
-    m_parameters =
-        readIos(*xml, KR::XmlBeacons::a_parameterBeacon, ioById, &KR::XmlManager::createParameter);
+    m_packed = std::make_unique<KR::PackedIos>(*xml);
     m_bitmapExpanded = xml->attribute(a_bitmapExpanded, true);
     m_behavior = isBehavior(xml);
 }
 
 BoxData::~BoxData() = default;
+
+const BoxData::Ios& BoxData::ios() const
+{
+    if (const auto packed = std::move(m_packed)) {
+        const KR::PackedIos::Ios ios = packed->unpack();
+        m_ios = {{ios.inputs.begin(), ios.inputs.end()},
+                 {ios.outputs.begin(), ios.outputs.end()},
+                 {ios.parameters.begin(), ios.parameters.end()}};
+    }
+    return m_ios;
+}
 
 void BoxData::updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
                          bool bitmapExpanded)
@@ -185,6 +175,9 @@ bool BoxData::isBehavior(const boost::shared_ptr<const XmlElement>& box)
     if (!box) {
         throw std::invalid_argument("only a box element can be a behaviour");
     }
+    if (!box->firstChild(BoxConstants::a_timelineBeacon)) {
+        return false; // as most are not, which takes no other look
+    }
     static const std::set<std::string> expected{"Input/onLoad/1/1/0", "Input/onStart/1/1/2",
                                                 "Input/onStop/1/1/3"};
     std::set<std::string> inputs;
@@ -197,7 +190,7 @@ bool BoxData::isBehavior(const boost::shared_ptr<const XmlElement>& box)
                 hasOutput || signature(*child, {"type", "type_size", "nature"}) == "Output/1/1/1";
         }
     }
-    return inputs == expected && hasOutput && box->firstChild(BoxConstants::a_timelineBeacon);
+    return inputs == expected && hasOutput;
 }
 
 } // namespace KX

@@ -37,7 +37,7 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
     const QString prefix = this->prefix();
     std::vector<std::string> directories;
     for (const QString& entry : model.getFileList(prefix, true, false, true)) {
-        if (!entry.contains(QLatin1Char('/')) && !model.hasFile(prefix + entry)) {
+        if (!entry.contains(QLatin1Char('/'))) {
             directories.push_back(entry.toStdString());
         }
     }

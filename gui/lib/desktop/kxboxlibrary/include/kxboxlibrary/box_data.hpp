@@ -2,6 +2,7 @@
 
 #include <kr/input.hpp>
 #include <kr/output.hpp>
+#include <kr/packed_ios.hpp>
 #include <kr/parameter.hpp>
 #include <kx/xml_element.hpp>
 #include <kxboxlibrary/export.hpp>
@@ -14,6 +15,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace KX {
@@ -52,9 +54,10 @@ public:
     QList<QString> bitmaps() const { return m_bitmaps; }
     /// Whether the box is shown expanded, with its bitmap.
     bool bitmapExpanded() const { return m_bitmapExpanded; }
-    QList<boost::shared_ptr<KR::Input>> inputs() const { return m_inputs; }
-    QList<boost::shared_ptr<KR::Output>> outputs() const { return m_outputs; }
-    QList<boost::shared_ptr<KR::Parameter>> parameters() const { return m_parameters; }
+    // Each of the three: the same objects with every call.
+    QList<boost::shared_ptr<KR::Input>> inputs() const { return ios().inputs; }
+    QList<boost::shared_ptr<KR::Output>> outputs() const { return ios().outputs; }
+    QList<boost::shared_ptr<KR::Parameter>> parameters() const { return ios().parameters; }
 
     /// Renames the node (BoxLibraryNode::setName(); `name` ends at its first NUL) and then sets the
     /// other three, each with a write of the box file where it differs. Without a node the renaming
@@ -104,6 +107,13 @@ Q_SIGNALS:
 
 private:
     friend class BoxLibrary; // which looks for behaviours
+    struct Ios
+    {
+        QList<boost::shared_ptr<KR::Input>> inputs;
+        QList<boost::shared_ptr<KR::Output>> outputs;
+        QList<boost::shared_ptr<KR::Parameter>> parameters;
+    };
+    const Ios& ios() const;
     explicit BoxData(BoxLibraryNode* node);
     /// What the setters have in common; `changed` is the signal.
     template <class Value, class Signal>
@@ -117,9 +127,9 @@ private:
     QList<QString> m_bitmaps;
     bool m_bitmapExpanded = true;
     bool m_behavior = false;
-    QList<boost::shared_ptr<KR::Input>> m_inputs;
-    QList<boost::shared_ptr<KR::Output>> m_outputs;
-    QList<boost::shared_ptr<KR::Parameter>> m_parameters;
+    // Packed until somebody asks for them.
+    mutable std::unique_ptr<KR::PackedIos> m_packed;
+    mutable Ios m_ios;
 };
 
 } // namespace KX
