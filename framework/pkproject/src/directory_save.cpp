@@ -34,13 +34,14 @@ void checkConflicts(const Index& index, const DirectorySource& source, const Sav
     }
 }
 
-void writeBytes(const QByteArray& bytes, const std::string& path, mode_t mode, bool sync)
+Stamp writeBytes(const QByteArray& bytes, const std::string& path, mode_t mode, bool sync)
 {
     const Fd file = Disk::instance().create(path, mode);
     Disk::instance().write(file, bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (sync) {
         Disk::instance().sync(file);
     }
+    return Stamp::of(statOf(file));
 }
 
 void planMetadata(Journal& journal, const std::optional<Stamp>& before, bool isWanted, int item)
@@ -97,8 +98,13 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
         }
         stamps.emplace_back(file.entry, Stamp::of(statOf(fd)));
     }
+    std::optional<Stamp> metadataFile = source.metadataFile();
+    if (metadata != nullptr) {
+        metadataFile.reset();
+    }
     if (!newMetadata.isEmpty()) {
-        writeBytes(newMetadata, directory.itemPath(metadataItem), source.metadataMode(), !many);
+        metadataFile =
+            writeBytes(newMetadata, directory.itemPath(metadataItem), source.metadataMode(), !many);
     }
     checkConflicts(index, source, plan);
     log.saving(tracesOf(journal, source.place(), directory));
@@ -116,7 +122,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
         stamp.first->stamp = stamp.second;
     }
     index.settle(false, false);
-    source.remember();
+    source.remember(metadataFile);
 }
 
 DirectorySave::DirectorySave(Index& index, Contents& contents, const Metadata& metadata)

@@ -98,7 +98,7 @@ struct DirectorySource::Found
 DirectorySource::DirectorySource(Place place, Fd root)
     : m_place(std::move(place)), m_root(std::move(root))
 {
-    remember();
+    remember(metadataStamp());
 }
 
 void DirectorySource::load(Index& index)
@@ -190,10 +190,15 @@ std::optional<struct stat> DirectorySource::stat(const std::string& path) const
     return std::nullopt;
 }
 
-void DirectorySource::remember()
+void DirectorySource::remember(const std::optional<Stamp>& metadataFile)
 {
-    m_time = modificationTime(statOf(m_root));
-    m_metadataStamp = metadataStamp();
+    m_metadataStamp = metadataFile;
+    try {
+        m_time = modificationTime(statOf(m_root));
+    } catch (const IoError& error) {
+        m_time = 0;
+        warn(error.what(), __FILE__, "remember", __LINE__);
+    }
 }
 
 void DirectorySource::checkUnchanged(const Index& index) const
@@ -323,7 +328,9 @@ void DirectorySource::compare(const Level& level, const Entry& directory,
         if (isDirectory != entry.isDirectory()) {
             changes.push_back("'" + path + "' was replaced");
         } else if (!found->obstacle.empty()) {
-            changes.push_back("'" + path + "' can't be read any more");
+            if ((entry.mode & 0500) == 0500) { // else nobody changed that
+                changes.push_back("'" + path + "' can't be read any more");
+            }
         } else if (isDirectory) {
             compare({found->directory, path, level.depth + 1}, entry, changes);
         } else if (Stamp::of(found->info) != entry.stamp) {

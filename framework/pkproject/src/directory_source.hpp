@@ -51,8 +51,9 @@ public:
     /// Of a link, there or on the way, only that it is one.
     std::optional<struct stat> stat(const std::string& path) const;
 
-    /// Takes note of how the directory itself and its metadata file are now. Called after a save.
-    void remember();
+    /// Takes note of how the directory itself is now, and of its metadata file. Called after a
+    /// save, which it can't make fail: what can't be seen counts as changed.
+    void remember(const std::optional<Stamp>& metadataFile);
 
     /// Throws ConflictError, which lists what is different, unless all of the directory is as the
     /// index knows it.

@@ -25,14 +25,6 @@ bool isClosed(const Journal::Put& directory)
     return (directory.mode & 0700) != 0700;
 }
 
-// Lets a phase that is run again, or undone, work in a directory that got its mode already.
-void openForWork(const Journal::Put& directory, const std::string& path)
-{
-    if (isClosed(directory)) {
-        Disk::instance().chmod(path, directory.mode | 0700);
-    }
-}
-
 // What undo() puts back for a file that an item replaced.
 std::string preservedName(const std::string& item)
 {
@@ -57,6 +49,8 @@ JournalDirectory::JournalDirectory(const Place& place)
 {
     removeTree(m_path);
     Disk::instance().mkdir(m_path, 0700);
+    const auto made = statOf(m_path);
+    m_inode = made ? made->st_ino : 0;
 }
 
 JournalDirectory::JournalDirectory(const Place& place, Existing /*existing*/)
@@ -84,6 +78,7 @@ std::string JournalDirectory::itemPath(int item) const
 
 void JournalDirectory::run(const Journal& journal, bool syncItems)
 {
+    m_expected = filesExpected(journal);
     m_isWritten =
         !journal.isOneRename() || (!journal.puts.empty() && !tryPreserve(journal.puts.front()));
     if (m_isWritten) {
@@ -101,6 +96,7 @@ void JournalDirectory::run(const Journal& journal, bool syncItems)
             }
         }
         put(journal, Run::Save);
+        closeDirectories(journal);
         if (m_isWritten) {
             Disk::instance().unlink(m_path + "/" + a_put);
         }
@@ -276,12 +272,14 @@ void JournalDirectory::collect(const Journal& journal, Run run)
     for (const Journal::Collect& step : journal.collects) {
         const std::string from = locate(step.from);
         const std::string item = itemPath(step.item);
-        // What somebody moved away, perhaps leaving a link to it, is theirs.
-        if (!exists(item) && (run == Run::Save || (!linkAbove(from) && exists(from)))) {
+        changed.addParentOf(item);
+        if (run == Run::Recover && linkAbove(from)) {
+            continue; // what somebody moved away, leaving a link to it, is theirs
+        }
+        if (!exists(item) && (run == Run::Save || exists(from))) {
             Disk::instance().renameNew(from, item);
         }
         changed.addParentOf(from);
-        changed.addParentOf(item);
     }
     changed.sync(m_path);
 }
@@ -294,17 +292,27 @@ void JournalDirectory::put(const Journal& journal, Run run)
         putItem(step, run, changed);
     }
     changed.sync(m_path);
-    closeDirectories(journal);
 }
 
-// A directory that its owner may not read can't be synced any more.
-void JournalDirectory::closeDirectories(const Journal& journal) const
+// Lets a phase that is run again, or undone, work in new directories that are closed already.
+void JournalDirectory::openDirectories(const Journal& journal) const
 {
-    bool isToSync = false;
     for (const Journal::Put& step : journal.puts) {
         const std::string path = m_project + "/" + step.path;
         if (step.makesDirectory() && isClosed(step) && !linkAbove(path) && isDirectory(path)) {
-            Disk::instance().chmod(path, step.mode);
+            Disk::instance().chmod(path, step.mode | 0700);
+        }
+    }
+}
+
+// A directory that its owner may not read can't be synced any more, nor be worked in.
+void JournalDirectory::closeDirectories(const Journal& journal) const
+{
+    bool isToSync = false;
+    for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
+        const std::string path = m_project + "/" + step->path;
+        if (step->makesDirectory() && isClosed(*step) && !linkAbove(path) && isDirectory(path)) {
+            Disk::instance().chmod(path, step->mode);
             isToSync = true;
         }
     }
@@ -318,14 +326,12 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
     const std::string to = m_project + "/" + step.path;
     const bool isToDo = step.makesDirectory() || exists(itemPath(step.item));
     if (isToDo && run == Run::Recover) {
-        clearWay(step, changed);
+        clearWay(step);
         makeDirectoriesAbove(step.path, changed);
     }
     if (step.makesDirectory()) {
         if (!exists(to)) {
             Disk::instance().mkdir(to, step.mode | 0700);
-        } else {
-            openForWork(step, to);
         }
     } else if (isToDo && step.replace) {
         // Without a journal run() did it, to see whether it can be done.
@@ -336,7 +342,9 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
     } else if (isToDo) {
         Disk::instance().renameNew(itemPath(step.item), to);
     }
-    changed.addParentOf(to);
+    if (run == Run::Save || !linkAbove(to)) {
+        changed.addParentOf(to);
+    }
 }
 
 // Keeps a file that an item is to replace, for undo(); false where that takes more than a second
@@ -366,6 +374,7 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     directory.m_isWritten = unfinished.isWritten;
     const bool isOurs = directory.isOurs(unfinished);
     if (isOurs) {
+        directory.openDirectories(unfinished.journal);
         directory.refuseLinks(unfinished.journal);
         directory.refuseChanges(unfinished);
         directory.undo(unfinished.journal);
@@ -373,28 +382,39 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     return isOurs;
 }
 
-// What the save put is taken away by its undoing, so it must not be what somebody made of it since,
-// and where something comes back nothing may be.
+// What the save put is taken away by its undoing, so it must not be what somebody made of it since;
+// and where something comes back nothing may be, but a place for it.
 void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
 {
     std::vector<std::string> changes;
     const Journal& journal = unfinished.journal;
-    const std::vector<std::optional<Stamp>> now = filesPut(journal);
     std::set<std::string> put;
-    for (std::size_t i = 0; i < now.size(); ++i) {
+    // While items are collected, nothing that was put is there.
+    const bool isPut = !exists(m_path + "/" + a_collect);
+    for (std::size_t i = 0; isPut && i < journal.puts.size(); ++i) {
         const Journal::Put& step = journal.puts[i];
-        put.insert(m_project + "/" + step.path);
-        // The old one is back when the undoing was tried before.
-        const bool isOld = step.replace && now[i] == step.before;
-        if (now[i] && now[i] != unfinished.put[i] && !isOld) {
+        const std::string path = m_project + "/" + step.path;
+        put.insert(path);
+        const auto info = statOf(path);
+        if (!info || S_ISDIR(info->st_mode)) {
+            continue;
+        }
+        const Stamp now = Stamp::of(*info);
+        // The old one is there when it was not replaced yet, or is back.
+        if (now != unfinished.put[i] && !(step.replace && now == step.before)) {
             changes.push_back("'" + step.path + "' was changed");
         }
     }
     const std::vector<std::string> places = placesBefore(journal);
     for (std::size_t i = 0; i < places.size(); ++i) {
-        const bool isCollected = exists(itemPath(journal.collects[i].item));
-        if (isCollected && put.count(places[i]) == 0 && exists(places[i])) {
+        const std::string above = places[i].substr(0, places[i].rfind('/'));
+        if (!exists(itemPath(journal.collects[i].item))) {
+            continue;
+        }
+        if (put.count(places[i]) == 0 && exists(places[i])) {
             changes.push_back("'" + places[i] + "' was added");
+        } else if (!isDirectory(above)) {
+            changes.push_back("'" + above + "' was removed");
         }
     }
     if (!changes.empty()) {
@@ -402,14 +422,24 @@ void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
     }
 }
 
-std::vector<std::optional<Stamp>> JournalDirectory::filesPut(const Journal& journal) const
+// What each put of the journal will lead to: the stamp of a file, which it keeps on the way, or
+// none. Called before anything is collected.
+std::vector<std::optional<Stamp>> JournalDirectory::filesExpected(const Journal& journal) const
 {
+    std::map<int, Stamp> collected;
+    for (const Journal::Collect& step : journal.collects) {
+        collected.emplace(step.item, step.before);
+    }
     std::vector<std::optional<Stamp>> files;
     for (const Journal::Put& step : journal.puts) {
-        const auto info =
-            step.makesDirectory() ? std::nullopt : statOf(m_project + "/" + step.path);
-        const bool isFile = info && !S_ISDIR(info->st_mode);
-        files.push_back(isFile ? std::make_optional(Stamp::of(*info)) : std::nullopt);
+        const auto moved = collected.find(step.item);
+        std::optional<Stamp> file;
+        if (moved != collected.end()) {
+            file = moved->second;
+        } else if (const auto info = statOf(itemPath(step.item))) {
+            file = Stamp::of(*info);
+        }
+        files.push_back(file);
     }
     return files;
 }
@@ -455,9 +485,7 @@ void JournalDirectory::tryUndo(const Journal& journal)
     try {
         undo(journal);
     } catch (const Error& error) {
-        const auto directory = statOf(m_path);
-        m_unfinished = Unfinished{journal, m_isWritten, m_file, directory ? directory->st_ino : 0,
-                                  filesPut(journal)};
+        m_unfinished = Unfinished{journal, m_isWritten, m_file, m_inode, m_expected};
         warn(m_project +
                  ": a save that failed could not be undone, which is tried again with the "
                  "next save; whoever opens the project first completes it: " +
@@ -484,11 +512,7 @@ void JournalDirectory::undo(const Journal& journal)
 
 void JournalDirectory::undoPuts(const Journal& journal)
 {
-    for (const Journal::Put& step : journal.puts) {
-        if (step.makesDirectory() && isDirectory(m_project + "/" + step.path)) {
-            openForWork(step, m_project + "/" + step.path);
-        }
-    }
+    openDirectories(journal);
     takeBack(journal);
     bool isToSync = false;
     for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {

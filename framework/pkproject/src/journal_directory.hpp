@@ -5,6 +5,7 @@
 #include "journal.hpp"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -51,7 +52,7 @@ public:
         bool isWritten = true;       ///< to the disk
         Stamp file;                  ///< of the journal on disk, or of what its one rename moves
         std::uint64_t directory = 0; ///< inode of the journal directory
-        /// What is where each put of the journal leads to: the stamp of a file, or none.
+        /// What each put of the journal leads to: the stamp of a file, or none.
         std::vector<std::optional<Stamp>> put;
     };
 
@@ -62,9 +63,9 @@ public:
     std::optional<Unfinished> unfinished() const { return m_unfinished; }
 
     /// Undoes what an earlier run() left; false when somebody else completed it meanwhile. Throws
-    /// ConflictError, and does nothing, when somebody changed what it had put or put something
-    /// where something is to come back, FormatError when a link took the place of a directory,
-    /// AlreadyExists when something took that of one that it had made, and IoError.
+    /// ConflictError, and does nothing, when somebody changed what it had put, put something where
+    /// something is to come back, or removed its place; FormatError when a link took the place of
+    /// a directory on the way; and IoError.
     static bool undoUnfinished(const Place& place, const Unfinished& unfinished);
 
     /// The path of the file that was at `path` below the project when an earlier run() began, which
@@ -112,7 +113,7 @@ private:
     };
     Rename onlyRename(const Journal& journal) const;
     void refuseChanges(const Unfinished& unfinished) const;
-    std::vector<std::optional<Stamp>> filesPut(const Journal& journal) const;
+    std::vector<std::optional<Stamp>> filesExpected(const Journal& journal) const;
     bool isOurs(const Unfinished& unfinished) const;
     void rename(const char* from, const char* to);
     enum class Run
@@ -123,13 +124,14 @@ private:
     void collect(const Journal& journal, Run run);
     void put(const Journal& journal, Run run);
     void putItem(const Journal::Put& step, Run run, ChangedDirectories& changed);
+    void openDirectories(const Journal& journal) const;
     void closeDirectories(const Journal& journal) const;
     void complete(const Journal& journal, bool isCollected, std::int64_t since);
-    void clearWays(const Journal& journal) const;
-    void clearWay(const Journal::Put& step, ChangedDirectories& changed) const;
+    void clearWay(const Journal::Put& step) const;
     void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;
     void giveBack(const Journal& journal, std::int64_t since) const;
-    std::string placeToGiveBack(const std::string& path) const;
+    std::string placeToGiveBack(const std::string& path,
+                                std::map<std::string, std::string>& others) const;
     bool tryPreserve(const Journal::Put& step) const;
     bool isUntouched(const Journal::Put& step) const;
     void tryUndo(const Journal& journal);
@@ -145,6 +147,8 @@ private:
     bool m_begun = false;
     bool m_isWritten = true; // the journal
     Stamp m_file;
+    std::uint64_t m_inode = 0; // of the directory
+    std::vector<std::optional<Stamp>> m_expected;
     std::optional<Unfinished> m_unfinished;
 };
 

@@ -90,30 +90,20 @@ void JournalDirectory::refuseStranger(const Place& place)
 
 void JournalDirectory::complete(const Journal& journal, bool isCollected, std::int64_t since)
 {
+    openDirectories(journal);
     if (!isCollected) {
         collect(journal, Run::Recover);
         rename(a_collect, a_put);
     }
-    clearWays(journal);
     put(journal, Run::Recover);
     giveBack(journal, since);
+    closeDirectories(journal);
     Disk::instance().unlink(m_path + "/" + a_put);
 }
 
-// All that is in the way has its other name on the disk before anything takes its place.
-void JournalDirectory::clearWays(const Journal& journal) const
-{
-    ChangedDirectories changed;
-    for (const Journal::Put& step : journal.puts) {
-        if (step.makesDirectory() || exists(itemPath(step.item))) {
-            clearWay(step, changed);
-        }
-    }
-    changed.sync(m_path);
-}
-
 // Only what somebody did since the save can be in the way of a step, or keep it from its directory.
-void JournalDirectory::clearWay(const Journal::Put& step, ChangedDirectories& changed) const
+// It has its other name on the disk before anything takes its place.
+void JournalDirectory::clearWay(const Journal::Put& step) const
 {
     const std::string to = m_project + "/" + step.path;
     for (std::size_t at = m_project.size(); at != std::string::npos;) {
@@ -129,7 +119,7 @@ void JournalDirectory::clearWay(const Journal::Put& step, ChangedDirectories& ch
                 : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before);
         if (!isExpected) {
             setAside(path, path);
-            changed.addParentOf(path);
+            syncDirectory(path.substr(0, path.rfind('/')));
             return;
         }
     }
@@ -154,6 +144,7 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since) cons
     ChangedDirectories changed;
     std::set<std::string> touched;
     std::map<int, Journal::Location> homes;
+    std::map<std::string, std::string> others;
     for (const Journal::Collect& step : journal.collects) {
         const std::string from = locate(step.from);
         touched.insert(from.substr(0, from.rfind('/')));
@@ -163,12 +154,13 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since) cons
         const std::string item = itemPath(step.item);
         const auto info = statOf(item);
         const bool isChanged =
-            info && (S_ISDIR(info->st_mode) ? isChangedSince(item, since, touched)
-                                            : !isAsBefore(*info, step.before));
+            info &&
+            (S_ISDIR(info->st_mode) ? step.before != Stamp() || isChangedSince(item, since, touched)
+                                    : !isAsBefore(*info, step.before));
         if (!isChanged) {
             continue;
         }
-        const std::string path = placeToGiveBack(pathBefore(homes, step.from));
+        const std::string path = placeToGiveBack(pathBefore(homes, step.from), others);
         makeDirectoriesAbove(path, changed);
         setAside(item, m_project + "/" + path);
         changed.addParentOf(m_project + "/" + path);
@@ -176,17 +168,22 @@ void JournalDirectory::giveBack(const Journal& journal, std::int64_t since) cons
     changed.sync(m_path);
 }
 
-// A path like that below the project at which something was: other things may be above it now.
-std::string JournalDirectory::placeToGiveBack(const std::string& path) const
+// A path like that below the project at which something was: other things may be above it now,
+// beside which everything goes to the same one of the `others`.
+std::string JournalDirectory::placeToGiveBack(const std::string& path,
+                                              std::map<std::string, std::string>& others) const
 {
     std::string place = m_project + "/" + path;
     for (std::size_t at = place.find('/', m_project.size() + 1); at != std::string::npos;
          at = place.find('/', at + 1)) {
         const std::string above = place.substr(0, at);
         if (exists(above) && !isDirectory(above)) {
-            const std::string other = freePathLike(above);
-            place.replace(0, at, other);
-            break; // there is nothing below that
+            const auto other = others.find(above);
+            place.replace(0, at,
+                          other != others.end()
+                              ? other->second
+                              : others.emplace(above, freePathLike(above)).first->second);
+            break; // what is below that was made for this
         }
     }
     return place.substr(m_project.size() + 1);

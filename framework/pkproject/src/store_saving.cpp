@@ -69,7 +69,13 @@ void Store::save(const QString& path, ArchiveFormat format, bool overwrite)
 // Nothing is unsaved, except what is written to streams that are still open.
 void Store::restartLog()
 {
-    m_log.restart(base(Base::now()));
+    try {
+        m_log.restart(base(Base::now()));
+    } catch (const IoError& error) {
+        // The save is done. A recovery would find that somebody saved since.
+        warn(error.what(), __FILE__, "restartLog", __LINE__);
+        return;
+    }
     std::vector<Edit> edits;
     for (Entry* const entry : m_index->touched()) {
         edits.push_back(putEdit(parsePath(textOf(Index::path(*entry))), entry->staged()));
@@ -109,7 +115,7 @@ void Store::rememberUndone()
 {
     try {
         m_contents.directory->checkUnchanged(*m_index);
-        m_contents.directory->remember();
+        m_contents.directory->remember(m_contents.directory->metadataFile());
         m_log.confirm(base(Base::now()));
     } catch (const ConflictError&) {
         // Who saves to the source is told.

@@ -181,7 +181,7 @@ TEST_F(ADirectorySource, SeesCheaplyThatItsTopChangedOrWasReplaced)
     load();
     Disk::instance().setTime(path().toStdString(), 1);
     EXPECT_TRUE(m_source->mayHaveChanged());
-    m_source->remember();
+    m_source->remember(m_source->metadataFile());
     EXPECT_FALSE(m_source->mayHaveChanged());
     Disk::instance().rename(path().toStdString(), m_directory.path("away").toStdString());
     EXPECT_THROW(m_source->mayHaveChanged(), ConflictError);

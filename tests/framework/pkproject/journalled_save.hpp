@@ -7,6 +7,8 @@
 #include <pk/project/error.hpp>
 
 #include <optional>
+#include <set>
+#include <string>
 
 namespace pk::project::test {
 
@@ -24,6 +26,18 @@ inline bool trySave(ProjectModel& model)
         return false;
     }
     return true;
+}
+
+/// The contents of all files but the metadata; without what a Tree of the disk has before them.
+inline std::set<std::string> contentsOf(const Tree& tree)
+{
+    std::set<std::string> contents;
+    for (const auto& file : tree) {
+        if (file.first.back() != '/' && file.first != ".kxproject") {
+            contents.insert(file.second.substr(file.second.find(':') + 1));
+        }
+    }
+    return contents;
 }
 
 /// A project that is saved in place so that everything happens: a file is replaced, one removed,

@@ -118,6 +118,7 @@ protected:
                   EverythingProject::edited());
         EXPECT_NE(desk.before(), m_after);
     }
+    Tree leftOfModels() const { return m_staging.tree(); }
     static void TearDownTestSuite()
     {
         std::cout << "points of all saves: " << allPoints() << std::endl;
@@ -148,6 +149,7 @@ private:
 class SaveFaultsWithErrors : public SaveFaults
 {
 protected:
+    void TearDown() override { EXPECT_EQ(leftOfModels(), Tree()); }
     // Lets operation `number` fail in a save. Gives whether there was such an operation.
     bool failOnce(Desk& desk, int number, int error)
     {

@@ -155,6 +155,115 @@ TEST(AnUndoneSaveOfFiles, KeepsTheMetadataThatSomebodyWroteSince)
     EXPECT_GT(undone, 10);
 }
 
+// The disk refuses the next attempt too, from any operation on.
+TEST(AnUndoneSwap, IsUndoneHoweverOftenThatIsTried)
+{
+    const TemporaryDirectory directory;
+    int tried = 0;
+    bool failed = true;
+    for (int first = 0; failed; ++first) {
+        bool failedAgain = true;
+        for (int second = 0; failedAgain; ++second) {
+            SCOPED_TRACE(std::to_string(first) + ", then " + std::to_string(second));
+            const QString path = directory.path("p");
+            removeTree(path.toStdString());
+            removeTree(Place::of(path.toStdString()).journal());
+            ProjectModel model;
+            model.writeFile(q("a"), "A");
+            model.writeFile(q("b"), "B");
+            model.save(path, ArchiveFormat::Directory, true);
+            model.move(q("a"), q("t"), false);
+            model.move(q("b"), q("a"), false);
+            model.move(q("t"), q("b"), false);
+            FaultyDisk disk;
+            disk.failAt(first, EIO, true);
+            failed = !trySave(model);
+            disk.failAt(disk.count() + second, EIO, true);
+            failedAgain = failed && !trySave(model);
+            disk.heal();
+            EXPECT_NO_THROW(saveInPlace(model));
+            EXPECT_EQ(getLocal(path + q("/a")), "B");
+            tried += failedAgain ? 1 : 0;
+        }
+    }
+    EXPECT_GT(tried, 200);
+}
+
+TEST(AnUndoneSaveOfFiles, SaysWhatItHasNoPlaceFor)
+{
+    const TemporaryDirectory directory;
+    int refused = 0;
+    for (int number = 0;; ++number) {
+        SCOPED_TRACE(number);
+        const QString path = directory.path("p" + std::to_string(number));
+        ProjectModel model;
+        model.writeFile(q("a"), "1");
+        model.writeFile(q("d/f"), "f");
+        model.save(path, ArchiveFormat::Directory, true);
+        model.writeFile(q("a"), "2");
+        model.remove(q("d/f"));
+        {
+            FaultyDisk disk;
+            disk.failAt(number, EIO, true);
+            if (trySave(model)) {
+                break;
+            }
+        }
+        if (QDir(path).rmdir(q("d"))) {
+            EXPECT_NE(messageOf<ConflictError>([&] { saveInPlace(model); }).find("d' was removed"),
+                      std::string::npos);
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 2);
+}
+
+// The place of the project is away for a while, as that of a disk that was unplugged.
+TEST(AnUndoneSaveOfFiles, IsKnownWhenThePlaceComesBack)
+{
+    class Unplugged : public FaultyDisk
+    {
+    public:
+        explicit Unplugged(const QString& place) : m_place(place.toStdString()) {}
+        ~Unplugged() override { ::rename((m_place + " away").c_str(), m_place.c_str()); }
+
+    protected:
+        void fail(const std::string& path) override
+        {
+            ::rename(m_place.c_str(), (m_place + " away").c_str());
+            errno = EIO;
+            FaultyDisk::fail(path);
+        }
+
+    private:
+        std::string m_place;
+    };
+    const TemporaryDirectory directory;
+    bool failed = true;
+    for (int number = 0; failed; ++number) {
+        SCOPED_TRACE(number);
+        const QString place = directory.path(std::to_string(number));
+        const QString path = place + q("/p");
+        QDir().mkdir(place);
+        ProjectModel model;
+        for (const char* const file : {"a", "d/k", "m"}) {
+            model.writeFile(q(file), file);
+        }
+        model.save(path, ArchiveFormat::Directory, true);
+        model.writeFile(q("a"), "2");
+        model.move(q("m"), q("d/m"), false);
+        const Tree edited = treeOf(model);
+        {
+            Unplugged disk(place);
+            disk.failAt(number, EIO, true);
+            failed = !trySave(model);
+        }
+        const QString elsewhere = place + q("/elsewhere");
+        model.save(elsewhere, ArchiveFormat::Directory, true);
+        EXPECT_EQ(treeOf(ProjectModel(elsewhere)), edited);
+    }
+}
+
 // A new directory can have the inode of one that is gone.
 TEST(AnUndoneRename, DoesNotTakeAnotherJournalDirectoryForItsOwn)
 {
@@ -204,8 +313,9 @@ TEST(AnUndoneDirectory, IsLeftToWhomeverPutSomethingInItsPlace)
         if (isDirectory(made) && JournalDirectory::isPending(Place::of(path.toStdString()))) {
             ASSERT_EQ(::rmdir(made.c_str()), 0);
             ASSERT_EQ(::symlink("../elsewhere", made.c_str()), 0);
-            EXPECT_THROW(saveInPlace(model), AlreadyExists);
-            EXPECT_EQ(getLocal(path + q("/a")), "1");
+            const QByteArray before = getLocal(path + q("/a"));
+            EXPECT_THROW(saveInPlace(model), ConflictError);
+            EXPECT_EQ(getLocal(path + q("/a")), before);
             ASSERT_EQ(::unlink(made.c_str()), 0);
             ++left;
         }

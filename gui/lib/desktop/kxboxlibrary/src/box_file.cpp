@@ -94,6 +94,11 @@ void save(pk::project::ProjectModel& model, const QString& prefix,
     removeMetadata(model, prefix);
 }
 
+bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix)
+{
+    return project_xml::isUnreadable(model, pathOf(model, prefix));
+}
+
 bool isOwn(const QString& file)
 {
     return file == a_boxFile || file == a_behaviorFile || file == a_metadataFile;

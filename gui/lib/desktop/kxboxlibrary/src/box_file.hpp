@@ -20,6 +20,9 @@ QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& pref
 void save(pk::project::ProjectModel& model, const QString& prefix,
           const boost::shared_ptr<XmlElement>& box);
 
+/// Whether there is a box file that can't be read now (project_xml::isUnreadable()).
+bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix);
+
 /// Whether a file of the directory belongs to the box itself, so that it is no resource.
 bool isOwn(const QString& file);
 

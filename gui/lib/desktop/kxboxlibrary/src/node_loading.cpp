@@ -1,4 +1,5 @@
 // How nodes are filled from the files of a project, and how new ones and copies are made.
+#include "box_file.hpp"
 #include "file_names.hpp"
 #include "order_file.hpp"
 
@@ -27,9 +28,9 @@ void BoxLibraryNode::initFromProject()
     setNames(file_names::unEscape(m_fileName), m_fileName);
     if (box) {
         setBoxDataInternal(boost::make_shared<BoxData>(this, box));
-    } else {
+    } else if (!box_file::isUnreadable(*model, prefix())) {
         loadFolder(*model);
-    }
+    } // else it may be a box, whose directory is to stay as it is
 }
 
 void BoxLibraryNode::loadFolder(ProjectModel& model)
@@ -57,7 +58,9 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
             appendChildFromProject(directory);
         }
     }
-    writeOrder(order);
+    if (!order_file::isUnreadable(model, prefix)) {
+        writeOrder(order);
+    }
 }
 
 BoxLibraryNode* BoxLibraryNode::appendChildFromProject(const std::string& fileName)

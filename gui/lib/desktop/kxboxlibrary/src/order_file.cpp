@@ -61,6 +61,11 @@ std::vector<std::string> read(pk::project::ProjectModel& model, const QString& p
     return names;
 }
 
+bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix)
+{
+    return project_xml::isUnreadable(model, pathOf(prefix));
+}
+
 void write(pk::project::ProjectModel& model, const QString& prefix,
            const std::vector<std::string>& names, const QByteArray& present)
 {

@@ -18,6 +18,9 @@ namespace KX::order_file {
 std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix,
                               QByteArray* bytes = nullptr);
 
+/// Whether there is an order file that can't be read now (project_xml::isUnreadable()).
+bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix);
+
 /// Writes the order file; nothing when it holds the same bytes, as far as the caller knows these,
 /// when its directory is missing or when something is in its place. A name that XML can't hold is
 /// left out, and more nodes than are read again (XmlDocument) leave the file as it was, each with a

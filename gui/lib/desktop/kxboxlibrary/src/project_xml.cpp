@@ -6,25 +6,51 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 
 namespace KX::project_xml {
+
+namespace {
+
+bool isDamaged(pk::project::ProjectModel& model, const QString& path)
+{
+    try {
+        model.getFileLocalPath(path);
+        return false;
+    } catch (const pk::project::FormatError&) {
+        return true;
+    }
+}
+
+} // namespace
 
 Stream open(pk::project::ProjectModel& model, const QString& path)
 {
     Stream stream(model.fopen(path, QStringLiteral("rb")), &std::fclose);
     if (!stream && model.hasFile(path)) {
-        try {
-            model.getFileLocalPath(path);
-        } catch (const pk::project::FormatError&) {
-            // A damaged entry is as good as none.
-        }
+        isDamaged(model, path); // throws when it can't be unpacked
     }
     return stream;
+}
+
+bool isUnreadable(pk::project::ProjectModel& model, const QString& path)
+{
+    if (!model.hasFile(path) || isDamaged(model, path)) {
+        return false;
+    }
+    // Not through the model, which has told the log already.
+    const QByteArray local = QFile::encodeName(model.getFileLocalPath(path));
+    const int file = ::open(local.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (file >= 0) {
+        ::close(file);
+    }
+    return file < 0 && errno != ENOENT;
 }
 
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)

@@ -22,6 +22,10 @@ using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 /// a stream: ProjectModel::writeFile() does it whole or not at all.
 Stream open(pk::project::ProjectModel& model, const QString& path);
 
+/// Whether a project has a file that can't be read now, as without permission: what is in it is not
+/// known, so nothing may take its place. A damaged one in an archive is as good as none.
+bool isUnreadable(pk::project::ProjectModel& model, const QString& path);
+
 /// The document in a stream; null when `stream` is null or holds none.
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream);
 

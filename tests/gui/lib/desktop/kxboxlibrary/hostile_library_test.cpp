@@ -1,3 +1,5 @@
+#include "framework/pkproject/another_user.hpp"
+#include "framework/pkproject/log_records.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
@@ -199,6 +201,46 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Replaced{"File", "F/B/sound.wav", "../../../outside/sound.wav"},
                     Replaced{"Box", "F/B", "../../outside"}, Replaced{"Folder", "F", "../outside"}),
     [](const auto& replaced) { return std::string(replaced.param.name); });
+
+TEST(UnreadableFiles, StayAsTheyAreWhenTheLibraryIsSaved)
+{
+    const pk::project::test::AnotherUser user;
+    const TemporaryDirectory directory;
+    const QString path = directory.path("L.bxl");
+    open(project({{"F/bxlinfo", orderFile({"B", "A"})},
+                  {"F/A/box.bhx", boxFile()},
+                  {"F/B/box.bhx", boxFile()},
+                  {"X/box.bhx", boxFile()},
+                  {"X/sounds/s.wav", "sound"},
+                  {"Y/box.bhx", boxFile()}}))
+        ->saveTo(path, BoxLibrary::Directory);
+    const auto before = bytesBelow(path);
+    const std::string unreadable[] = {(path + q("/F/bxlinfo")).toStdString(),
+                                      (path + q("/X/box.bhx")).toStdString()};
+    for (const std::string& file : unreadable) {
+        ASSERT_EQ(::chmod(file.c_str(), 0), 0);
+    }
+    {
+        const pk::project::test::LogRecords log;
+        const Library library = open(ProjectModel(path));
+        EXPECT_EQ(log.messages(),
+                  (std::vector<std::string>{unreadable[0] + ": Permission denied",
+                                            unreadable[1] + ": Permission denied"}));
+        const BoxLibraryNode& root = *library->boxRoot();
+        EXPECT_EQ(childNames(*root.child("F")), (Names{"A", "B"}));
+        EXPECT_EQ(childNames(*root.child("X")), Names{});
+        EXPECT_FALSE(root.child("X")->boxData());
+        root.child("Y")->boxData()->setTooltip(q("edited"));
+        library->save();
+    }
+    for (const std::string& file : unreadable) {
+        ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+    }
+    auto after = bytesBelow(path);
+    EXPECT_NE(after.at("Y/box.bhx"), before.at("Y/box.bhx"));
+    after["Y/box.bhx"] = before.at("Y/box.bhx");
+    EXPECT_EQ(after, before);
+}
 
 } // namespace
 } // namespace KX::test

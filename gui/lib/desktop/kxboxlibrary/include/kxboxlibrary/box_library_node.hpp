@@ -143,9 +143,11 @@ public:
     /// directory in it, loaded the same way. Names come from the directories' names. Children are
     /// in the order of the order file, those that it does not list after them in the order of
     /// ProjectModel::getFileList(); an unlisted "translations" is passed over. An order file that
-    /// is missing, damaged or no order file counts as empty; it is written anew in any case.
-    /// Called once, by what makes nodes. What the project model throws ends the loading, in the
-    /// middle of the tree.
+    /// is missing, damaged or no order file counts as empty. It is written anew where it would be
+    /// another one. Files that are there but can't be read stay as they are: with such an order
+    /// file the folder has its children in that order of the project, and with such a box file the
+    /// node is a folder without children. Called once, by what makes nodes. What the project model
+    /// throws ends the loading, in the middle of the tree.
     void initFromProject();
 
     /// Appends the child in the directory `fileName`; null when `fileName` is empty. When loading
