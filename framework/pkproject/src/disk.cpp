@@ -76,6 +76,14 @@ std::size_t readSome(const Fd& file, char* bytes, std::size_t size)
     return done;
 }
 
+void refuseLook(const std::string& path)
+{
+    if (const int error = Disk::instance().refusal(path)) {
+        errno = error;
+        throwErrno(path);
+    }
+}
+
 } // namespace
 
 Fd::Fd(Fd&& other) noexcept : m_fd(other.release()), m_path(std::move(other.m_path)) {}
@@ -256,6 +264,11 @@ bool Disk::lock(const Fd& file)
     return false;
 }
 
+int Disk::refusal(const std::string& /*path*/)
+{
+    return 0;
+}
+
 std::uint16_t umaskLeaves(mode_t mode)
 {
     static const mode_t mask = [] {
@@ -274,6 +287,7 @@ void throwErrno(const std::string& path)
 
 std::optional<struct stat> statOf(const std::string& path)
 {
+    refuseLook(path);
     struct stat info = {};
     if (::lstat(path.c_str(), &info) == 0) {
         return info;
@@ -286,6 +300,7 @@ std::optional<struct stat> statOf(const std::string& path)
 
 struct stat statOf(const Fd& file)
 {
+    refuseLook(file.path());
     struct stat info = {};
     check(::fstat(file.get(), &info), file.path());
     return info;
@@ -298,6 +313,7 @@ std::int64_t modificationTime(const struct stat& info)
 
 Fd openPath(const std::string& path, int flags)
 {
+    refuseLook(path);
     Fd file(::open(path.c_str(), flags | O_CLOEXEC), path);
     if (!file) {
         throwErrno(path);
@@ -309,6 +325,10 @@ Fd openBeneath(const Fd& directory, const std::string& path, int flags)
 {
     if (path.empty()) {
         return openBeneath(directory, ".", flags);
+    }
+    if (const int error = Disk::instance().refusal(directory.path() + "/" + path)) {
+        errno = error;
+        return {};
     }
     struct open_how how = {};
     how.flags = static_cast<std::uint64_t>(static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW));
@@ -322,6 +342,7 @@ Fd openBeneath(const Fd& directory, const std::string& path, int flags)
 
 std::vector<std::string> namesIn(const Fd& directory)
 {
+    refuseLook(directory.path());
     alignas(struct dirent64) char buffer[a_bufferSize / 2];
     std::vector<std::string> names;
     if (::lseek(directory.get(), 0, SEEK_SET) < 0) {

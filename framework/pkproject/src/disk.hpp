@@ -36,9 +36,9 @@ private:
     std::string m_path;
 };
 
-/// The one seam through which the store changes anything outside its staging directories, and
-/// writes the bytes of files in them. Tests
-/// put another object in its place to see each single operation, and to make it fail.
+/// The one seam through which the store changes anything outside its staging directories, writes
+/// the bytes of files in them, and looks at anything. Tests put another object in its place to see
+/// each single operation, and to make it fail.
 class Disk
 {
 public:
@@ -81,6 +81,10 @@ public:
     /// Takes the kernel's lock on an open file, held until the file is closed. False when somebody
     /// else has it.
     virtual bool lock(const Fd& file);
+
+    /// Asked before anything is opened or looked at by the functions below: the errno with which
+    /// that fails, 0 for none.
+    virtual int refusal(const std::string& path);
 };
 
 /// The permission bits of `mode` that the process's umask leaves, as it was when first asked for.

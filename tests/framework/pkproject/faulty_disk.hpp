@@ -38,8 +38,19 @@ public:
     void dieAt(int number) { m_dying = number; }
     /// The exit code of a process that ended so.
     static constexpr int a_died = 42;
+    /// Look number `number`, from 0, fails with `error`; looks are not operations.
+    void failLookAt(int number, int error)
+    {
+        m_failingLook = number;
+        m_lookError = error;
+    }
+    int looks() const { return m_looks; }
     /// From now on nothing fails.
-    void heal() { m_failing = -1; }
+    void heal()
+    {
+        m_failing = -1;
+        m_failingLook = -1;
+    }
 
     int count() const { return static_cast<int>(m_log.size()); }
     const std::vector<std::string>& log() const { return m_log; }
@@ -110,6 +121,11 @@ public:
         Disk::rmdir(path);
     }
 
+    int refusal(const std::string& /*path*/) override
+    {
+        return m_looks++ == m_failingLook ? m_lookError : 0;
+    }
+
 protected:
     /// What a failing operation does; errno is set.
     virtual void fail(const std::string& path) { throwErrno(path); }
@@ -132,6 +148,9 @@ private:
     std::vector<std::string> m_log;
     int m_failing = -1;
     int m_failingFrom = -1;
+    int m_failingLook = -1;
+    int m_lookError = 0;
+    int m_looks = 0;
     int m_dying = -1;
     int m_error = 0;
     bool m_onwards = false;

@@ -196,6 +196,36 @@ TEST_P(SaveFaultsWithErrors, LeaveOldProjectAndEditsAndALaterSaveWorks)
     report("an I/O error", points);
 }
 
+// What can't be opened or looked at.
+TEST_P(SaveFaultsWithErrors, OfLooksLeaveOldProjectAndEditsAndALaterSaveWorks)
+{
+    int points = 0;
+    bool reached = true;
+    for (int number = 0; reached && !HasFailure(); ++number, ++points) {
+        SCOPED_TRACE("look " + std::to_string(number));
+        Desk desk(GetParam());
+        m_failed = false;
+        {
+            FaultyDisk disk;
+            disk.failLookAt(number, EMFILE);
+            try {
+                desk.save();
+            } catch (const Error& failure) {
+                m_failed = true;
+                EXPECT_NE(std::string(failure.what()).find("Too many open files"),
+                          std::string::npos)
+                    << failure.what();
+            }
+            reached = disk.looks() > number;
+        }
+        EXPECT_EQ(openedIn(desk.directory()), m_failed ? desk.before() : after());
+        expectAllEdits(desk.model());
+        EXPECT_NO_THROW(desk.save());
+        EXPECT_EQ(desk.now(), after());
+    }
+    report("a failed look", points);
+}
+
 TEST_P(SaveFaultsWithErrors, OneAfterTheOtherLeaveOldProjectAndEdits)
 {
     for (const int error : {ENOSPC, EACCES}) {
