@@ -144,7 +144,7 @@ PackedIos::Ios PackedIos::unpack() const
     std::vector<std::vector<Element>> elements(kinds().size());
     const char* at = m_texts.data();
     while (at != m_texts.data() + m_texts.size()) {
-        const auto kind = static_cast<std::size_t>(*at++);
+        const auto kind = static_cast<unsigned char>(*at++);
         elements[kind].push_back(unpackElement(kinds()[kind], at));
     }
     XmlManager::IoById ioById;

@@ -3,6 +3,7 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 using KR::PackedIos;
@@ -54,10 +55,9 @@ std::string textOf(const KR::Parameter& parameter)
 template <class Io>
 std::vector<std::string> textsOf(const std::vector<boost::shared_ptr<Io>>& ios)
 {
-    std::vector<std::string> texts;
-    for (const auto& io : ios) {
-        texts.push_back(textOf(*io));
-    }
+    std::vector<std::string> texts(ios.size());
+    std::transform(ios.begin(), ios.end(), texts.begin(),
+                   [](const auto& io) { return textOf(*io); });
     return texts;
 }
 

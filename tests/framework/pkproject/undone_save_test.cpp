@@ -225,18 +225,22 @@ TEST(AnUndoneSaveOfFiles, IsKnownWhenThePlaceComesBack)
     {
     public:
         explicit Unplugged(const QString& place) : m_place(place.toStdString()) {}
-        ~Unplugged() override { ::rename((m_place + " away").c_str(), m_place.c_str()); }
+        void comeBack() const
+        {
+            ASSERT_TRUE(!m_isAway || ::rename((m_place + " away").c_str(), m_place.c_str()) == 0);
+        }
 
     protected:
         void fail(const std::string& path) override
         {
-            ::rename(m_place.c_str(), (m_place + " away").c_str());
+            m_isAway = m_isAway || ::rename(m_place.c_str(), (m_place + " away").c_str()) == 0;
             errno = EIO;
             FaultyDisk::fail(path);
         }
 
     private:
         std::string m_place;
+        bool m_isAway = false;
     };
     const TemporaryDirectory directory;
     bool failed = true;
@@ -257,6 +261,7 @@ TEST(AnUndoneSaveOfFiles, IsKnownWhenThePlaceComesBack)
             Unplugged disk(place);
             disk.failAt(number, EIO, true);
             failed = !trySave(model);
+            disk.comeBack();
         }
         const QString elsewhere = place + q("/elsewhere");
         model.save(elsewhere, ArchiveFormat::Directory, true);
