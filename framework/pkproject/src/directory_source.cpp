@@ -221,9 +221,10 @@ std::vector<std::string> DirectorySource::changesBelow(const Entry& directory) c
     if (fd) {
         const auto depth = static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
         compare({fd, path, path.empty() ? 0 : depth + 1}, directory, changes);
-    } else if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == EACCES) {
+    } else if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP ||
+               (errno == EACCES && (directory.mode & 0500) == 0500)) {
         changes.push_back("'" + path + "'");
-    } else {
+    } else if (errno != EACCES) {
         throwErrno(m_place.path + "/" + path);
     }
     return changes;

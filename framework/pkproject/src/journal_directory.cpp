@@ -374,9 +374,20 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     directory.m_isWritten = unfinished.isWritten;
     const bool isOurs = directory.isOurs(unfinished);
     if (isOurs) {
-        directory.openDirectories(unfinished.journal);
-        directory.refuseLinks(unfinished.journal);
-        directory.refuseChanges(unfinished);
+        // While items are collected, no new directory is there.
+        const bool isPut = !exists(directory.m_path + "/" + a_collect);
+        if (isPut) {
+            directory.openDirectories(unfinished.journal);
+        }
+        try {
+            directory.refuseLinks(unfinished.journal);
+            directory.refuseChanges(unfinished);
+        } catch (const Error&) {
+            if (isPut) {
+                directory.closeDirectories(unfinished.journal);
+            }
+            throw;
+        }
         directory.undo(unfinished.journal);
     }
     return isOurs;
@@ -396,7 +407,8 @@ void JournalDirectory::refuseChanges(const Unfinished& unfinished) const
         const std::string path = m_project + "/" + step.path;
         put.insert(path);
         const auto info = statOf(path);
-        if (!info || S_ISDIR(info->st_mode)) {
+        const bool leadsToDirectory = step.makesDirectory() || unfinished.put[i] == Stamp();
+        if (!info || (S_ISDIR(info->st_mode) && leadsToDirectory)) {
             continue;
         }
         const Stamp now = Stamp::of(*info);

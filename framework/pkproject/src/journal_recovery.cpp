@@ -90,8 +90,9 @@ void JournalDirectory::refuseStranger(const Place& place)
 
 void JournalDirectory::complete(const Journal& journal, bool isCollected, std::int64_t since)
 {
-    openDirectories(journal);
-    if (!isCollected) {
+    if (isCollected) {
+        openDirectories(journal);
+    } else {
         collect(journal, Run::Recover);
         rename(a_collect, a_put);
     }
@@ -113,10 +114,11 @@ void JournalDirectory::clearWay(const Journal::Put& step) const
         if (!info) {
             return;
         }
-        const bool isExpected =
-            at != std::string::npos || step.makesDirectory()
-                ? S_ISDIR(info->st_mode)
-                : step.replace && S_ISREG(info->st_mode) && isAsBefore(*info, step.before);
+        const bool isExpected = at != std::string::npos || step.makesDirectory()
+                                    ? S_ISDIR(info->st_mode)
+                                    : step.replace && S_ISREG(info->st_mode) &&
+                                          isAsBefore(*info, step.before) &&
+                                          !isDirectory(itemPath(step.item));
         if (!isExpected) {
             setAside(path, path);
             syncDirectory(path.substr(0, path.rfind('/')));

@@ -315,6 +315,43 @@ TEST_F(AnInterruptedSave, KeepsAFolderThatTookTheNameOfAFileThatItRemoves)
         expectSomebodys);
 }
 
+TEST_F(AnInterruptedSave, IsCompletedWhenAFolderTookTheNameOfAFileThatItMoves)
+{
+    forEach(
+        {{"a", "a"}, {"b", "b"}},
+        [](ProjectModel& model) {
+            model.remove(q("b"));
+            model.move(q("a"), q("b"), false);
+        },
+        [](const QString& path) {
+            if (!QFile::remove(path + q("/a"))) {
+                return false;
+            }
+            putLocal(path + q("/a/precious"), "somebody's");
+            return true;
+        },
+        expectSomebodys);
+}
+
+TEST_F(AnInterruptedSave, LeavesAFolderItsModeThatGivesItsPlaceToAClosedOne)
+{
+    const QString archive = m_directory.path("archive");
+    putZip(archive, {{"d/", "", S_IFDIR | 0}, {"d/x", "1"}});
+    ProjectModel closed(archive);
+    forEach(
+        {{"d/f", "f"}, {"d/k", "k"}},
+        [&](ProjectModel& model) {
+            model.move(q("d"), q("E"), false);
+            model.importFile(closed, q("d"), q("d"), true);
+        },
+        [](const QString& /*path*/) { return true; },
+        [](const QString& path) {
+            EXPECT_NO_THROW(ProjectModel{path});
+            EXPECT_EQ(statOf((path + q("/E")).toStdString()).value().st_mode & 0777, 0755U);
+            EXPECT_EQ(::chmod((path + q("/d")).toStdString().c_str(), 0755), 0);
+        });
+}
+
 TEST_F(AnInterruptedSave, IsCompletedBesideLinksThatLeadNowhere)
 {
     for (const char* const target : {"sub", "/proc/1/cwd"}) {

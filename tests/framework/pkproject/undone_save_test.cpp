@@ -189,6 +189,39 @@ TEST(AnUndoneSwap, IsUndoneHoweverOftenThatIsTried)
     EXPECT_GT(tried, 200);
 }
 
+TEST(AnUndoneSaveOfFiles, KeepsAFolderThatSomebodyMadeInTheirPlace)
+{
+    const TemporaryDirectory directory;
+    int refused = 0;
+    for (const char* const file : {"a", "c"}) {
+        for (int number = 0;; ++number) {
+            SCOPED_TRACE(file + std::to_string(number));
+            const QString path = directory.path(file + std::to_string(number));
+            ProjectModel model;
+            model.writeFile(q("a"), "1");
+            model.writeFile(q("b"), "1");
+            model.save(path, ArchiveFormat::Directory, true);
+            model.writeFile(q("a"), "2");
+            model.writeFile(q("b"), "2");
+            model.writeFile(q("c"), "2");
+            {
+                FaultyDisk disk;
+                disk.failAt(number, EIO, true);
+                if (trySave(model)) {
+                    break;
+                }
+            }
+            const QString precious = path + q("/") + q(file) + q("/precious");
+            QFile::remove(path + q("/") + q(file));
+            putLocal(precious, "somebody's");
+            EXPECT_THROW(saveInPlace(model), Error);
+            EXPECT_EQ(getLocal(precious), "somebody's");
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 40);
+}
+
 TEST(AnUndoneSaveOfFiles, SaysWhatItHasNoPlaceFor)
 {
     const TemporaryDirectory directory;

@@ -67,11 +67,12 @@ BoxData::~BoxData() = default;
 
 const BoxData::Ios& BoxData::ios() const
 {
-    if (const auto packed = std::move(m_packed)) {
-        const KR::PackedIos::Ios ios = packed->unpack();
+    if (m_packed) {
+        const KR::PackedIos::Ios ios = m_packed->unpack();
         m_ios = {{ios.inputs.begin(), ios.inputs.end()},
                  {ios.outputs.begin(), ios.outputs.end()},
                  {ios.parameters.begin(), ios.parameters.end()}};
+        m_packed.reset();
     }
     return m_ios;
 }
