@@ -114,7 +114,6 @@ makeAll(const std::vector<Element>& elements, XmlManager::IoById& ioById,
 PackedIos::PackedIos(const XmlElement& box)
 {
     std::string packed;
-    std::string text;
     for (const Element& child : box.mixedChildren()) {
         const auto kind = std::find_if(kinds().begin(), kinds().end(), [&](const Kind& each) {
             return each.tag == child->beacon();

@@ -98,10 +98,7 @@ void saveInPlace(Index& index, Contents& contents, const Metadata* metadata, Edi
         }
         stamps.emplace_back(file.entry, Stamp::of(statOf(fd)));
     }
-    std::optional<Stamp> metadataFile = source.metadataFile();
-    if (metadata != nullptr) {
-        metadataFile.reset();
-    }
+    auto metadataFile = metadata == nullptr ? source.metadataFile() : std::optional<Stamp>();
     if (!newMetadata.isEmpty()) {
         metadataFile =
             writeBytes(newMetadata, directory.itemPath(metadataItem), source.metadataMode(), !many);

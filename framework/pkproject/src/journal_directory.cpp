@@ -19,12 +19,6 @@ namespace pk::project {
 
 namespace {
 
-// Whether a new directory gets a mode that forbids its owner to work in it.
-bool isClosed(const Journal::Put& directory)
-{
-    return (directory.mode & 0700) != 0700;
-}
-
 // What undo() puts back for a file that an item replaced.
 std::string preservedName(const std::string& item)
 {
@@ -298,10 +292,7 @@ void JournalDirectory::put(const Journal& journal, Run run)
 void JournalDirectory::openDirectories(const Journal& journal) const
 {
     for (const Journal::Put& step : journal.puts) {
-        const std::string path = m_project + "/" + step.path;
-        if (step.makesDirectory() && isClosed(step) && !linkAbove(path) && isDirectory(path)) {
-            Disk::instance().chmod(path, step.mode | 0700);
-        }
+        changeModeIfClosed(step, step.mode | 0700);
     }
 }
 
@@ -310,15 +301,24 @@ void JournalDirectory::closeDirectories(const Journal& journal) const
 {
     bool isToSync = false;
     for (auto step = journal.puts.rbegin(); step != journal.puts.rend(); ++step) {
-        const std::string path = m_project + "/" + step->path;
-        if (step->makesDirectory() && isClosed(*step) && !linkAbove(path) && isDirectory(path)) {
-            Disk::instance().chmod(path, step->mode);
-            isToSync = true;
-        }
+        isToSync |= changeModeIfClosed(*step, step->mode);
     }
     if (isToSync) {
         Disk::instance().syncFileSystem(m_path);
     }
+}
+
+// False when that is no new directory that gets a mode that forbids its owner to work in it, or
+// when it is not there.
+bool JournalDirectory::changeModeIfClosed(const Journal::Put& step, mode_t mode) const
+{
+    const std::string path = m_project + "/" + step.path;
+    const bool isThere = step.makesDirectory() && (step.mode & 0700) != 0700 && !linkAbove(path) &&
+                         isDirectory(path);
+    if (isThere) {
+        Disk::instance().chmod(path, mode);
+    }
+    return isThere;
 }
 
 void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirectories& changed)
@@ -342,7 +342,7 @@ void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirecto
     } else if (isToDo) {
         Disk::instance().renameNew(itemPath(step.item), to);
     }
-    if (run == Run::Save || !linkAbove(to)) {
+    if (run == Run::Save || isToDo || !linkAbove(to)) {
         changed.addParentOf(to);
     }
 }

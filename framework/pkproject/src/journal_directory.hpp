@@ -126,6 +126,7 @@ private:
     void putItem(const Journal::Put& step, Run run, ChangedDirectories& changed);
     void openDirectories(const Journal& journal) const;
     void closeDirectories(const Journal& journal) const;
+    bool changeModeIfClosed(const Journal::Put& step, mode_t mode) const;
     void complete(const Journal& journal, bool isCollected, std::int64_t since);
     void clearWay(const Journal::Put& step) const;
     void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;

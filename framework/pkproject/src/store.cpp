@@ -82,9 +82,8 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
         removeRemains(place);
     } else if (JournalDirectory::isPending(place)) {
         throw IoError(place.journal() +
-                      ": the save that it is part of can't be completed, because "
-                      "'" +
-                      place.parent + "' can't be written");
+                      ": the save that it is part of can't be completed, because '" + place.parent +
+                      "' can't be written");
     }
     const std::int64_t time = Base::now();
     load(place);

@@ -96,38 +96,6 @@ TEST_P(AFolderThatIsMoved, IsNotFollowedWhenItIsMovedBackEither)
 
 INSTANTIATE_TEST_SUITE_P(, AFolderThatIsMoved, testing::Bool());
 
-TEST(AFileThatWasSaved, KeepsItsNameWhenWhatItReplacedIsGivenBack)
-{
-    const TemporaryDirectory directory;
-    int given = 0;
-    bool died = true;
-    for (int number = 0; died; ++number) {
-        SCOPED_TRACE(number);
-        const QString path = directory.path("p" + std::to_string(number));
-        ProjectModel model;
-        model.writeFile(q("d/f"), "old");
-        model.writeFile(q("d/k"), "k");
-        model.save(path, ArchiveFormat::Directory, true);
-        model.remove(q("d/f"));
-        model.move(q("d"), q("E"), false);
-        model.writeFile(q("d"), "saved");
-        died = killIn([&] { saveInPlace(model); }, number);
-        if (!died || !JournalDirectory::isPending(Place::of(path.toStdString())) ||
-            !QFileInfo::exists(path + q("/d/f"))) {
-            continue;
-        }
-        ++given;
-        waitForTheClock();
-        putLocal(path + q("/d/f"), "somebody's");
-        EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"E/", ""},
-                                                    {"E/k", "k"},
-                                                    {"d", "saved"},
-                                                    {"d.~1~/", ""},
-                                                    {"d.~1~/f.~1~", "somebody's"}}));
-    }
-    EXPECT_GT(given, 0);
-}
-
 // Such folders come from archives.
 TEST(AFolderThatItsOwnerMayNotRead, IsSavedAndRecovered)
 {
@@ -200,7 +168,6 @@ TEST(AFolderThatItsOwnerMayNotRead, IsInNobodysWayWhenASaveIsUndone)
 class AnInterruptedSave : public testing::Test
 {
 protected:
-    using Files = std::vector<std::pair<std::string, std::string>>;
     // `edit` changes a project of these files. `meddle` gets the path of each that a killed save
     // left unfinished and says whether there was something to do; `check` gets those, opened.
     template <class Edit, class Meddle, class Check>
@@ -212,10 +179,7 @@ protected:
             const QString path = m_directory.path("p" + std::to_string(++m_paths));
             SCOPED_TRACE(path.toStdString());
             ProjectModel model;
-            for (const auto& [name, bytes] : files) {
-                model.writeFile(q(name), QByteArray::fromStdString(bytes));
-            }
-            model.save(path, ArchiveFormat::Directory, true);
+            saveFiles(model, files, path);
             edit(model);
             died = killIn([&] { saveInPlace(model); }, number);
             if (JournalDirectory::isPending(Place::of(path.toStdString()))) {
@@ -245,6 +209,27 @@ protected:
     TemporaryDirectory m_directory;
     int m_paths = 0;
 };
+
+TEST_F(AnInterruptedSave, LeavesASavedFileItsNameWhenItGivesBackWhatWasThere)
+{
+    forEach(
+        {{"d/f", "old"}, {"d/k", "k"}},
+        [](ProjectModel& model) {
+            model.remove(q("d/f"));
+            model.move(q("d"), q("E"), false);
+            model.writeFile(q("d"), "saved");
+        },
+        [](const QString& path) {
+            return QFileInfo::exists(path + q("/d/f")) && putIfThere(path + q("/d/f"));
+        },
+        [](const QString& path) {
+            EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"E/", ""},
+                                                        {"E/k", "k"},
+                                                        {"d", "saved"},
+                                                        {"d.~1~/", ""},
+                                                        {"d.~1~/f.~1~", "somebody's"}}));
+        });
+}
 
 TEST_F(AnInterruptedSave, GivesBackMuchToOnePlace)
 {

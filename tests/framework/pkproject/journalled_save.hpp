@@ -9,12 +9,26 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace pk::project::test {
 
 inline void saveInPlace(ProjectModel& model)
 {
     model.save(QString(), ArchiveFormat::Source, true);
+}
+
+/// Paths and bytes of files.
+using Files = std::vector<std::pair<std::string, std::string>>;
+
+/// Makes a model that has these files a project on disk.
+inline void saveFiles(ProjectModel& model, const Files& files, const QString& path)
+{
+    for (const auto& [name, bytes] : files) {
+        model.writeFile(q(name), QByteArray::fromStdString(bytes));
+    }
+    model.save(path, ArchiveFormat::Directory, true);
 }
 
 /// Whether it can be saved.

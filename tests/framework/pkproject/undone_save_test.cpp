@@ -126,36 +126,96 @@ TEST_F(AnUndoneSave, TakesNothingForItsOwnThatWouldBeInTheWay)
     EXPECT_GT(inTheWay, 10);
 }
 
-TEST(AnUndoneSaveOfFiles, KeepsTheMetadataThatSomebodyWroteSince)
+/// A save fails, and its undoing as well, from each operation in turn on; then the disk works
+/// again.
+class AnUndoneSaveOfFiles : public testing::Test
 {
-    const TemporaryDirectory directory;
-    int undone = 0;
-    for (int number = 0;; ++number) {
-        SCOPED_TRACE(number);
-        const QString path = directory.path("p" + std::to_string(number));
-        ProjectModel model;
-        model.writeFile(q("a"), "1");
-        model.writeFile(q("b"), "1");
-        model.setMetadata(q("k"), q("old"));
-        model.save(path, ArchiveFormat::Directory, true);
-        model.writeFile(q("a"), "2");
-        model.writeFile(q("b"), "2");
-        {
-            FaultyDisk disk;
-            disk.failAt(number, EIO, true);
-            if (trySave(model)) {
-                break;
+protected:
+    // `edit` changes a project of these files; `then` gets it, and its path, after each failure.
+    // Gives the number of these.
+    template <class Edit, class Then>
+    int forEach(const Files& files, const Edit& edit, const Then& then)
+    {
+        for (int number = 0;; ++number) {
+            const QString path = m_directory.path("p" + std::to_string(++m_paths));
+            SCOPED_TRACE(path.toStdString());
+            ProjectModel model;
+            model.setMetadata(q("k"), q("old"));
+            saveFiles(model, files, path);
+            edit(model);
+            {
+                FaultyDisk disk;
+                disk.failAt(number, EIO, true);
+                if (trySave(model)) {
+                    return number;
+                }
             }
+            then(model, path);
         }
-        waitForTheClock();
-        putLocal(path + q("/.kxproject"), R"({"k": "somebody's"})");
-        model.setMetadata(q("k"), q("mine"));
-        EXPECT_THROW(saveInPlace(model), ConflictError);
-        EXPECT_EQ(getLocal(path + q("/.kxproject")), R"({"k": "somebody's"})");
-        EXPECT_EQ(getLocal(path + q("/a")), "1");
-        ++undone;
     }
+
+    TemporaryDirectory m_directory;
+    int m_paths = 0;
+};
+
+TEST_F(AnUndoneSaveOfFiles, KeepsTheMetadataThatSomebodyWroteSince)
+{
+    const int undone = forEach(
+        {{"a", "1"}, {"b", "1"}},
+        [](ProjectModel& model) {
+            model.writeFile(q("a"), "2");
+            model.writeFile(q("b"), "2");
+        },
+        [](ProjectModel& model, const QString& path) {
+            waitForTheClock();
+            putLocal(path + q("/.kxproject"), R"({"k": "somebody's"})");
+            model.setMetadata(q("k"), q("mine"));
+            EXPECT_THROW(saveInPlace(model), ConflictError);
+            EXPECT_EQ(getLocal(path + q("/.kxproject")), R"({"k": "somebody's"})");
+            EXPECT_EQ(getLocal(path + q("/a")), "1");
+        });
     EXPECT_GT(undone, 10);
+}
+
+TEST_F(AnUndoneSaveOfFiles, KeepsAFolderThatSomebodyMadeInTheirPlace)
+{
+    for (const char* const file : {"a", "c"}) {
+        const int undone = forEach(
+            {{"a", "1"}, {"b", "1"}},
+            [](ProjectModel& model) {
+                for (const char* const each : {"a", "b", "c"}) {
+                    model.writeFile(q(each), "2");
+                }
+            },
+            [file](ProjectModel& model, const QString& path) {
+                const QString place = path + q("/") + q(file);
+                QFile::remove(place);
+                putLocal(place + q("/precious"), "somebody's");
+                EXPECT_THROW(saveInPlace(model), ConflictError);
+                EXPECT_EQ(getLocal(place + q("/precious")), "somebody's");
+            });
+        EXPECT_GT(undone, 20);
+    }
+}
+
+TEST_F(AnUndoneSaveOfFiles, SaysWhatItHasNoPlaceFor)
+{
+    int refused = 0;
+    forEach(
+        {{"a", "1"}, {"d/f", "f"}},
+        [](ProjectModel& model) {
+            model.writeFile(q("a"), "2");
+            model.remove(q("d/f"));
+        },
+        [&refused](ProjectModel& model, const QString& path) {
+            if (QDir(path).rmdir(q("d"))) {
+                EXPECT_NE(
+                    messageOf<ConflictError>([&] { saveInPlace(model); }).find("d' was removed"),
+                    std::string::npos);
+                ++refused;
+            }
+        });
+    EXPECT_GT(refused, 2);
 }
 
 // The disk refuses the next attempt too, from any operation on.
@@ -172,9 +232,7 @@ TEST(AnUndoneSwap, IsUndoneHoweverOftenThatIsTried)
             removeTree(path.toStdString());
             removeTree(Place::of(path.toStdString()).journal());
             ProjectModel model;
-            model.writeFile(q("a"), "A");
-            model.writeFile(q("b"), "B");
-            model.save(path, ArchiveFormat::Directory, true);
+            saveFiles(model, {{"a", "A"}, {"b", "B"}}, path);
             model.move(q("a"), q("t"), false);
             model.move(q("b"), q("a"), false);
             model.move(q("t"), q("b"), false);
@@ -192,70 +250,8 @@ TEST(AnUndoneSwap, IsUndoneHoweverOftenThatIsTried)
     EXPECT_GT(tried, 200);
 }
 
-TEST(AnUndoneSaveOfFiles, KeepsAFolderThatSomebodyMadeInTheirPlace)
-{
-    const TemporaryDirectory directory;
-    int refused = 0;
-    for (const char* const file : {"a", "c"}) {
-        for (int number = 0;; ++number) {
-            SCOPED_TRACE(file + std::to_string(number));
-            const QString path = directory.path(file + std::to_string(number));
-            ProjectModel model;
-            model.writeFile(q("a"), "1");
-            model.writeFile(q("b"), "1");
-            model.save(path, ArchiveFormat::Directory, true);
-            model.writeFile(q("a"), "2");
-            model.writeFile(q("b"), "2");
-            model.writeFile(q("c"), "2");
-            {
-                FaultyDisk disk;
-                disk.failAt(number, EIO, true);
-                if (trySave(model)) {
-                    break;
-                }
-            }
-            const QString precious = path + q("/") + q(file) + q("/precious");
-            QFile::remove(path + q("/") + q(file));
-            putLocal(precious, "somebody's");
-            EXPECT_THROW(saveInPlace(model), Error);
-            EXPECT_EQ(getLocal(precious), "somebody's");
-            ++refused;
-        }
-    }
-    EXPECT_GT(refused, 40);
-}
-
-TEST(AnUndoneSaveOfFiles, SaysWhatItHasNoPlaceFor)
-{
-    const TemporaryDirectory directory;
-    int refused = 0;
-    for (int number = 0;; ++number) {
-        SCOPED_TRACE(number);
-        const QString path = directory.path("p" + std::to_string(number));
-        ProjectModel model;
-        model.writeFile(q("a"), "1");
-        model.writeFile(q("d/f"), "f");
-        model.save(path, ArchiveFormat::Directory, true);
-        model.writeFile(q("a"), "2");
-        model.remove(q("d/f"));
-        {
-            FaultyDisk disk;
-            disk.failAt(number, EIO, true);
-            if (trySave(model)) {
-                break;
-            }
-        }
-        if (QDir(path).rmdir(q("d"))) {
-            EXPECT_NE(messageOf<ConflictError>([&] { saveInPlace(model); }).find("d' was removed"),
-                      std::string::npos);
-            ++refused;
-        }
-    }
-    EXPECT_GT(refused, 2);
-}
-
 // The place of the project is away for a while, as that of a disk that was unplugged.
-TEST(AnUndoneSaveOfFiles, IsKnownWhenThePlaceComesBack)
+TEST(AnUndoneSaveElsewhere, IsKnownWhenThePlaceComesBack)
 {
     class Unplugged : public FaultyDisk
     {
@@ -286,10 +282,7 @@ TEST(AnUndoneSaveOfFiles, IsKnownWhenThePlaceComesBack)
         const QString path = place + q("/p");
         QDir().mkdir(place);
         ProjectModel model;
-        for (const char* const file : {"a", "d/k", "m"}) {
-            model.writeFile(q(file), file);
-        }
-        model.save(path, ArchiveFormat::Directory, true);
+        saveFiles(model, {{"a", "a"}, {"d/k", "k"}, {"m", "m"}}, path);
         model.writeFile(q("a"), "2");
         model.move(q("m"), q("d/m"), false);
         const Tree edited = treeOf(model);
