@@ -52,12 +52,13 @@ void removeMetadata(pk::project::ProjectModel& model, const QString& prefix)
 
 } // namespace
 
-boost::shared_ptr<XmlElement> load(pk::project::ProjectModel& model, const QString& prefix)
+Box load(pk::project::ProjectModel& model, const QString& prefix)
 {
-    const auto root = project_xml::read(project_xml::open(model, pathOf(model, prefix)));
-    const auto box = root && isAccepted(*root) ? root->firstChild(BoxConstants::a_boxBeacon)
-                                               : boost::shared_ptr<XmlElement>();
-    return box ? box->clone() : nullptr;
+    const auto file = project_xml::read(model, pathOf(model, prefix));
+    const auto box = file.root && isAccepted(*file.root)
+                         ? file.root->firstChild(BoxConstants::a_boxBeacon)
+                         : boost::shared_ptr<XmlElement>();
+    return {box ? box->clone() : nullptr, file.isUnread};
 }
 
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix)
@@ -92,11 +93,6 @@ void save(pk::project::ProjectModel& model, const QString& prefix,
         model.remove(behavior);
     }
     removeMetadata(model, prefix);
-}
-
-bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix)
-{
-    return project_xml::isUnreadable(model, pathOf(model, prefix));
 }
 
 bool isOwn(const QString& file)

@@ -15,13 +15,17 @@
 /// loadBoxData() and saveBox() of BoxLibraryNode.
 namespace KX::box_file {
 
-boost::shared_ptr<XmlElement> load(pk::project::ProjectModel& model, const QString& prefix);
+/// What load() found.
+struct Box
+{
+    boost::shared_ptr<XmlElement> element; ///< null where there is no box
+    bool isUnread = false; ///< there is a file that could not be read (project_xml::Reading)
+};
+
+Box load(pk::project::ProjectModel& model, const QString& prefix);
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix);
 void save(pk::project::ProjectModel& model, const QString& prefix,
           const boost::shared_ptr<XmlElement>& box);
-
-/// Whether there is a box file that can't be read now (project_xml::isUnreadable()).
-bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix);
 
 /// Whether a file of the directory belongs to the box itself, so that it is no resource.
 bool isOwn(const QString& file);

@@ -11,6 +11,8 @@
 #include <kxboxlibrary/box_library_node.hpp>
 #include <kxboxlibrary/tree_deleter.hpp>
 
+#include <pk/project/error.hpp>
+
 #include <QFileInfo>
 #include <QMetaType>
 #include <QStringList>
@@ -254,12 +256,22 @@ void BoxLibraryNode::saveFolder()
 void BoxLibraryNode::writeOrder(const QByteArray& present)
 {
     if (pk::project::ProjectModel* const model = project()) {
+        checkIsRead();
         std::vector<std::string> names;
         names.reserve(static_cast<std::size_t>(m_children.size()));
         for (const BoxLibraryNode* const child : std::as_const(m_children)) {
             names.push_back(child->m_name);
         }
         order_file::write(*model, prefix(), names, present);
+    }
+}
+
+void BoxLibraryNode::checkIsRead() const
+{
+    if (m_isUnread) {
+        throw pk::project::IoError("'/" + path().toStdString() +
+                                   "': its own file could not be read when it was loaded, and "
+                                   "stays as it is");
     }
 }
 
@@ -306,7 +318,7 @@ bool BoxLibraryNode::saveAll()
 boost::shared_ptr<XmlElement> BoxLibraryNode::loadBox() const
 {
     pk::project::ProjectModel* const model = project();
-    return model != nullptr ? box_file::load(*model, prefix()) : nullptr;
+    return model != nullptr ? box_file::load(*model, prefix()).element : nullptr;
 }
 
 QByteArray BoxLibraryNode::loadBoxData() const

@@ -66,6 +66,7 @@ void BoxLibraryNode::adopt(int index, BoxLibraryNode* child, const std::string& 
 {
     ProjectModel* const model = project();
     bool makesPlace = false;
+    checkIsRead();
     attach(index, child);
     try {
         child->initName(name);

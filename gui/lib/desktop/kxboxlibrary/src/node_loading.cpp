@@ -24,11 +24,12 @@ void BoxLibraryNode::initFromProject()
     if (model == nullptr) {
         return;
     }
-    const auto box = loadBox();
+    const auto box = box_file::load(*model, prefix());
+    m_isUnread = box.isUnread;
     setNames(file_names::unEscape(m_fileName), m_fileName);
-    if (box) {
-        setBoxDataInternal(boost::make_shared<BoxData>(this, box));
-    } else if (!box_file::isUnreadable(*model, prefix())) {
+    if (box.element) {
+        setBoxDataInternal(boost::make_shared<BoxData>(this, box.element));
+    } else if (!m_isUnread) {
         loadFolder(*model);
     } // else it may be a box, whose directory is to stay as it is
 }
@@ -46,8 +47,8 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
     for (const std::string& directory : directories) {
         unlisted.emplace(directory, true);
     }
-    QByteArray order;
-    for (const std::string& name : order_file::read(model, prefix, &order)) {
+    const auto order = order_file::read(model, prefix);
+    for (const std::string& name : order.names) {
         const auto found = unlisted.find(file_names::escape(name));
         if (found != unlisted.end() && std::exchange(found->second, false)) {
             appendChildFromProject(found->first);
@@ -58,8 +59,9 @@ void BoxLibraryNode::loadFolder(ProjectModel& model)
             appendChildFromProject(directory);
         }
     }
-    if (!order_file::isUnreadable(model, prefix)) {
-        writeOrder(order);
+    m_isUnread = order.isUnread;
+    if (!m_isUnread) {
+        writeOrder(order.bytes);
     }
 }
 

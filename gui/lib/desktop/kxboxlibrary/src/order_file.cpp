@@ -41,29 +41,21 @@ bool hasPlace(pk::project::ProjectModel& model, const QString& prefix)
 
 } // namespace
 
-std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix,
-                              QByteArray* bytes)
+Order read(pk::project::ProjectModel& model, const QString& prefix)
 {
-    std::vector<std::string> names;
-    const auto stream = project_xml::open(model, pathOf(prefix));
-    const auto folder = project_xml::read(stream);
-    if (folder && folder->beacon() == a_folder) {
-        if (bytes != nullptr) {
-            *bytes = project_xml::bytes(stream);
-        }
-        for (const auto& node : folder->children(a_node, std::string())) {
+    const auto file = project_xml::read(model, pathOf(prefix));
+    Order order;
+    order.isUnread = file.isUnread;
+    if (file.root && file.root->beacon() == a_folder) {
+        order.bytes = project_xml::bytes(file.stream);
+        for (const auto& node : file.root->children(a_node, std::string())) {
             std::string name;
             if (node->getAttribute(a_name, name)) {
-                names.push_back(std::move(name));
+                order.names.push_back(std::move(name));
             }
         }
     }
-    return names;
-}
-
-bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix)
-{
-    return project_xml::isUnreadable(model, pathOf(prefix));
+    return order;
 }
 
 void write(pk::project::ProjectModel& model, const QString& prefix,

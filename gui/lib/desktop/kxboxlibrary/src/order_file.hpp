@@ -12,14 +12,17 @@
 /// the folder's children, whose attribute "name" is the child's display name.
 namespace KX::order_file {
 
-/// The names in the order file of the directory with this prefix (its path with a "/" behind it
-/// unless it is empty). None when there is no such file or it is no order file; otherwise `bytes`,
-/// unless it is null, becomes what the file holds.
-std::vector<std::string> read(pk::project::ProjectModel& model, const QString& prefix,
-                              QByteArray* bytes = nullptr);
+/// What an order file says: nothing when there is no such file or it is no order file.
+struct Order
+{
+    std::vector<std::string> names;
+    QByteArray bytes;      ///< of the file
+    bool isUnread = false; ///< there is a file that could not be read (project_xml::Reading)
+};
 
-/// Whether there is an order file that can't be read now (project_xml::isUnreadable()).
-bool isUnreadable(pk::project::ProjectModel& model, const QString& prefix);
+/// Reads the order file of the directory with this prefix (its path with a "/" behind it unless it
+/// is empty).
+Order read(pk::project::ProjectModel& model, const QString& prefix);
 
 /// Writes the order file; nothing when it holds the same bytes, as far as the caller knows these,
 /// when its directory is missing or when something is in its place. A name that XML can't hold is

@@ -1,18 +1,18 @@
 #include "project_xml.hpp"
 
+#include "node_log.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <QFile>
 
 #include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <unistd.h>
 
 namespace KX::project_xml {
 
@@ -30,38 +30,34 @@ bool isDamaged(pk::project::ProjectModel& model, const QString& path)
 
 } // namespace
 
-Stream open(pk::project::ProjectModel& model, const QString& path)
-{
-    Stream stream(model.fopen(path, QStringLiteral("rb")), &std::fclose);
-    if (!stream && model.hasFile(path)) {
-        isDamaged(model, path); // throws when it can't be unpacked
-    }
-    return stream;
-}
-
-bool isUnreadable(pk::project::ProjectModel& model, const QString& path)
-{
-    if (!model.hasFile(path) || isDamaged(model, path)) {
-        return false;
-    }
-    // Not through the model, which has told the log already.
-    const QByteArray local = QFile::encodeName(model.getFileLocalPath(path));
-    const int file = ::open(local.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (file >= 0) {
-        ::close(file);
-    }
-    return file < 0 && errno != ENOENT;
-}
-
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)
 {
     return stream ? XmlDocument::loadFromXmlFile(stream.get(), nullptr, nullptr) : nullptr;
 }
 
-boost::shared_ptr<XmlElement> read(const Stream& stream)
+Reading read(pk::project::ProjectModel& model, const QString& path)
 {
-    const auto document = readDocument(stream);
-    return document ? document->root() : nullptr;
+    Reading reading = read({model.fopen(path, QStringLiteral("rb")), &std::fclose}, path);
+    if (!reading.stream) {
+        reading.isUnread = model.hasFile(path) && !isDamaged(model, path);
+    }
+    return reading;
+}
+
+Reading read(Stream stream, const QString& path)
+{
+    Reading reading;
+    reading.stream = std::move(stream);
+    if (reading.stream) {
+        std::string error;
+        const auto document = XmlDocument::loadFromXmlFile(reading.stream.get(), &error, nullptr);
+        reading.root = document ? document->root() : nullptr;
+        reading.isUnread = std::ferror(reading.stream.get()) != 0;
+        if (reading.isUnread) {
+            logNode(pk::log::Warning, "'" + path.toStdString() + "': " + error, __func__, __LINE__);
+        }
+    }
+    return reading;
 }
 
 QByteArray bytes(const Stream& stream)

@@ -16,21 +16,28 @@ namespace KX::project_xml {
 /// A stream that closes itself.
 using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-/// A file of a project, to be read (ProjectModel::fopen()); null when there is none, when it is
-/// damaged or when it may not be read. Throws pk::project::IoError when it can't be unpacked from
-/// its archive, so that a full disk does not make a box look like a folder. None is written through
-/// a stream: ProjectModel::writeFile() does it whole or not at all.
-Stream open(pk::project::ProjectModel& model, const QString& path);
-
-/// Whether a project has a file that can't be read now, as without permission: what is in it is not
-/// known, so nothing may take its place. A damaged one in an archive is as good as none.
-bool isUnreadable(pk::project::ProjectModel& model, const QString& path);
-
 /// The document in a stream; null when `stream` is null or holds none.
 boost::shared_ptr<XmlDocument> readDocument(const Stream& stream);
 
-/// The root element of that document; null where there is none.
-boost::shared_ptr<XmlElement> read(const Stream& stream);
+/// What was found in a file of a project.
+struct Reading
+{
+    /// The root element; null when there is no such file or it holds no document, as a damaged one
+    /// in an archive.
+    boost::shared_ptr<XmlElement> root;
+    /// There is a file that could not be read just now, as without permission or from a bad sector:
+    /// nothing is known of what it holds, so nothing may take its place.
+    bool isUnread = false;
+    Stream stream{nullptr, &std::fclose}; ///< the file, where it could be opened
+};
+
+/// Reads a file. Throws pk::project::IoError when it can't be unpacked from its archive, so that a
+/// full disk does not make a box look like a folder. None is written through a stream:
+/// ProjectModel::writeFile() does it whole or not at all.
+Reading read(pk::project::ProjectModel& model, const QString& path);
+
+/// Reads an open file, or what failed to open; the log then says why.
+Reading read(Stream stream, const QString& path);
 
 /// All bytes of a stream that can be read again from its start.
 QByteArray bytes(const Stream& stream);

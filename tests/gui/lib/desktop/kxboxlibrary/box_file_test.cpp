@@ -87,7 +87,7 @@ class AcceptedBoxFile : public testing::TestWithParam<Document>
 TEST_P(AcceptedBoxFile, GivesItsBox)
 {
     ProjectModel model = project({{"Walk/box.bhx", GetParam().bytes}});
-    EXPECT_EQ(tooltipOf(box_file::load(model, q("Walk/"))), "wanted");
+    EXPECT_EQ(tooltipOf(box_file::load(model, q("Walk/")).element), "wanted");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -116,7 +116,7 @@ TEST_P(RefusedBoxFile, GivesNoBox)
 {
     ProjectModel model = project({{"Walk/box.bhx", GetParam().bytes}});
     const LogRecords records;
-    EXPECT_FALSE(box_file::load(model, q("Walk/")));
+    EXPECT_FALSE(box_file::load(model, q("Walk/")).element);
     EXPECT_TRUE(records.all().empty());
 }
 

@@ -230,6 +230,15 @@ TEST(UnreadableFiles, StayAsTheyAreWhenTheLibraryIsSaved)
         EXPECT_EQ(childNames(*root.child("F")), (Names{"A", "B"}));
         EXPECT_EQ(childNames(*root.child("X")), Names{});
         EXPECT_FALSE(root.child("X")->boxData());
+        // Nothing takes the place of what is not known.
+        for (BoxLibraryNode* const node : {root.child("F"), root.child("X")}) {
+            const auto children = childNames(*node);
+            EXPECT_THROW(node->appendChild("sounds"), pk::project::IoError);
+            EXPECT_THROW(node->saveFolder(), pk::project::IoError);
+            EXPECT_FALSE(node->save());
+            EXPECT_EQ(childNames(*node), children);
+        }
+        EXPECT_TRUE(library->boxRoot()->saveAll());
         root.child("Y")->boxData()->setTooltip(q("edited"));
         library->save();
     }

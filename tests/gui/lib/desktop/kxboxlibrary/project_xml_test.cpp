@@ -5,24 +5,25 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cerrno>
+#include <cstdio>
+#include <string_view>
+#include <utility>
+
 namespace KX::test {
 namespace {
 
 const QString a_file = QStringLiteral("a.xml");
 
-TEST(ProjectXml, OpensAFileOfTheProject)
-{
-    ProjectModel model = project({{"a.xml", "<A/>"}});
-    const auto stream = project_xml::open(model, a_file);
-    ASSERT_TRUE(stream);
-    EXPECT_EQ(std::fgetc(stream.get()), '<');
-}
-
-TEST(ProjectXml, OpensNothingWhereThereIsNoFile)
+TEST(ProjectXml, ReadsNothingWhereThereIsNoFile)
 {
     ProjectModel model = project({{"directory/", {}}});
-    EXPECT_FALSE(project_xml::open(model, a_file));
-    EXPECT_FALSE(project_xml::open(model, q("directory")));
+    for (const QString& path : {a_file, q("directory")}) {
+        const auto reading = project_xml::read(model, path);
+        EXPECT_FALSE(reading.stream);
+        EXPECT_FALSE(reading.root);
+        EXPECT_FALSE(reading.isUnread);
+    }
 }
 
 TEST(ProjectXml, SaysWhenAFileCanNotBeUnpacked)
@@ -34,34 +35,58 @@ TEST(ProjectXml, SaysWhenAFileCanNotBeUnpacked)
     ProjectModel model(directory.path("p.zip"));
     {
         const FileSizeLimit limit(20'000);
-        EXPECT_THROW(project_xml::open(model, a_file), pk::project::IoError);
-        EXPECT_TRUE(project_xml::open(model, q("small.xml")));
+        EXPECT_THROW(project_xml::read(model, a_file), pk::project::IoError);
+        EXPECT_TRUE(project_xml::read(model, q("small.xml")).root);
     }
-    EXPECT_TRUE(project_xml::open(model, a_file));
+    EXPECT_TRUE(project_xml::read(model, a_file).root);
 }
 
 TEST(ProjectXml, ReadsTheRootElement)
 {
     ProjectModel model = project({{"a.xml", R"(<!-- c --><A b="1"/>)"}});
-    const auto root = project_xml::read(project_xml::open(model, a_file));
-    ASSERT_TRUE(root);
-    EXPECT_EQ(root->beacon(), "A");
-    EXPECT_EQ(root->attribute("b", 0), 1);
+    const auto reading = project_xml::read(model, a_file);
+    ASSERT_TRUE(reading.root);
+    EXPECT_EQ(reading.root->beacon(), "A");
+    EXPECT_EQ(reading.root->attribute("b", 0), 1);
+    EXPECT_EQ(project_xml::bytes(reading.stream), R"(<!-- c --><A b="1"/>)");
 }
 
 TEST(ProjectXml, ReadsNothingFromNoStream)
 {
     const project_xml::Stream none(nullptr, &std::fclose);
     EXPECT_FALSE(project_xml::readDocument(none));
-    EXPECT_FALSE(project_xml::read(none));
 }
 
 TEST(ProjectXml, ReadsNothingFromWhatIsNoDocument)
 {
     for (const char* const bytes : {"", "no document", "<A>", "<A/><B/>"}) {
         ProjectModel model = project({{"a.xml", bytes}});
-        EXPECT_FALSE(project_xml::read(project_xml::open(model, a_file))) << bytes;
+        const auto reading = project_xml::read(model, a_file);
+        EXPECT_FALSE(reading.root) << bytes;
+        EXPECT_FALSE(reading.isUnread) << bytes;
     }
+}
+
+TEST(ProjectXml, KnowsNothingOfAFileThatFailsInItsMiddle)
+{
+    // A whole document, and then what a bad sector gives.
+    cookie_io_functions_t functions{};
+    functions.read = [](void* isRead, char* buffer, std::size_t /*size*/) -> ssize_t {
+        if (std::exchange(*static_cast<bool*>(isRead), true)) {
+            errno = EIO;
+            return -1;
+        }
+        const std::string_view document("<A/>");
+        return static_cast<ssize_t>(document.copy(buffer, document.size()));
+    };
+    bool isRead = false;
+    const LogRecords log;
+    const auto reading =
+        project_xml::read({::fopencookie(&isRead, "rb", functions), &std::fclose}, a_file);
+    EXPECT_FALSE(reading.root);
+    EXPECT_TRUE(reading.isUnread);
+    ASSERT_EQ(log.all().size(), 1U);
+    EXPECT_EQ(log.all().front().message, "'a.xml': cannot read the document: Input/output error");
 }
 
 TEST(ProjectXml, GivesTheBytesOfADocument)

@@ -146,7 +146,8 @@ public:
     /// is missing, damaged or no order file counts as empty. It is written anew where it would be
     /// another one. Files that are there but can't be read stay as they are: with such an order
     /// file the folder has its children in that order of the project, and with such a box file the
-    /// node is a folder without children. Called once, by what makes nodes. What the project model
+    /// node is a folder without children. No node can be added to either, and saveFolder() throws
+    /// IoError, until the library is opened again. Called once, by what makes nodes. What the project model
     /// throws ends the loading, in the middle of the tree.
     void initFromProject();
 
@@ -316,6 +317,8 @@ private:
 
     /// saveFolder() of a folder whose order file holds the bytes `present`, if any.
     void writeOrder(const QByteArray& present);
+    /// Throws IoError when what is in the node's own file is not known.
+    void checkIsRead() const;
     void saveOwnFile();
     bool saves(const char* function, int line, const std::function<void()>& write) const;
 
@@ -328,6 +331,7 @@ private:
     QList<QPointer<BoxLibraryNode>> m_forwarders;
     QList<BoxLibraryNode*> m_children;
     boost::shared_ptr<BoxData> m_boxData;
+    bool m_isUnread = false; // the box file or order file could not be read when it was loaded
     // Null until a child needs a name. Then always the names of m_children.
     std::unique_ptr<SiblingNames> m_childNames;
     QSet<QString> m_leftFiles; // the file names under which taken children left their files
