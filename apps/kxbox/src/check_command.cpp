@@ -69,7 +69,10 @@ Findings find(const OpenLibrary& library)
 {
     // The order files that count are those on disk, on a line of a batch too, since loading the
     // library has written each of them anew.
-    const auto disk = openProject(library.path(), library.progress());
+    const auto disk = [&library] {
+        const LogWatch saidBefore({"pkproject"}); // when the library was opened
+        return openProject(library.path(), library.progress());
+    }();
     Survey survey = surveyOf(disk, library.progress());
     Findings findings;
     checkOrder(survey, findings.order);

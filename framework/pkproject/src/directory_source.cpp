@@ -42,32 +42,6 @@ std::string printable(const std::string& name)
     return text;
 }
 
-std::optional<struct stat> statIn(const Fd& directory, const std::string& name)
-{
-    struct stat info = {};
-    if (::fstatat(directory.get(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
-        return info;
-    }
-    if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
-        throwErrno(directory.path() + "/" + name);
-    }
-    return std::nullopt;
-}
-
-// Gives nothing, with errno set, for a directory that can't be read or entered.
-Fd openDirectoryIn(const Fd& directory, const std::string& name)
-{
-    Fd fd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
-          directory.path() + "/" + name);
-    struct stat info = {};
-    if (fd && ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) != 0) {
-        const int error = errno;
-        fd.reset();
-        errno = error;
-    }
-    return fd;
-}
-
 // The entries of the source that it has in a directory, by the names that it has them under.
 std::map<std::string, const Entry*> childrenInSource(const Entry& directory)
 {

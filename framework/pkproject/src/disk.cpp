@@ -76,6 +76,13 @@ std::size_t readSome(const Fd& file, char* bytes, std::size_t size)
     return done;
 }
 
+// Either can be what the reason is about.
+[[noreturn]] void throwRename(const std::string& from, const std::string& to)
+{
+    const int number = errno;
+    throw IoError(from + ", to become " + to + ": " + std::generic_category().message(number));
+}
+
 void refuseLook(const std::string& path)
 {
     if (const int error = Disk::instance().refusal(path)) {
@@ -211,7 +218,9 @@ void Disk::setTime(const std::string& path, std::int64_t time)
 
 void Disk::rename(const std::string& from, const std::string& to)
 {
-    check(::rename(from.c_str(), to.c_str()), to);
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        throwRename(from, to);
+    }
 }
 
 void Disk::renameNew(const std::string& from, const std::string& to)
@@ -230,7 +239,7 @@ void Disk::renameNew(const std::string& from, const std::string& to)
     if (errno == EEXIST) {
         throw AlreadyExists(to + ": it exists already");
     }
-    throwErrno(to);
+    throwRename(from, to);
 }
 
 void Disk::exchange(const std::string& a, const std::string& b)
@@ -338,6 +347,36 @@ Fd openBeneath(const Fd& directory, const std::string& path, int flags)
         return openStepwise(directory, path, flags);
     }
     return {static_cast<int>(fd), directory.path() + "/" + path};
+}
+
+std::optional<struct stat> statIn(const Fd& directory, const std::string& name)
+{
+    refuseLook(directory.path());
+    struct stat info = {};
+    if (::fstatat(directory.get(), name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
+        return info;
+    }
+    if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
+        throwErrno(directory.path() + "/" + name);
+    }
+    return std::nullopt;
+}
+
+Fd openDirectoryIn(const Fd& directory, const std::string& name)
+{
+    if (const int error = Disk::instance().refusal(directory.path())) {
+        errno = error;
+        return {};
+    }
+    Fd fd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
+          directory.path() + "/" + name);
+    struct stat info = {};
+    if (fd && ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) != 0) {
+        const int error = errno;
+        fd.reset();
+        errno = error;
+    }
+    return fd;
 }
 
 std::vector<std::string> namesIn(const Fd& directory)

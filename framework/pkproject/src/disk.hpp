@@ -37,8 +37,8 @@ private:
 };
 
 /// The one seam through which the store changes anything outside its staging directories, writes
-/// the bytes of files in them, and looks at anything. Tests put another object in its place to see
-/// each single operation, and to make it fail.
+/// the bytes of files in them, and looks at projects and their journals. Tests put another object
+/// in its place to see each single operation, and to make it fail.
 class Disk
 {
 public:
@@ -122,6 +122,13 @@ Fd openPath(const std::string& path, int flags);
 /// leaving the directory. An empty path is the directory itself. Gives nothing, with errno set,
 /// when that can't be done.
 Fd openBeneath(const Fd& directory, const std::string& path, int flags);
+
+/// lstat() of what an open directory has under a name; nothing when there is nothing.
+std::optional<struct stat> statIn(const Fd& directory, const std::string& name);
+
+/// Opens a directory in an open one to be read; a link is not followed. Gives nothing, with errno
+/// set, when it can't be read or entered.
+Fd openDirectoryIn(const Fd& directory, const std::string& name);
 
 /// The names in an open directory, "." and ".." left out, in no order.
 std::vector<std::string> namesIn(const Fd& directory);

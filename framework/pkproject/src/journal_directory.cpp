@@ -282,6 +282,9 @@ void JournalDirectory::put(const Journal& journal, Run run)
 {
     ChangedDirectories changed;
     markChanged(m_project);
+    if (run == Run::Recover) {
+        clearWays(journal);
+    }
     for (const Journal::Put& step : journal.puts) {
         putItem(step, run, changed);
     }
@@ -321,12 +324,19 @@ bool JournalDirectory::changeModeIfClosed(const Journal::Put& step, mode_t mode)
     return isThere;
 }
 
+bool JournalDirectory::isToDo(const Journal::Put& step) const
+{
+    return step.makesDirectory() || exists(itemPath(step.item));
+}
+
 void JournalDirectory::putItem(const Journal::Put& step, Run run, ChangedDirectories& changed)
 {
     const std::string to = m_project + "/" + step.path;
-    const bool isToDo = step.makesDirectory() || exists(itemPath(step.item));
+    const bool isToDo = this->isToDo(step);
     if (isToDo && run == Run::Recover) {
-        clearWay(step);
+        ChangedDirectories cleared; // in a directory that an earlier step put
+        clearWay(step, cleared);
+        cleared.sync(m_path);
         makeDirectoriesAbove(step.path, changed);
     }
     if (step.makesDirectory()) {

@@ -128,7 +128,9 @@ private:
     void closeDirectories(const Journal& journal) const;
     bool changeModeIfClosed(const Journal::Put& step, mode_t mode) const;
     void complete(const Journal& journal, bool isCollected, std::int64_t since);
-    void clearWay(const Journal::Put& step) const;
+    bool isToDo(const Journal::Put& step) const;
+    void clearWays(const Journal& journal) const;
+    void clearWay(const Journal::Put& step, ChangedDirectories& changed) const;
     void makeDirectoriesAbove(const std::string& path, ChangedDirectories& changed) const;
     void giveBack(const Journal& journal, std::int64_t since) const;
     std::string placeToGiveBack(const std::string& path,

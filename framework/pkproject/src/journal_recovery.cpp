@@ -102,9 +102,21 @@ void JournalDirectory::complete(const Journal& journal, bool isCollected, std::i
     Disk::instance().unlink(m_path + "/" + a_put);
 }
 
+// What is in the way has its other name on the disk before anything takes its place. Many things
+// are so for one sync.
+void JournalDirectory::clearWays(const Journal& journal) const
+{
+    ChangedDirectories changed;
+    for (const Journal::Put& step : journal.puts) {
+        if (isToDo(step)) {
+            clearWay(step, changed);
+        }
+    }
+    changed.sync(m_path);
+}
+
 // Only what somebody did since the save can be in the way of a step, or keep it from its directory.
-// It has its other name on the disk before anything takes its place.
-void JournalDirectory::clearWay(const Journal::Put& step) const
+void JournalDirectory::clearWay(const Journal::Put& step, ChangedDirectories& changed) const
 {
     const std::string to = m_project + "/" + step.path;
     for (std::size_t at = m_project.size(); at != std::string::npos;) {
@@ -121,7 +133,7 @@ void JournalDirectory::clearWay(const Journal::Put& step) const
                                           !isDirectory(itemPath(step.item));
         if (!isExpected) {
             setAside(path, path);
-            syncDirectory(path.substr(0, path.rfind('/')));
+            changed.addParentOf(path);
             return;
         }
     }

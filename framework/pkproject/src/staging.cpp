@@ -56,7 +56,7 @@ bool StagedFile::isSealed()
     if (!m_sealed) {
         // A read lease is granted only while nobody has the file open for writing.
         const Fd file(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC), m_path);
-        m_sealed = !file || ::fcntl(file.get(), F_SETLEASE, F_RDLCK) == 0;
+        m_sealed = file && ::fcntl(file.get(), F_SETLEASE, F_RDLCK) == 0;
     }
     return m_sealed;
 }

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
 namespace kxbox::test {
 namespace {
 
@@ -319,6 +321,17 @@ TEST_F(Check, GivesJson)
         ],
         "fixed": [],
         "notFixed": []})json"));
+}
+
+TEST_F(Check, SaysOnceWhatIsLeftOut)
+{
+    const Words words = makeLibrary(Form::Directory, {});
+    const std::string link = path("lib.bxl/link").toStdString();
+    ASSERT_EQ(::symlink("nowhere", link.c_str()), 0);
+    EXPECT_EQ(run(words),
+              (Ending{0, "No problems.\n",
+                      "kxbox: warning: " + link +
+                          ": left out of the project, because it is a symbolic link\n"}));
 }
 
 TEST_F(Check, KnowsNamesThatOnlyArchivesCanHave)

@@ -1,9 +1,11 @@
+#include "another_user.hpp"
 #include "faulty_disk.hpp"
 #include "support.hpp"
 
 #include <pk/project/error.hpp>
 
 #include <algorithm>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace pk::project::test {
@@ -227,6 +229,26 @@ TEST_F(ADirectorySave, LeavesAFileThatWasRemovedByOthersOutOfACopyElsewhere)
     model.save(m_directory.path("new"), ArchiveFormat::Directory, true);
     EXPECT_EQ(treeOf(model), (Tree{{"a", "1"}, {"boxes/", ""}, {"boxes/box1", "text"}}));
     EXPECT_EQ(treeOf(model), treeOf(ProjectModel(m_directory.path("new"))));
+}
+
+TEST_F(ADirectorySave, NamesAFolderThatItMayNotMove)
+{
+    const AnotherUser user; // whom modes concern
+    const TemporaryDirectory directory;
+    const QString place = directory.path("p");
+    const std::string folder = (place + q("/d")).toStdString();
+    ProjectModel first;
+    first.writeFile(q("d/f"), "f");
+    first.save(place, ArchiveFormat::Directory, true);
+    ASSERT_EQ(::chmod(folder.c_str(), 0555), 0);
+    ProjectModel model(place);
+    model.move(q("d"), q("e"), false);
+    EXPECT_NE(messageOf<IoError>([&] { saveInPlace(model); }).find(folder + ", to become "),
+              std::string::npos);
+    EXPECT_EQ(treeOf(ProjectModel(place)), treeOf(first));
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    saveInPlace(model);
+    EXPECT_EQ(treeOf(ProjectModel(place)), (Tree{{"e/", ""}, {"e/f", "f"}}));
 }
 
 TEST_F(ADirectorySave, SyncsTheFileSystemOnceForManyFiles)

@@ -133,8 +133,9 @@ TEST_F(ADisk, NamesPathAndReasonInItsErrors)
     EXPECT_EQ(messageOf<IoError>([&] { m_disk.chmod(missing, 0755); }), reason);
     EXPECT_EQ(messageOf<IoError>([&] { m_disk.setTime(missing, 0); }), reason);
     EXPECT_EQ(messageOf<IoError>([&] { m_disk.syncFileSystem(missing); }), reason);
-    EXPECT_EQ(messageOf<IoError>([&] { m_disk.rename(missing, missing); }), reason);
-    EXPECT_EQ(messageOf<IoError>([&] { m_disk.renameNew(missing, missing); }), reason);
+    const std::string renaming = missing + ", to become " + reason;
+    EXPECT_EQ(messageOf<IoError>([&] { m_disk.rename(missing, missing); }), renaming);
+    EXPECT_EQ(messageOf<IoError>([&] { m_disk.renameNew(missing, missing); }), renaming);
     EXPECT_EQ(messageOf<IoError>([&] { m_disk.exchange(missing, missing); }), reason);
     EXPECT_EQ(messageOf<IoError>([&] { m_disk.link(missing, missing); }), reason);
     EXPECT_EQ(messageOf<IoError>([&] { openPath(missing, O_RDONLY); }), reason);

@@ -1,6 +1,7 @@
 #include "peak_memory.hpp"
 #include "raw_zip.hpp"
 #include "support.hpp"
+#include "zip_support.hpp"
 
 #include <pk/project/archive_limits.hpp>
 #include <pk/project/error.hpp>
@@ -91,6 +92,23 @@ std::string quoted()
     RawZip outer{packedTo("2", inner.entries, 40'000'000)};
     outer.add(pointingAt(31, packedTo("1", kernel, 40'000'000), "1"));
     return outer.bytes();
+}
+
+// So many zeros, packed by bzip2: some hundred thousand times smaller.
+RawEntry bzip2edZeros(std::uint64_t count)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p.zip");
+    putZip(path, {{"a", std::string(count, '\0'), S_IFREG | 0644, ZIP_CM_BZIP2}});
+    const std::string bytes = getLocal(path).toStdString();
+    const auto sizeAt = [&bytes](std::size_t at) {
+        return static_cast<unsigned char>(bytes[at]) +
+               256U * static_cast<unsigned char>(bytes[at + 1]);
+    };
+    const std::size_t begin = 30 + sizeAt(26) + sizeAt(28);
+    RawEntry entry = packedTo("a", bytes.substr(begin, zipEntries(path)[0].packed), count);
+    entry.method = ZIP_CM_BZIP2;
+    return entry;
 }
 
 struct Attack
@@ -394,6 +412,20 @@ INSTANTIATE_TEST_SUITE_P(
                    "more than 200 times its size"},
             Attack{"ThatDeclaresLittle",
                    zipOf(packedTo("a", deflated(QByteArray(40'000'000, '\0')), 1000)),
+                   "damaged archive: 'a': it is longer than declared"},
+            Attack{"OfBzip2",
+                   [] {
+                       return many(50, [kernel = bzip2edZeros(100 << 20)](std::uint64_t i) {
+                           return changed(kernel, [i](RawEntry& e) { e.name = std::to_string(i); });
+                       });
+                   },
+                   "more than 200 times its size"},
+            Attack{"OfBzip2ThatDeclaresLittle",
+                   [] {
+                       return RawZip{
+                           changed(bzip2edZeros(100 << 20), [](RawEntry& e) { e.bytes = 1000; })}
+                           .bytes();
+                   },
                    "damaged archive: 'a': it is longer than declared"},
             Attack{"OfMetadata",
                    zipOf(packedTo(".kxproject", deflated(QByteArray(5 << 20, ' ')), 5 << 20)),

@@ -5,6 +5,7 @@
 #include "unsaved_work.hpp"
 #include "zip_support.hpp"
 
+#include <algorithm>
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -259,6 +260,39 @@ TEST_F(AnInterruptedSave, GivesBackMuchToOnePlace)
             EXPECT_EQ(tree.count("d.~1~/"), 1U);
             EXPECT_EQ(tree.count("d.~2~/"), 0U);
         });
+}
+
+// As in a copy of project and journal that did not keep the files' times.
+TEST_F(AnInterruptedSave, SyncsOnceForAllThatItPutsAside)
+{
+    Files files;
+    for (int i = 0; i < 30; ++i) {
+        files.emplace_back(std::to_string(i), "old");
+    }
+    std::size_t aside = 0;
+    forEach(
+        files,
+        [&](ProjectModel& model) {
+            for (const auto& file : files) {
+                model.writeFile(q(file.first), "new");
+            }
+        },
+        [&](const QString& path) {
+            for (const auto& file : files) {
+                putLocal(path + q("/") + q(file.first), "somebody's");
+            }
+            return true;
+        },
+        [&](const QString& path) {
+            const FaultyDisk disk;
+            const Tree tree = treeOf(ProjectModel(path));
+            aside = std::max(aside, tree.size() - files.size());
+            const auto syncs =
+                std::count_if(disk.log().begin(), disk.log().end(),
+                              [](const auto& step) { return step.find("sync") == 0; });
+            EXPECT_LT(syncs, 10);
+        });
+    EXPECT_EQ(aside, files.size());
 }
 
 TEST_F(AnInterruptedSave, GivesBackToAFolderThatNobodyMayWriteTo)

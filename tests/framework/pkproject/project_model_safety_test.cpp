@@ -1,4 +1,5 @@
 #include "another_user.hpp"
+#include "few_open_files.hpp"
 #include "journal.hpp"
 #include "support.hpp"
 #include "unsaved_work.hpp"
@@ -6,7 +7,6 @@
 #include <pk/project/project.hpp>
 
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,27 +33,6 @@ private:
     const TemporaryDirectory m_directory;
 };
 
-/// Lets the process have few open files while it lives.
-class FewOpenFiles
-{
-public:
-    FewOpenFiles()
-    {
-        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_before), 0);
-        struct rlimit few = m_before;
-        few.rlim_cur = 64;
-        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
-    }
-    ~FewOpenFiles() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &m_before), 0); }
-    FewOpenFiles(const FewOpenFiles&) = delete;
-    FewOpenFiles& operator=(const FewOpenFiles&) = delete;
-    FewOpenFiles(FewOpenFiles&&) = delete;
-    FewOpenFiles& operator=(FewOpenFiles&&) = delete;
-
-private:
-    struct rlimit m_before = {};
-};
-
 void permitAll(const QString& path)
 {
     EXPECT_EQ(::chmod(path.toStdString().c_str(), 0777), 0);
@@ -66,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(Both, SafetyInBothForms, testing::Values(Form::Director
 
 TEST_P(SafetyInBothForms, MoreFilesThanCanBeOpenAreSaved)
 {
-    const FewOpenFiles few;
+    const FewOpenFiles few(64);
     ProjectModel model;
     for (int i = 0; i < 300; ++i) {
         model.writeFile(q("f") + QString::number(i), "x");

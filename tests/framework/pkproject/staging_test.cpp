@@ -1,3 +1,4 @@
+#include "few_open_files.hpp"
 #include "staging.hpp"
 #include "support.hpp"
 
@@ -124,6 +125,10 @@ TEST_F(AStaging, KnowsWhetherAStreamCanStillChangeAFile)
     ASSERT_NE(stream, nullptr);
     file->unseal();
     EXPECT_FALSE(file->isSealed());
+    {
+        const FewOpenFiles none(0);
+        EXPECT_FALSE(file->isSealed());
+    }
     close(stream);
     EXPECT_TRUE(file->isSealed());
 }

@@ -10,7 +10,6 @@
 #include <kxboxlibrary/box_library.hpp>
 #include <kxboxlibrary/box_library_node.hpp>
 #include <kxboxlibrary/tree_deleter.hpp>
-
 #include <pk/project/error.hpp>
 
 #include <QFileInfo>

@@ -147,8 +147,8 @@ public:
     /// another one. Files that are there but can't be read stay as they are: with such an order
     /// file the folder has its children in that order of the project, and with such a box file the
     /// node is a folder without children. No node can be added to either, and saveFolder() throws
-    /// IoError, until the library is opened again. Called once, by what makes nodes. What the project model
-    /// throws ends the loading, in the middle of the tree.
+    /// IoError, until the library is opened again. Called once, by what makes nodes. What the
+    /// project model throws ends the loading, in the middle of the tree.
     void initFromProject();
 
     /// Appends the child in the directory `fileName`; null when `fileName` is empty. When loading
