@@ -35,7 +35,7 @@ Problems checkAll(const OpenLibrary& library)
     return problems;
 }
 
-/// Loading has written the order files anew, and what is wrong with them is mended by saving.
+/// Loading has written anew the order files with something wrong, and saving mends them.
 void noteOrderFiles(const Problems& before, const Problems& after, Fixes& fixes)
 {
     Problems mended = after;
@@ -68,7 +68,7 @@ struct Findings
 Findings find(const OpenLibrary& library)
 {
     // The order files that count are those on disk, on a line of a batch too, since loading the
-    // library has written each of them anew.
+    // library has written anew each with something wrong.
     const auto disk = [&library] {
         const LogWatch saidBefore({"pkproject"}); // when the library was opened
         return openProject(library.path(), library.progress());

@@ -60,6 +60,17 @@ Bytes readStream(FILE* stream)
     return bytes;
 }
 
+Bytes copyOf(std::string_view bytes)
+{
+    if (bytes.size() > a_maxSize) {
+        fail(EFBIG, "cannot read the document");
+    }
+    Bytes copy{std::unique_ptr<char[]>(new char[bytes.size() + 1]), bytes.size()};
+    bytes.copy(copy.data.get(), bytes.size());
+    copy.data[bytes.size()] = '\0';
+    return copy;
+}
+
 void writeStream(FILE* stream, std::string_view bytes)
 {
     if (stream == nullptr) {

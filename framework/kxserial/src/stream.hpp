@@ -20,6 +20,9 @@ constexpr std::size_t a_maxSize = std::size_t(32) << 20U;
 /// reading fails, `stream` is null, or there is more than `a_maxSize`.
 Bytes readStream(FILE* stream);
 
+/// A copy of bytes in memory; throws as readStream() for too many.
+Bytes copyOf(std::string_view bytes);
+
 /// Writes all of `bytes` and flushes. Throws `std::system_error` when `stream` is null or does not
 /// take everything, which for a full disk can show as late as in the flush.
 void writeStream(FILE* stream, std::string_view bytes);

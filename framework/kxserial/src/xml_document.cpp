@@ -43,11 +43,24 @@ XmlDocument::XmlDocument() = default;
 boost::shared_ptr<XmlDocument> XmlDocument::loadFromXmlFile(FILE* stream, std::string* error,
                                                             std::string* warning)
 {
+    return load([stream] { return xml::readStream(stream); }, error, warning);
+}
+
+boost::shared_ptr<XmlDocument> XmlDocument::loadFromXmlBytes(const char* bytes, std::size_t size,
+                                                             std::string* error,
+                                                             std::string* warning)
+{
+    return load([bytes, size] { return xml::copyOf({bytes, size}); }, error, warning);
+}
+
+boost::shared_ptr<XmlDocument> XmlDocument::load(const std::function<xml::Bytes()>& read,
+                                                 std::string* error, std::string* warning)
+{
     report(error, std::string());
     report(warning, std::string());
     xml::Bytes bytes;
     try {
-        bytes = xml::readStream(stream);
+        bytes = read();
         auto document = boost::make_shared<XmlDocument>();
         document->m_file = xml::ParsedXml::parse(bytes);
         document->m_root = boost::make_shared<XmlElement>(

@@ -158,10 +158,27 @@ Metadata ArchiveSource::loadMetadata()
         throw LimitError(path + ": it unpacks to " + std::to_string(file.bytes) +
                          " bytes, more than is read of it");
     }
-    std::string bytes;
-    read(file.position, file.bytes, a_metadataFile,
-         [&](const char* more, std::size_t size) { bytes.append(more, size); });
-    return parseMetadata(QByteArray::fromStdString(bytes), path);
+    return parseMetadata(readAll(file.position, file.bytes, a_metadataFile), path);
+}
+
+QByteArray ArchiveSource::read(const Entry& entry, std::int64_t most)
+{
+    const std::string path = Index::sourcePath(entry);
+    if (entry.stamp.bytes > most) {
+        throw LimitError(m_place.path + ": '" + path + "' has more than the " +
+                         std::to_string(most) + " bytes that are read");
+    }
+    return readAll(entry.stamp.id, static_cast<std::uint64_t>(entry.stamp.bytes), path);
+}
+
+QByteArray ArchiveSource::readAll(std::uint64_t position, std::uint64_t size,
+                                  const std::string& name)
+{
+    QByteArray bytes;
+    bytes.reserve(static_cast<int>(size));
+    read(position, size, name,
+         [&](const char* more, std::size_t count) { bytes.append(more, static_cast<int>(count)); });
+    return bytes;
 }
 
 std::shared_ptr<StagedFile> ArchiveSource::unpack(const Entry& entry, Staging& staging)
@@ -373,10 +390,11 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
         failDamaged("'" + name + "': " + zip_strerror(handle()));
     }
     // Reading on to the end shows both that there is no more and that the checksum fits.
-    std::vector<char> buffer(a_bufferSize);
+    const std::size_t bufferSize = std::min<std::uint64_t>(size + 1, a_bufferSize);
+    const std::unique_ptr<char[]> buffer(new char[bufferSize]);
     std::uint64_t left = size;
     for (;;) {
-        const zip_int64_t got = zip_fread(file.get(), buffer.data(), buffer.size());
+        const zip_int64_t got = zip_fread(file.get(), buffer.get(), bufferSize);
         if (got < 0) {
             failDamaged("'" + name + "': " + zip_file_strerror(file.get()));
         }
@@ -387,7 +405,7 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
             failDamaged("'" + name + "': it is longer than declared");
         }
         left -= static_cast<std::uint64_t>(got);
-        sink(buffer.data(), static_cast<std::size_t>(got));
+        sink(buffer.get(), static_cast<std::size_t>(got));
     }
     if (left > 0) {
         failDamaged("'" + name + "': it is shorter than declared");

@@ -49,6 +49,10 @@ public:
     /// Reads the metadata file that load() found. Throws FormatError, LimitError.
     Metadata loadMetadata();
 
+    /// The bytes of an entry of the source, whose checksum is verified. Throws FormatError for a
+    /// damaged entry, LimitError for more than `most`.
+    QByteArray read(const Entry& entry, std::int64_t most);
+
     /// A staged file with the bytes of an entry of the source, whose checksum is verified. Throws
     /// FormatError for a damaged entry, IoError.
     std::shared_ptr<StagedFile> unpack(const Entry& entry, Staging& staging);
@@ -84,6 +88,7 @@ private:
     using Sink = std::function<void(const char* bytes, std::size_t size)>;
     void read(std::uint64_t position, std::uint64_t size, const std::string& name,
               const Sink& sink);
+    QByteArray readAll(std::uint64_t position, std::uint64_t size, const std::string& name);
     [[noreturn]] void failDamaged(const std::string& reason) const;
 
     Place m_place;

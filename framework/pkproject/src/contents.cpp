@@ -15,6 +15,12 @@ Fd Contents::open(Entry& entry)
     return directory->open(*originalInSource(entry));
 }
 
+QByteArray Contents::read(Entry& entry, std::int64_t most)
+{
+    return archive && !entry.staged() ? archive->read(*originalInSource(entry), most)
+                                      : readAll(open(entry), most);
+}
+
 const Place* Contents::place() const
 {
     if (directory) {

@@ -18,6 +18,10 @@ public:
     /// Opens an entry's bytes for reading. Throws IoError, or FormatError for a damaged archive.
     Fd open(Entry& entry);
 
+    /// All bytes of an entry; throws as open(), and LimitError for more than `most`. Nothing is
+    /// unpacked on the disk.
+    QByteArray read(Entry& entry, std::int64_t most);
+
     /// Where the source is; null when there is none.
     const Place* place() const;
 

@@ -425,22 +425,30 @@ bool sameBytes(const Fd& a, const Fd& b)
     }
 }
 
-std::string readAll(const Fd& file)
+QByteArray readAll(const Fd& file, std::int64_t most)
 {
-    std::string bytes;
-    const auto expected = static_cast<std::size_t>(statOf(file).st_size);
-    std::size_t size = 0;
+    constexpr std::int64_t a_leastRead = 4096; // of a file that grows, or says that it is empty
+    QByteArray bytes;
+    const std::int64_t expected = statOf(file).st_size;
+    std::int64_t size = 0;
     for (;;) {
-        bytes.resize(std::max(expected + 1, size + a_bufferSize / 16));
-        const ssize_t got = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        // More than is expected, so that one read mostly sees the end too.
+        const std::int64_t capacity = std::max(expected + 1, size + a_leastRead);
+        if (std::max(expected, size) > most) {
+            throw LimitError(file.path() + ": it has more than the " + std::to_string(most) +
+                             " bytes that are read");
+        }
+        bytes.resize(static_cast<int>(capacity));
+        const ssize_t got =
+            ::read(file.get(), bytes.data() + size, static_cast<std::size_t>(capacity - size));
         if (got < 0 && errno != EINTR) {
             throwErrno(file.path());
         }
         if (got == 0) {
-            bytes.resize(size);
+            bytes.resize(static_cast<int>(size));
             return bytes;
         }
-        size += got > 0 ? static_cast<std::size_t>(got) : 0;
+        size += std::max<ssize_t>(got, 0);
     }
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -133,8 +136,11 @@ Fd openDirectoryIn(const Fd& directory, const std::string& name);
 /// The names in an open directory, "." and ".." left out, in no order.
 std::vector<std::string> namesIn(const Fd& directory);
 
-/// All bytes that follow the file's position.
-std::string readAll(const Fd& file);
+/// Most bytes that a QByteArray holds.
+constexpr std::int64_t a_largestArray = std::numeric_limits<int>::max() - 32;
+
+/// All bytes that follow the file's position. Throws IoError, and LimitError for more than `most`.
+QByteArray readAll(const Fd& file, std::int64_t most = a_largestArray);
 
 /// Whether two open files, which are at their beginnings, hold the same bytes.
 bool sameBytes(const Fd& a, const Fd& b);

@@ -334,7 +334,7 @@ void EditLog::saving(const std::vector<Trace>& traces)
 
 EditHistory EditLog::read(const Fd& file)
 {
-    const std::string bytes = readAll(file);
+    const std::string bytes = readAll(file).toStdString();
     EditHistory history;
     std::size_t at = 0;
     while (const auto payload = payloadAt(bytes, at, file.path())) {

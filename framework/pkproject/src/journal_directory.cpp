@@ -386,10 +386,10 @@ bool JournalDirectory::undoUnfinished(const Place& place, const Unfinished& unfi
     if (isOurs) {
         // While items are collected, no new directory is there.
         const bool isPut = !exists(directory.m_path + "/" + a_collect);
-        if (isPut) {
-            directory.openDirectories(unfinished.journal);
-        }
         try {
+            if (isPut) {
+                directory.openDirectories(unfinished.journal);
+            }
             directory.refuseLinks(unfinished.journal);
             directory.refuseChanges(unfinished);
         } catch (const Error&) {

@@ -58,7 +58,7 @@ void JournalDirectory::recover(const Place& place)
         if (!S_ISREG(info.st_mode) || info.st_size > a_maxBytes) {
             throw FormatError(path + ": damaged journal");
         }
-        const Journal journal = Journal::fromBytes(QByteArray::fromStdString(readAll(file)), path);
+        const Journal journal = Journal::fromBytes(readAll(file), path);
         if (!isDirectory(place.path)) {
             throw IoError(path + ": it is part of a save to '" + place.path +
                           "', which is gone: bring that back, or remove the journal's directory");

@@ -94,7 +94,7 @@ Metadata readMetadata(const Fd& file)
     if (static_cast<std::uint64_t>(statOf(file).st_size) > archive_limits::a_maxMetadataBytes) {
         throw LimitError(file.path() + ": it has more bytes than are read of it");
     }
-    return parseMetadata(QByteArray::fromStdString(readAll(file)), file.path());
+    return parseMetadata(readAll(file), file.path());
 }
 
 QByteArray formatMetadata(const Metadata& metadata)

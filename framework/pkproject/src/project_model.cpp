@@ -107,12 +107,19 @@ FILE* ProjectModel::fopen(const QString& path, const QString& mode)
 QByteArray ProjectModel::readFile(const QString& path) const
 {
     const ProjectPath parsed = parsePath(path);
+    const Entry* const entry = m_store->index().find(parsed);
     try {
-        return m_store->read(parsed);
+        const bool isFile = entry != nullptr && !entry->isDirectory();
+        return isFile ? m_store->read(parsed, a_largestArray) : QByteArray();
     } catch (const Error& error) {
         warn(error.what(), __FILE__, "readFile", __LINE__);
         return {};
     }
+}
+
+QByteArray ProjectModel::getFileBytes(const QString& path, std::int64_t most) const
+{
+    return m_store->read(parsePath(path), most);
 }
 
 void ProjectModel::writeFile(const QString& path, const QByteArray& bytes)

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <limits>
 #include <unistd.h>
 
 namespace pk::project {
@@ -69,8 +68,9 @@ Store::Store(const QString& path, const ArchiveLimits& limits)
     : m_sourcePath(absolutePath(path)), m_limits(limits)
 {
     const std::string text = m_sourcePath.toStdString();
-    if (path.isEmpty() || path.contains(QChar(0)) || ::access(text.c_str(), F_OK) != 0) {
-        if (!path.isEmpty() && errno != ENOENT && errno != ENOTDIR) {
+    const bool isPath = !path.isEmpty() && !path.contains(QChar(0));
+    if (!isPath || ::access(text.c_str(), F_OK) != 0) {
+        if (isPath && errno != ENOENT && errno != ENOTDIR) {
             throwErrno(text);
         }
         throw PathNotFound("'" + path.toStdString() + "': no such file or directory");
@@ -168,17 +168,9 @@ FILE* Store::openToWrite(const ProjectPath& path, const std::string& mode)
     return stream;
 }
 
-QByteArray Store::read(const ProjectPath& path)
+QByteArray Store::read(const ProjectPath& path, std::int64_t most)
 {
-    Entry* const entry = m_index->find(path);
-    if (entry == nullptr || entry->isDirectory()) {
-        return {};
-    }
-    const std::string bytes = readAll(m_contents.open(*entry));
-    if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max() - 32)) {
-        throw IoError("'" + joinPath(path) + "': too large to be read at once");
-    }
-    return QByteArray::fromStdString(bytes);
+    return m_contents.read(getFile(path), std::min(most, a_largestArray));
 }
 
 void Store::write(const ProjectPath& path, const QByteArray& bytes)
@@ -286,11 +278,16 @@ Entry& Store::makeDirectories(const ProjectPath& path, std::optional<std::uint16
 
 std::string Store::localPath(const ProjectPath& path)
 {
+    return m_contents.localPath(getFile(path));
+}
+
+Entry& Store::getFile(const ProjectPath& path) const
+{
     Entry& entry = m_index->get(path);
     if (entry.isDirectory()) {
         throw PathNotFound("'" + joinPath(path) + "': it is a directory");
     }
-    return m_contents.localPath(entry);
+    return entry;
 }
 
 void Store::move(const ProjectPath& from, const ProjectPath& to, bool overwrite)

@@ -34,7 +34,7 @@ public:
 
     FILE* open(const ProjectPath& path, const std::string& mode);
     Fd open(Entry& file) { return m_contents.open(file); }
-    QByteArray read(const ProjectPath& path);
+    QByteArray read(const ProjectPath& path, std::int64_t most);
     void write(const ProjectPath& path, const QByteArray& bytes);
     std::string localPath(const ProjectPath& path);
     void makeDirectory(const ProjectPath& path, bool recursive);
@@ -70,6 +70,7 @@ private:
     void restartLog();
     Base base(std::int64_t time) const;
     Entry& directoryFor(const ProjectPath& path, std::vector<Edit>& done);
+    Entry& getFile(const ProjectPath& path) const;
     FILE* openToRead(Entry& entry, const std::string& mode);
     FILE* openToWrite(const ProjectPath& path, const std::string& mode);
     void load(const Place& place);

@@ -7,6 +7,7 @@
 
 using namespace KX::testing;
 using KX::xml::Bytes;
+using KX::xml::copyOf;
 using KX::xml::readStream;
 using KX::xml::writeStream;
 
@@ -30,6 +31,14 @@ TEST(Stream, ReadsEverySizeAroundItsChunks)
         EXPECT_EQ(text(read), bytes);
         EXPECT_EQ(read.data[read.size], '\0');
     }
+}
+
+TEST(Stream, CopiesBytesUpToItsBound)
+{
+    const Bytes copy = copyOf("0123456789");
+    EXPECT_EQ(text(copy), "0123456789");
+    EXPECT_EQ(copy.data[copy.size], '\0');
+    EXPECT_THROW(copyOf(std::string(KX::xml::a_maxSize + 1, ' ')), std::system_error);
 }
 
 TEST(Stream, ReadsFromThePositionOfTheStream)

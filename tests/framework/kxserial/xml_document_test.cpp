@@ -75,6 +75,20 @@ TEST(XmlDocument, ReportsLineColumnAndReason)
     EXPECT_EQ(error, "");
 }
 
+TEST(XmlDocument, IsTheSameFromBytesInMemory)
+{
+    std::string error = "before";
+    std::string warning = "before";
+    const std::string text = "<a>\n  <b/>\n</a>";
+    const auto document = XmlDocument::loadFromXmlBytes(text.data(), text.size(), &error, &warning);
+    ASSERT_TRUE(document);
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(warning, "");
+    EXPECT_EQ(save(*document), save(*load(text)));
+    EXPECT_FALSE(XmlDocument::loadFromXmlBytes(text.data(), text.size() - 1, &error, nullptr));
+    EXPECT_EQ(error.find("line 3, column "), 0U) << error;
+}
+
 TEST(XmlDocument, EmptiesTheWarning)
 {
     std::string warning = "before";

@@ -54,7 +54,20 @@ TEST_F(ADisk, CopiesWhatHasNoSize)
     const Fd from = openPath("/proc/self/status", O_RDONLY);
     copyToNewFile(from, path("to"), 0644);
     EXPECT_TRUE(getLocal(m_directory.path("to")).startsWith("Name:"));
-    EXPECT_NE(readAll(openPath("/proc/self/status", O_RDONLY)).find("Pid:"), std::string::npos);
+    EXPECT_TRUE(readAll(openPath("/proc/self/status", O_RDONLY)).contains("Pid:"));
+}
+
+TEST_F(ADisk, ReadsNoMoreThanIsAskedFor)
+{
+    putLocal(m_directory.path("file"), "12345");
+    const std::string file = path("file");
+    EXPECT_EQ(readAll(openPath(file, O_RDONLY), 5), "12345");
+    EXPECT_EQ(messageOf<LimitError>([&] { readAll(openPath(file, O_RDONLY), 4); }),
+              file + ": it has more than the 4 bytes that are read");
+    // What says that it is empty.
+    EXPECT_THROW(readAll(openPath("/proc/self/status", O_RDONLY), 10), LimitError);
+    EXPECT_EQ(messageOf<IoError>([&] { readAll(openPath(path(""), O_RDONLY)); }),
+              path("") + ": Is a directory");
 }
 
 TEST_F(ADisk, RenamesToAFreePlaceOnly)

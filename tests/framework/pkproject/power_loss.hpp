@@ -103,7 +103,7 @@ public:
         const off_t start = ::lseek(from.get(), 0, SEEK_CUR);
         Usual().copy(from, to);
         EXPECT_EQ(::lseek(from.get(), start, SEEK_SET), start);
-        addBytes(to, offset, readAll(from));
+        addBytes(to, offset, readAll(from).toStdString());
     }
     void sync(const Fd& file) override
     {
@@ -256,7 +256,7 @@ private:
         m_nodes[id].mode = info->st_mode & 0777;
         m_nodes[id].time = modificationTime(*info);
         if (!S_ISDIR(info->st_mode)) {
-            m_nodes[id].bytes = readAll(openPath(path, O_RDONLY));
+            m_nodes[id].bytes = readAll(openPath(path, O_RDONLY)).toStdString();
             return;
         }
         m_nodes[id].isDirectory = true;

@@ -150,8 +150,13 @@ TEST_P(ModelInBothForms, ReadsThroughStreamsBytesAndLocalFiles)
     EXPECT_EQ(std::fread(bytes, 1, sizeof bytes, stream), 4U);
     EXPECT_STREQ(bytes, "walk");
     EXPECT_EQ(std::fclose(stream), 0);
+    EXPECT_EQ(model.getFileBytes(file, 4), QByteArray("walk"));
+    EXPECT_NE(messageOf<LimitError>([&] { model.getFileBytes(file, 3); }).find("more than the 3"),
+              std::string::npos);
     EXPECT_EQ(model.readFile(q("missing")), QByteArray());
     EXPECT_EQ(model.readFile(q("Motions")), QByteArray());
+    EXPECT_THROW(model.getFileBytes(q("missing"), 4), PathNotFound);
+    EXPECT_THROW(model.getFileBytes(q("Motions"), 4), PathNotFound);
     EXPECT_THROW(model.getFileLocalPath(q("missing")), PathNotFound);
     EXPECT_THROW(model.getFileLocalPath(q("Motions")), PathNotFound);
 }

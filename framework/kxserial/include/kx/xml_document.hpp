@@ -5,10 +5,16 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 namespace KX {
+
+namespace xml {
+struct Bytes;
+} // namespace xml
 
 /// An XML document: a root element, and the comments, processing instructions, document type and
 /// standalone declaration that a file had outside of it, which stay with the document.
@@ -39,6 +45,10 @@ public:
     static boost::shared_ptr<XmlDocument> loadFromXmlFile(FILE* stream, std::string* error,
                                                           std::string* warning);
 
+    /// The same, of bytes in memory, which are copied.
+    static boost::shared_ptr<XmlDocument>
+    loadFromXmlBytes(const char* bytes, std::size_t size, std::string* error, std::string* warning);
+
     /// The root element, or null.
     boost::shared_ptr<XmlElement> root() const { return m_root; }
     /// Replaces the root element; null leaves the document without one.
@@ -51,6 +61,9 @@ public:
     bool saveToXmlFile(FILE* stream, std::string* error, std::string* warning) const;
 
 private:
+    static boost::shared_ptr<XmlDocument> load(const std::function<xml::Bytes()>& read,
+                                               std::string* error, std::string* warning);
+
     boost::shared_ptr<XmlElement> m_root;
     boost::shared_ptr<const xml::ParsedXml> m_file; // null for a document that was not read
 };

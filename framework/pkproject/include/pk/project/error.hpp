@@ -56,7 +56,7 @@ struct PKPROJECT_EXPORT LockError : Error
 };
 
 /// An archive exceeds the bounds within which archives are read, or would when it is saved
-/// (archive_limits.hpp).
+/// (archive_limits.hpp); or a file has more bytes than are asked for.
 struct PKPROJECT_EXPORT LimitError : Error
 {
     using Error::Error;

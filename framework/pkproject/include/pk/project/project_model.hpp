@@ -112,6 +112,10 @@ public:
     /// The bytes of a file; empty when it does not exist or can't be read.
     QByteArray readFile(const QString& path) const;
 
+    /// The bytes of a file, of which there may be `most`. Throws PathNotFound, LimitError when
+    /// there are more, IoError, and FormatError when the archive that holds it is damaged.
+    QByteArray getFileBytes(const QString& path, std::int64_t most) const;
+
     /// Creates or replaces a file. Throws AlreadyExists when a directory is there.
     void writeFile(const QString& path, const QByteArray& bytes);
 

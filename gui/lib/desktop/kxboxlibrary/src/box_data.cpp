@@ -96,7 +96,7 @@ template <class Value, class Signal>
 void BoxData::change(Value& current, const Value& value, Signal changed,
                      const std::function<void(XmlElement&)>& write)
 {
-    if (value == current) {
+    if (value == current && !m_isUnwritten) {
         return;
     }
     current = value;
@@ -107,35 +107,53 @@ void BoxData::edit(const std::function<void(XmlElement&)>& write)
 {
     if (const auto box = load()) {
         write(*box);
+        if (std::exchange(m_isUnwritten, true)) {
+            writeTooltip(*box);
+            writeBitmaps(*box);
+            writeBitmapExpanded(*box);
+        }
         save(box);
+        m_isUnwritten = false;
     }
 }
 
 void BoxData::setTooltip(const QString& value)
 {
-    change(m_tooltip, value, &BoxData::tooltipChanged, [this](XmlElement& box) {
-        box.setAttribute(a_tooltip, Serial::save(m_tooltip), false);
-    });
+    change(m_tooltip, value, &BoxData::tooltipChanged,
+           [this](XmlElement& box) { writeTooltip(box); });
 }
 
 void BoxData::setBitmaps(const QList<QString>& value)
 {
-    change(m_bitmaps, value, &BoxData::bitmapsChanged, [this](XmlElement& box) {
-        std::list<boost::shared_ptr<XmlElement>> bitmaps;
-        for (const QString& bitmap : std::as_const(m_bitmaps)) {
-            bitmaps.push_back(boost::make_shared<XmlElement>(a_bitmap));
-            bitmaps.back()->setText(toText(bitmap), false);
-        }
-        box.removeChildren(a_bitmap, a_bitmaps);
-        box.addChildren(bitmaps, a_bitmaps);
-    });
+    change(m_bitmaps, value, &BoxData::bitmapsChanged,
+           [this](XmlElement& box) { writeBitmaps(box); });
 }
 
 void BoxData::setBitmapExpanded(bool value)
 {
-    change(m_bitmapExpanded, value, &BoxData::bitmapExpandedChanged, [this](XmlElement& box) {
-        box.setAttribute(a_bitmapExpanded, Serial::save(m_bitmapExpanded), false);
-    });
+    change(m_bitmapExpanded, value, &BoxData::bitmapExpandedChanged,
+           [this](XmlElement& box) { writeBitmapExpanded(box); });
+}
+
+void BoxData::writeTooltip(XmlElement& box) const
+{
+    box.setAttribute(a_tooltip, Serial::save(m_tooltip), false);
+}
+
+void BoxData::writeBitmaps(XmlElement& box) const
+{
+    std::list<boost::shared_ptr<XmlElement>> bitmaps;
+    for (const QString& bitmap : m_bitmaps) {
+        bitmaps.push_back(boost::make_shared<XmlElement>(a_bitmap));
+        bitmaps.back()->setText(toText(bitmap), false);
+    }
+    box.removeChildren(a_bitmap, a_bitmaps);
+    box.addChildren(bitmaps, a_bitmaps);
+}
+
+void BoxData::writeBitmapExpanded(XmlElement& box) const
+{
+    box.setAttribute(a_bitmapExpanded, Serial::save(m_bitmapExpanded), false);
 }
 
 void BoxData::saveName(const std::string& name)

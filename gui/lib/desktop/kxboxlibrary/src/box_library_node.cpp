@@ -209,12 +209,19 @@ void BoxLibraryNode::setName(const std::string& name)
     if (name == m_name) {
         return;
     }
+    m_parent->checkIsRead();
+    const std::string oldName = m_name;
     const std::string oldFileName = m_fileName;
     const QString oldContext = translationContext();
     setNames(std::string(), m_fileName);
     initName(name);
     if (m_fileName != oldFileName) {
-        moveFiles(oldFileName);
+        try {
+            moveFiles(oldFileName);
+        } catch (...) {
+            setNames(oldName, oldFileName);
+            throw;
+        }
     }
     const auto signal = [this] {
         setDirty(true);
@@ -237,6 +244,8 @@ void BoxLibraryNode::moveFiles(const std::string& oldFileName)
     try {
         clearPlace(*model);
         model->move(from, to, false);
+    } catch (const pk::project::InvalidPath&) {
+        throw; // no project can have that path
     } catch (const pk::project::Error& error) {
         logNode(pk::log::Warning,
                 "Could not move '" + from.toStdString() + "' to '" + to.toStdString() +

@@ -195,6 +195,7 @@ void BoxLibraryNode::removeChild(int index)
     if (child == nullptr) {
         return;
     }
+    checkIsRead();
     child->stopForwarding(this);
     try {
         child->removeTranslations();

@@ -137,6 +137,7 @@ BoxLibraryNode* BoxLibraryNode::clone() const
     const bool isRoot = m_parent == nullptr && m_library != nullptr;
     copy->initName(isRoot ? m_library->title().toStdString() : m_name);
     copy->m_detachedProject = copyFiles();
+    copy->m_isUnread = m_isUnread;
     removeLeftFiles(*copy->m_detachedProject, QString());
     if (m_boxData) {
         copy->m_boxData = m_boxData->clone(copy.get());

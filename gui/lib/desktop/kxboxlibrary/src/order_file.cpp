@@ -47,7 +47,7 @@ Order read(pk::project::ProjectModel& model, const QString& prefix)
     Order order;
     order.isUnread = file.isUnread;
     if (file.root && file.root->beacon() == a_folder) {
-        order.bytes = project_xml::bytes(file.stream);
+        order.bytes = file.bytes;
         for (const auto& node : file.root->children(a_node, std::string())) {
             std::string name;
             if (node->getAttribute(a_name, name)) {

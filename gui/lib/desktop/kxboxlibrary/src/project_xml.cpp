@@ -4,9 +4,8 @@
 
 #include <pk/project/error.hpp>
 
-#include <QFile>
-
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -18,15 +17,8 @@ namespace KX::project_xml {
 
 namespace {
 
-bool isDamaged(pk::project::ProjectModel& model, const QString& path)
-{
-    try {
-        model.getFileLocalPath(path);
-        return false;
-    } catch (const pk::project::FormatError&) {
-        return true;
-    }
-}
+// No document has more (XmlDocument).
+constexpr std::int64_t a_mostBytes = std::int64_t{32} << 20U;
 
 } // namespace
 
@@ -35,36 +27,23 @@ boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)
     return stream ? XmlDocument::loadFromXmlFile(stream.get(), nullptr, nullptr) : nullptr;
 }
 
-Reading read(pk::project::ProjectModel& model, const QString& path)
-{
-    Reading reading = read({model.fopen(path, QStringLiteral("rb")), &std::fclose}, path);
-    if (!reading.stream) {
-        reading.isUnread = model.hasFile(path) && !isDamaged(model, path);
-    }
-    return reading;
-}
-
-Reading read(Stream stream, const QString& path)
+Reading read(const pk::project::ProjectModel& model, const QString& path)
 {
     Reading reading;
-    reading.stream = std::move(stream);
-    if (reading.stream) {
-        std::string error;
-        const auto document = XmlDocument::loadFromXmlFile(reading.stream.get(), &error, nullptr);
+    if (!model.hasFile(path)) {
+        return reading;
+    }
+    try {
+        reading.bytes = model.getFileBytes(path, a_mostBytes);
+        const auto size = static_cast<std::size_t>(reading.bytes.size());
+        const auto document =
+            XmlDocument::loadFromXmlBytes(reading.bytes.constData(), size, nullptr, nullptr);
         reading.root = document ? document->root() : nullptr;
-        reading.isUnread = std::ferror(reading.stream.get()) != 0;
-        if (reading.isUnread) {
-            logNode(pk::log::Warning, "'" + path.toStdString() + "': " + error, __func__, __LINE__);
-        }
+    } catch (const pk::project::Error& error) {
+        reading.isUnread = dynamic_cast<const pk::project::IoError*>(&error) != nullptr;
+        logNode(pk::log::Warning, error.what(), __func__, __LINE__);
     }
     return reading;
-}
-
-QByteArray bytes(const Stream& stream)
-{
-    QFile file;
-    std::rewind(stream.get());
-    return file.open(stream.get(), QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QByteArray toBytes(const boost::shared_ptr<XmlElement>& root)

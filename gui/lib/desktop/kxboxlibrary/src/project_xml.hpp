@@ -28,19 +28,11 @@ struct Reading
     /// There is a file that could not be read just now, as without permission or from a bad sector:
     /// nothing is known of what it holds, so nothing may take its place.
     bool isUnread = false;
-    Stream stream{nullptr, &std::fclose}; ///< the file, where it could be opened
+    QByteArray bytes; ///< of the file, where it could be read
 };
 
-/// Reads a file. Throws pk::project::IoError when it can't be unpacked from its archive, so that a
-/// full disk does not make a box look like a folder. None is written through a stream:
-/// ProjectModel::writeFile() does it whole or not at all.
-Reading read(pk::project::ProjectModel& model, const QString& path);
-
-/// Reads an open file, or what failed to open; the log then says why.
-Reading read(Stream stream, const QString& path);
-
-/// All bytes of a stream that can be read again from its start.
-QByteArray bytes(const Stream& stream);
+/// Reads a file; the log says why it could not be read.
+Reading read(const pk::project::ProjectModel& model, const QString& path);
 
 /// The bytes of a document with this root. Throws std::runtime_error when it cannot be written.
 QByteArray toBytes(const boost::shared_ptr<XmlElement>& root);

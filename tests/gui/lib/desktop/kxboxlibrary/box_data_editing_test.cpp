@@ -246,6 +246,30 @@ TEST_P(EditedProperty, IsInPlaceAndSignalledWhenItCannotBeWritten)
     }
     EXPECT_EQ(GetParam().get(*data), GetParam().value);
     EXPECT_EQ(heard.all(), Names{GetParam().signal});
+    const auto valueInFile = [&] {
+        return GetParam().get(BoxData(nullptr, library->boxRoot()->child(0)->loadBox()));
+    };
+    EXPECT_NE(valueInFile(), GetParam().value);
+    GetParam().change(*data);
+    EXPECT_EQ(valueInFile(), GetParam().value);
+    GetParam().change(*data);
+    EXPECT_EQ(heard.all(), (Names{GetParam().signal, GetParam().signal}));
+}
+
+TEST(EditedProperties, ThatCouldNotBeWrittenAreWrittenWithTheNext)
+{
+    const Library library = libraryWith(boxFile());
+    const Data data = library->boxRoot()->child(0)->boxData();
+    {
+        const FileSizeLimit full(0);
+        EXPECT_THROW(data->setTooltip(q("new")), std::runtime_error);
+        EXPECT_THROW(data->setBitmaps({q("new.png")}), std::runtime_error);
+    }
+    data->setBitmapExpanded(false);
+    const BoxData file(nullptr, library->boxRoot()->child(0)->loadBox());
+    EXPECT_EQ(file.tooltip(), q("new"));
+    EXPECT_EQ(file.bitmaps(), QList<QString>{q("new.png")});
+    EXPECT_FALSE(file.bitmapExpanded());
 }
 
 // Each on its own

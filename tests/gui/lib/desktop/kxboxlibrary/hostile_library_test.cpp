@@ -221,11 +221,14 @@ TEST(UnreadableFiles, StayAsTheyAreWhenTheLibraryIsSaved)
         ASSERT_EQ(::chmod(file.c_str(), 0), 0);
     }
     {
-        const pk::project::test::LogRecords log;
+        const LogRecords log;
         const Library library = open(ProjectModel(path));
-        EXPECT_EQ(log.messages(),
-                  (std::vector<std::string>{unreadable[0] + ": Permission denied",
-                                            unreadable[1] + ": Permission denied"}));
+        std::vector<std::string> messages;
+        for (const auto& record : log.of("kxboxlibrary")) {
+            messages.push_back(record.message);
+        }
+        EXPECT_EQ(messages, (std::vector<std::string>{unreadable[0] + ": Permission denied",
+                                                      unreadable[1] + ": Permission denied"}));
         const BoxLibraryNode& root = *library->boxRoot();
         EXPECT_EQ(childNames(*root.child("F")), (Names{"A", "B"}));
         EXPECT_EQ(childNames(*root.child("X")), Names{});
@@ -238,6 +241,10 @@ TEST(UnreadableFiles, StayAsTheyAreWhenTheLibraryIsSaved)
             EXPECT_FALSE(node->save());
             EXPECT_EQ(childNames(*node), children);
         }
+        EXPECT_THROW(root.child("F")->removeChild(0), pk::project::IoError);
+        EXPECT_THROW(root.child("F")->child(0)->setName("C"), pk::project::IoError);
+        EXPECT_EQ(childNames(*root.child("F")), (Names{"A", "B"}));
+        EXPECT_TRUE(library->projectModel().hasFile(q("F/A/box.bhx")));
         EXPECT_TRUE(library->boxRoot()->saveAll());
         root.child("Y")->boxData()->setTooltip(q("edited"));
         library->save();
@@ -249,6 +256,22 @@ TEST(UnreadableFiles, StayAsTheyAreWhenTheLibraryIsSaved)
     EXPECT_NE(after.at("Y/box.bhx"), before.at("Y/box.bhx"));
     after["Y/box.bhx"] = before.at("Y/box.bhx");
     EXPECT_EQ(after, before);
+}
+
+// A copy knows no more than what it is a copy of.
+TEST(UnreadableFiles, AreUnknownInACloneToo)
+{
+    const pk::project::test::AnotherUser user;
+    const TemporaryDirectory directory;
+    const QString path = directory.path("L.bxl");
+    open(project({{"X/box.bhx", boxFile()}}))->saveTo(path, BoxLibrary::Directory);
+    const std::string file = (path + q("/X/box.bhx")).toStdString();
+    ASSERT_EQ(::chmod(file.c_str(), 0), 0);
+    const Library library = open(ProjectModel(path));
+    ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+    const std::unique_ptr<BoxLibraryNode, TreeDeleter> copy(library->boxRoot()->child(0)->clone());
+    EXPECT_THROW(copy->appendChild("Child"), pk::project::IoError);
+    EXPECT_EQ(copy->project()->getFileList({}, true, true, false), QStringList(q("box.bhx")));
 }
 
 } // namespace

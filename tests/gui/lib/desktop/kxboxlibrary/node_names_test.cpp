@@ -340,6 +340,34 @@ TEST(NodeSetName, WarnsOfADirectoryThatCannotBeMoved)
         << records[0].message;
 }
 
+TEST(NodeSetName, DoesNothingWhenNoProjectCanHaveThePath)
+{
+    const std::string deep = std::string(250, 'd');
+    const std::string top = "Folder/" + QByteArray((deep + "/").c_str()).repeated(15).toStdString();
+    const Library library =
+        translatedLibrary(project({{top + "Box/box.bhx", boxFile()}}), {"Library:/" + top + "Box"});
+    const auto before = contentsOf(library->projectModel());
+    const QSignalSpy changes(library.get(), &BoxLibrary::dataChanged);
+    BoxLibraryNode* const folder = library->boxRoot()->child(0);
+    BoxLibraryNode* box = folder;
+    while (!box->boxData()) {
+        box = box->child(0);
+    }
+    const auto renamed = [&](BoxLibraryNode* node, const std::string& name) {
+        const std::string old = node->name();
+        EXPECT_THROW(node->setName(name), pk::project::InvalidPath);
+        EXPECT_EQ(node->name(), old);
+        EXPECT_EQ(node->fileName(), old);
+    };
+    renamed(box, std::string(5000, 'n'));
+    renamed(box, std::string(400, 'n')); // with what is above it
+    EXPECT_EQ(contentsOf(library->projectModel()), before);
+    EXPECT_FALSE(library->isDirty());
+    EXPECT_EQ(changes.size(), 0);
+    folder->setName("New");
+    EXPECT_TRUE(box->loadBox());
+}
+
 TEST(NodeSetName, WarnsOfADirectoryThatIsGone)
 {
     const Library library = open(project({{"Folder/Old/box.bhx", boxFile()}}));

@@ -155,11 +155,16 @@ TEST(NodeRemoving, AChildWhoseFilesAreGoneIsRemovedWithoutAMessage)
 
 TEST(NodeRemoving, FilesThatCannotBeRemovedAreReported)
 {
-    const Library library = boxLibrary();
-    library->boxRoot()->child(0)->setName(std::string(5000, 'x')); // where no file can be
+    const std::string deep = "x/" + QByteArray(250, 'd').append('/').repeated(15).toStdString();
+    const Library library = open(project({{deep + "Box/box.bhx", boxFile()}}));
+    library->boxRoot()->child(0)->setName(std::string(400, 'x')); // no project has Box's path then
+    BoxLibraryNode* folder = library->boxRoot();
+    while (!folder->child(0)->boxData()) {
+        folder = folder->child(0);
+    }
     const LogRecords records;
-    library->boxRoot()->removeChild(0);
-    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"B", "Folder"}));
+    folder->removeChild(0);
+    EXPECT_EQ(childNames(*folder), Names{});
     const auto reports = records.of("kxboxlibrary");
     ASSERT_EQ(reports.size(), 1U);
     EXPECT_EQ(reports[0].level, pk::log::Warning);

@@ -5,10 +5,9 @@
 
 #include <boost/make_shared.hpp>
 
-#include <cerrno>
 #include <cstdio>
-#include <string_view>
-#include <utility>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace KX::test {
 namespace {
@@ -20,24 +19,20 @@ TEST(ProjectXml, ReadsNothingWhereThereIsNoFile)
     ProjectModel model = project({{"directory/", {}}});
     for (const QString& path : {a_file, q("directory")}) {
         const auto reading = project_xml::read(model, path);
-        EXPECT_FALSE(reading.stream);
+        EXPECT_TRUE(reading.bytes.isEmpty());
         EXPECT_FALSE(reading.root);
         EXPECT_FALSE(reading.isUnread);
     }
 }
 
-TEST(ProjectXml, SaysWhenAFileCanNotBeUnpacked)
+TEST(ProjectXml, IsReadFromAnArchiveWithoutAPlaceToUnpackIt)
 {
     const TemporaryDirectory directory;
-    project({{"a.xml", QByteArray("<A>").append(QByteArray(50'000, ' ')).append("</A>")},
-             {"small.xml", "<A/>"}})
+    project({{"a.xml", QByteArray("<A>").append(QByteArray(50'000, ' ')).append("</A>")}})
         .save(directory.path("p.zip"), pk::project::ArchiveFormat::Zip, false);
     ProjectModel model(directory.path("p.zip"));
-    {
-        const FileSizeLimit limit(20'000);
-        EXPECT_THROW(project_xml::read(model, a_file), pk::project::IoError);
-        EXPECT_TRUE(project_xml::read(model, q("small.xml")).root);
-    }
+    const FileSizeLimit limit(20'000);
+    EXPECT_THROW(model.getFileLocalPath(a_file), pk::project::IoError);
     EXPECT_TRUE(project_xml::read(model, a_file).root);
 }
 
@@ -48,7 +43,7 @@ TEST(ProjectXml, ReadsTheRootElement)
     ASSERT_TRUE(reading.root);
     EXPECT_EQ(reading.root->beacon(), "A");
     EXPECT_EQ(reading.root->attribute("b", 0), 1);
-    EXPECT_EQ(project_xml::bytes(reading.stream), R"(<!-- c --><A b="1"/>)");
+    EXPECT_EQ(reading.bytes, R"(<!-- c --><A b="1"/>)");
 }
 
 TEST(ProjectXml, ReadsNothingFromNoStream)
@@ -67,26 +62,38 @@ TEST(ProjectXml, ReadsNothingFromWhatIsNoDocument)
     }
 }
 
-TEST(ProjectXml, KnowsNothingOfAFileThatFailsInItsMiddle)
+TEST(ProjectXml, KnowsNothingOfAFileThatCannotBeRead)
 {
-    // A whole document, and then what a bad sector gives.
-    cookie_io_functions_t functions{};
-    functions.read = [](void* isRead, char* buffer, std::size_t /*size*/) -> ssize_t {
-        if (std::exchange(*static_cast<bool*>(isRead), true)) {
-            errno = EIO;
-            return -1;
-        }
-        const std::string_view document("<A/>");
-        return static_cast<ssize_t>(document.copy(buffer, document.size()));
-    };
-    bool isRead = false;
+    const TemporaryDirectory directory;
+    project({{"a.xml", "<A/>"}})
+        .save(directory.path("p"), pk::project::ArchiveFormat::Directory, false);
+    const ProjectModel model(directory.path("p"));
+    const std::string file = directory.path("p/a.xml").toStdString();
+    ASSERT_EQ(::unlink(file.c_str()), 0);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
     const LogRecords log;
-    const auto reading =
-        project_xml::read({::fopencookie(&isRead, "rb", functions), &std::fclose}, a_file);
+    const auto reading = project_xml::read(model, a_file);
     EXPECT_FALSE(reading.root);
     EXPECT_TRUE(reading.isUnread);
     ASSERT_EQ(log.all().size(), 1U);
-    EXPECT_EQ(log.all().front().message, "'a.xml': cannot read the document: Input/output error");
+    EXPECT_EQ(log.all().front().message,
+              file + ": replaced by someone else since the project was opened");
+}
+
+TEST(ProjectXml, ReadsNoMoreThanADocumentHas)
+{
+    ProjectModel model;
+    model.writeFile(a_file, "<A/>");
+    const QString local = model.getFileLocalPath(a_file);
+    ASSERT_EQ(::truncate(local.toStdString().c_str(), (32 << 20) + 1), 0);
+    const LogRecords log;
+    const auto reading = project_xml::read(model, a_file);
+    EXPECT_FALSE(reading.root);
+    EXPECT_FALSE(reading.isUnread);
+    EXPECT_TRUE(reading.bytes.isEmpty());
+    ASSERT_EQ(log.all().size(), 1U);
+    EXPECT_EQ(log.all().front().message,
+              local.toStdString() + ": it has more than the 33554432 bytes that are read");
 }
 
 TEST(ProjectXml, GivesTheBytesOfADocument)

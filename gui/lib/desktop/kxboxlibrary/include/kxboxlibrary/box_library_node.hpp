@@ -132,6 +132,7 @@ public:
     ///
     /// A directory that can't be moved (something the tree does not know is in the way) is left
     /// where it is, with a warning in the log: the node then is at its new path without its files.
+    /// Throws pk::project::InvalidPath, and does nothing, when no project can have the new path.
     /// When the translation files or the order file can't be written, that exception comes last,
     /// when the node has its name and place and was signalled.
     void setName(const std::string& name);
@@ -146,9 +147,10 @@ public:
     /// is missing, damaged or no order file counts as empty. It is written anew where it would be
     /// another one. Files that are there but can't be read stay as they are: with such an order
     /// file the folder has its children in that order of the project, and with such a box file the
-    /// node is a folder without children. No node can be added to either, and saveFolder() throws
-    /// IoError, until the library is opened again. Called once, by what makes nodes. What the
-    /// project model throws ends the loading, in the middle of the tree.
+    /// node is a folder without children. Until the library is opened again, saveFolder() of either
+    /// throws IoError, as does, before it does anything, what adds, renames or removes its
+    /// children. Called once, by what makes nodes. What the project model throws ends the loading,
+    /// in the middle of the tree.
     void initFromProject();
 
     /// Appends the child in the directory `fileName`; null when `fileName` is empty. When loading
@@ -216,8 +218,8 @@ public:
     /// Removes a child with its messages and files and deletes it; of the nodes below it those that
     /// were inserted are deleted with it, the others live on (removeChildTree() deletes all). An
     /// index out of range does nothing. Files that can't be removed are left, with a warning in the
-    /// log. Throws when the translations can't be written, before anything is removed, or the order
-    /// file can't, after the child is gone.
+    /// log. Throws when the translations can't be written, before
+    /// anything is removed, or the order file can't, after the child is gone.
     void removeChild(int index);
 
     /// Detaches this node, whose files are copied into a project model of its own, and gives it to
