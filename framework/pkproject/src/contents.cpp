@@ -17,8 +17,11 @@ Fd Contents::open(Entry& entry)
 
 QByteArray Contents::read(Entry& entry, std::int64_t most)
 {
-    return archive && !entry.staged() ? archive->read(*originalInSource(entry), most)
-                                      : readAll(open(entry), most);
+    if (const auto staged = entry.staged()) {
+        return readAll(staged->open(), most);
+    }
+    const Entry& original = *originalInSource(entry);
+    return archive ? archive->read(original, most) : directory->read(original, most);
 }
 
 const Place* Contents::place() const

@@ -100,22 +100,34 @@ Metadata DirectorySource::loadMetadata() const
 
 Fd DirectorySource::open(const Entry& entry) const
 {
+    return openFile(entry).first;
+}
+
+QByteArray DirectorySource::read(const Entry& entry, std::int64_t most) const
+{
+    const auto [file, size] = openFile(entry);
+    return readAll(file, size, most);
+}
+
+// The file and its size.
+std::pair<Fd, std::int64_t> DirectorySource::openFile(const Entry& entry) const
+{
     const std::string path = Index::sourcePath(entry);
     // Without O_NONBLOCK a pipe that somebody put in the file's place would block.
     Fd file = openNow(entry, path, O_RDONLY | O_NONBLOCK);
     if (!file && errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);
     }
-    const mode_t kind = file ? statOf(file).st_mode & S_IFMT : S_IFDIR;
-    if (kind == S_IFDIR) {
+    const auto info = file ? std::optional<struct stat>(statOf(file)) : std::nullopt;
+    if (!info || S_ISDIR(info->st_mode)) {
         throw PathNotFound(m_place.path + "/" + path +
                            ": removed by someone else since the project was opened");
     }
-    if (kind != S_IFREG) {
+    if (!S_ISREG(info->st_mode)) {
         throw IoError(m_place.path + "/" + path +
                       ": replaced by someone else since the project was opened");
     }
-    return file;
+    return {std::move(file), info->st_size};
 }
 
 std::string DirectorySource::localPath(const Entry& entry) const

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pk::project {
@@ -43,6 +44,8 @@ public:
     /// Opens a file of the source for reading. Throws PathNotFound when someone removed it,
     /// IoError.
     Fd open(const Entry& entry) const;
+    /// All bytes of a file of the source; throws as open(), and LimitError for more than `most`.
+    QByteArray read(const Entry& entry, std::int64_t most) const;
 
     /// The path of a file of the source on the disk.
     std::string localPath(const Entry& entry) const;
@@ -93,6 +96,7 @@ private:
     };
     static std::optional<Found> look(const Level& level, const std::string& name);
     void checkPlace() const;
+    std::pair<Fd, std::int64_t> openFile(const Entry& entry) const;
     Fd openNow(const Entry& entry, const std::string& path, int flags) const;
     void loadDirectory(const Level& level, Entry& directory);
     static void compare(const Level& level, const Entry& directory,

@@ -427,28 +427,29 @@ bool sameBytes(const Fd& a, const Fd& b)
 
 QByteArray readAll(const Fd& file, std::int64_t most)
 {
-    constexpr std::int64_t a_leastRead = 4096; // of a file that grows, or says that it is empty
+    return readAll(file, statOf(file).st_size, most);
+}
+
+QByteArray readAll(const Fd& file, std::int64_t size, std::int64_t most)
+{
+    constexpr std::int64_t chunk = 4096; // of what says that it is empty, as much in /proc does
     QByteArray bytes;
-    const std::int64_t expected = statOf(file).st_size;
-    std::int64_t size = 0;
-    for (;;) {
-        // More than is expected, so that one read mostly sees the end too.
-        const std::int64_t capacity = std::max(expected + 1, size + a_leastRead);
-        if (std::max(expected, size) > most) {
+    for (std::int64_t read = 0;;) {
+        if (std::max(size, read) > most) {
             throw LimitError(file.path() + ": it has more than the " + std::to_string(most) +
                              " bytes that are read");
         }
-        bytes.resize(static_cast<int>(capacity));
-        const ssize_t got =
-            ::read(file.get(), bytes.data() + size, static_cast<std::size_t>(capacity - size));
+        const std::int64_t left = size > 0 ? size - read : std::min(chunk, most + 1 - read);
+        bytes.resize(static_cast<int>(read + left));
+        const ssize_t got = ::read(file.get(), bytes.data() + read, static_cast<std::size_t>(left));
         if (got < 0 && errno != EINTR) {
             throwErrno(file.path());
         }
-        if (got == 0) {
-            bytes.resize(static_cast<int>(size));
+        read += std::max<ssize_t>(got, 0);
+        if (got == 0 || (size > 0 && read == size)) {
+            bytes.resize(static_cast<int>(read));
             return bytes;
         }
-        size += std::max<ssize_t>(got, 0);
     }
 }
 

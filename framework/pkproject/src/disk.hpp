@@ -141,6 +141,8 @@ constexpr std::int64_t a_largestArray = std::numeric_limits<int>::max() - 32;
 
 /// All bytes that follow the file's position. Throws IoError, and LimitError for more than `most`.
 QByteArray readAll(const Fd& file, std::int64_t most = a_largestArray);
+/// The same of a file that is known to have `size` bytes.
+QByteArray readAll(const Fd& file, std::int64_t size, std::int64_t most);
 
 /// Whether two open files, which are at their beginnings, hold the same bytes.
 bool sameBytes(const Fd& a, const Fd& b);
