@@ -15,7 +15,7 @@ Fd Contents::open(Entry& entry)
     return directory->open(*originalInSource(entry));
 }
 
-QByteArray Contents::read(Entry& entry, std::int64_t most)
+QByteArray Contents::read(const Entry& entry, std::int64_t most) const
 {
     if (const auto staged = entry.staged()) {
         return readAll(staged->open(), most);

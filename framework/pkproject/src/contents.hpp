@@ -20,7 +20,7 @@ public:
 
     /// All bytes of an entry; throws as open(), and LimitError for more than `most`. Nothing is
     /// unpacked on the disk.
-    QByteArray read(Entry& entry, std::int64_t most);
+    QByteArray read(const Entry& entry, std::int64_t most) const;
 
     /// Where the source is; null when there is none.
     const Place* place() const;
