@@ -93,67 +93,58 @@ void BoxData::updateData(const QString& name, const QString& tooltip, const QLis
 }
 
 template <class Value, class Signal>
-void BoxData::change(Value& current, const Value& value, Signal changed,
+void BoxData::change(Value& current, bool& isUnwritten, const Value& value, Signal changed,
                      const std::function<void(XmlElement&)>& write)
 {
-    if (value == current && !m_isUnwritten) {
+    if (value == current && !isUnwritten) {
         return;
     }
     current = value;
-    runThen([&] { edit(write); }, [&] { Q_EMIT(this->*changed)(current); });
+    isUnwritten = true;
+    const auto writeIt = [&] {
+        edit(write);
+        isUnwritten = false;
+    };
+    runThen(writeIt, [&] { Q_EMIT(this->*changed)(current); });
 }
 
 void BoxData::edit(const std::function<void(XmlElement&)>& write)
 {
     if (const auto box = load()) {
         write(*box);
-        if (std::exchange(m_isUnwritten, true)) {
-            writeTooltip(*box);
-            writeBitmaps(*box);
-            writeBitmapExpanded(*box);
-        }
         save(box);
-        m_isUnwritten = false;
     }
 }
 
 void BoxData::setTooltip(const QString& value)
 {
-    change(m_tooltip, value, &BoxData::tooltipChanged,
-           [this](XmlElement& box) { writeTooltip(box); });
+    const auto write = [this](XmlElement& box) {
+        box.setAttribute(a_tooltip, Serial::save(m_tooltip), false);
+    };
+    change(m_tooltip, m_unwritten.tooltip, value, &BoxData::tooltipChanged, write);
 }
 
 void BoxData::setBitmaps(const QList<QString>& value)
 {
-    change(m_bitmaps, value, &BoxData::bitmapsChanged,
-           [this](XmlElement& box) { writeBitmaps(box); });
+    const auto write = [this](XmlElement& box) {
+        std::list<boost::shared_ptr<XmlElement>> bitmaps;
+        for (const QString& bitmap : std::as_const(m_bitmaps)) {
+            bitmaps.push_back(boost::make_shared<XmlElement>(a_bitmap));
+            bitmaps.back()->setText(toText(bitmap), false);
+        }
+        box.removeChildren(a_bitmap, a_bitmaps);
+        box.addChildren(bitmaps, a_bitmaps);
+    };
+    change(m_bitmaps, m_unwritten.bitmaps, value, &BoxData::bitmapsChanged, write);
 }
 
 void BoxData::setBitmapExpanded(bool value)
 {
-    change(m_bitmapExpanded, value, &BoxData::bitmapExpandedChanged,
-           [this](XmlElement& box) { writeBitmapExpanded(box); });
-}
-
-void BoxData::writeTooltip(XmlElement& box) const
-{
-    box.setAttribute(a_tooltip, Serial::save(m_tooltip), false);
-}
-
-void BoxData::writeBitmaps(XmlElement& box) const
-{
-    std::list<boost::shared_ptr<XmlElement>> bitmaps;
-    for (const QString& bitmap : m_bitmaps) {
-        bitmaps.push_back(boost::make_shared<XmlElement>(a_bitmap));
-        bitmaps.back()->setText(toText(bitmap), false);
-    }
-    box.removeChildren(a_bitmap, a_bitmaps);
-    box.addChildren(bitmaps, a_bitmaps);
-}
-
-void BoxData::writeBitmapExpanded(XmlElement& box) const
-{
-    box.setAttribute(a_bitmapExpanded, Serial::save(m_bitmapExpanded), false);
+    const auto write = [this](XmlElement& box) {
+        box.setAttribute(a_bitmapExpanded, Serial::save(m_bitmapExpanded), false);
+    };
+    change(m_bitmapExpanded, m_unwritten.bitmapExpanded, value, &BoxData::bitmapExpandedChanged,
+           write);
 }
 
 void BoxData::saveName(const std::string& name)
@@ -185,6 +176,7 @@ boost::shared_ptr<BoxData> BoxData::clone(BoxLibraryNode* node) const
     copy->m_tooltip = m_tooltip;
     copy->m_bitmaps = m_bitmaps;
     copy->m_bitmapExpanded = m_bitmapExpanded;
+    copy->m_unwritten = m_unwritten;
     copy->m_behavior = m_behavior;
     return copy;
 }

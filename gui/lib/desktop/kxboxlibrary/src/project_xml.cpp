@@ -40,7 +40,10 @@ Reading read(const pk::project::ProjectModel& model, const QString& path)
             XmlDocument::loadFromXmlBytes(reading.bytes.constData(), size, nullptr, nullptr);
         reading.root = document ? document->root() : nullptr;
     } catch (const pk::project::Error& error) {
-        reading.isUnread = dynamic_cast<const pk::project::IoError*>(&error) != nullptr;
+        // Nothing can be had of a damaged or endless file; of any other one, as one that is gone
+        // just now, it may still be.
+        reading.isUnread = dynamic_cast<const pk::project::FormatError*>(&error) == nullptr &&
+                           dynamic_cast<const pk::project::LimitError*>(&error) == nullptr;
         logNode(pk::log::Warning, error.what(), __func__, __LINE__);
     }
     return reading;

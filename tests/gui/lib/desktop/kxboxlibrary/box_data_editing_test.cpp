@@ -256,20 +256,33 @@ TEST_P(EditedProperty, IsInPlaceAndSignalledWhenItCannotBeWritten)
     EXPECT_EQ(heard.all(), (Names{GetParam().signal, GetParam().signal}));
 }
 
-TEST(EditedProperties, ThatCouldNotBeWrittenAreWrittenWithTheNext)
+TEST(EditedProperties, ThatCouldNotBeWrittenLeaveTheFileToOthers)
 {
     const Library library = libraryWith(boxFile());
-    const Data data = library->boxRoot()->child(0)->boxData();
+    BoxLibraryNode& node = *library->boxRoot()->child(0);
+    const Data data = node.boxData();
     {
         const FileSizeLimit full(0);
-        EXPECT_THROW(data->setTooltip(q("new")), std::runtime_error);
-        EXPECT_THROW(data->setBitmaps({q("new.png")}), std::runtime_error);
+        EXPECT_THROW(data->setTooltip(q("refused")), std::runtime_error);
     }
+    const auto box = node.loadBox();
+    box->setAttribute("tooltip", std::string("another's"), false);
+    node.saveBox(box, false);
     data->setBitmapExpanded(false);
-    const BoxData file(nullptr, library->boxRoot()->child(0)->loadBox());
-    EXPECT_EQ(file.tooltip(), q("new"));
-    EXPECT_EQ(file.bitmaps(), QList<QString>{q("new.png")});
-    EXPECT_FALSE(file.bitmapExpanded());
+    EXPECT_EQ(BoxData(nullptr, node.loadBox()).tooltip(), q("another's"));
+}
+
+TEST(EditedProperties, ThatCouldNotBeWrittenCanBeSetAgainInAClone)
+{
+    const Library library = libraryWith(boxFile());
+    BoxLibraryNode& node = *library->boxRoot()->child(0);
+    {
+        const FileSizeLimit full(0);
+        EXPECT_THROW(node.boxData()->setTooltip(q("new")), std::runtime_error);
+    }
+    const std::unique_ptr<BoxLibraryNode, TreeDeleter> copy(node.clone());
+    copy->boxData()->setTooltip(q("new"));
+    EXPECT_EQ(BoxData(nullptr, copy->loadBox()).tooltip(), q("new"));
 }
 
 // Each on its own

@@ -80,6 +80,16 @@ TEST(ProjectXml, KnowsNothingOfAFileThatCannotBeRead)
               file + ": replaced by someone else since the project was opened");
 }
 
+TEST(ProjectXml, KnowsNothingOfAFileThatIsGoneJustNow)
+{
+    const TemporaryDirectory directory;
+    project({{"a.xml", "<A/>"}})
+        .save(directory.path("p"), pk::project::ArchiveFormat::Directory, false);
+    const ProjectModel model(directory.path("p"));
+    ASSERT_TRUE(QFile::remove(directory.path("p/a.xml")));
+    EXPECT_TRUE(project_xml::read(model, a_file).isUnread);
+}
+
 TEST(ProjectXml, ReadsNoMoreThanADocumentHas)
 {
     ProjectModel model;

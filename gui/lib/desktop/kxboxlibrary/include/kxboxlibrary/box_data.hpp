@@ -71,8 +71,8 @@ public:
     ///
     /// Throws std::invalid_argument for a text that XML can't hold (control characters other than
     /// tab, line feed and carriage return), and what BoxLibraryNode::saveBox() throws. The box file
-    /// is then as before, but the new value is in place and was signalled; where there was no room
-    /// for it, the next of the three that is called, with the same value too, writes it.
+    /// is then as before, but the new value is in place and was signalled; setting it again, to the
+    /// same value too, tries to write it again.
     void setTooltip(const QString& value);
     /// In the file, a bitmap's name ends at its first NUL, and one without a name is lost.
     void setBitmaps(const QList<QString>& value);
@@ -118,21 +118,22 @@ private:
     explicit BoxData(BoxLibraryNode* node);
     /// What the setters have in common; `changed` is the signal.
     template <class Value, class Signal>
-    void change(Value& current, const Value& value, Signal changed,
+    void change(Value& current, bool& isUnwritten, const Value& value, Signal changed,
                 const std::function<void(XmlElement&)>& write);
-    /// Reads the box file, applies `write` to its box element, and everything that could not be
-    /// written before, and writes it back.
+    /// Reads the box file, applies `write` to its box element and writes it back.
     void edit(const std::function<void(XmlElement&)>& write);
-    void writeTooltip(XmlElement& box) const;
-    void writeBitmaps(XmlElement& box) const;
-    void writeBitmapExpanded(XmlElement& box) const;
 
     QPointer<BoxLibraryNode> m_node; // not owned; null once it is gone
     QString m_tooltip;
     QList<QString> m_bitmaps;
     bool m_bitmapExpanded = true;
     bool m_behavior = false;
-    bool m_isUnwritten = false; // the file lacks a value that could not be written
+    struct
+    {
+        bool tooltip = false;
+        bool bitmaps = false;
+        bool bitmapExpanded = false;
+    } m_unwritten; // which value could not be written, so that it can be set again
     // Packed until somebody asks for them.
     mutable std::unique_ptr<KR::PackedIos> m_packed;
     mutable Ios m_ios;
