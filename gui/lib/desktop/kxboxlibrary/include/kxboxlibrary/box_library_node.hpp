@@ -132,7 +132,8 @@ public:
     ///
     /// A directory that can't be moved (something the tree does not know is in the way) is left
     /// where it is, with a warning in the log: the node then is at its new path without its files.
-    /// Throws pk::project::InvalidPath, and does nothing, when no project can have the new path.
+    /// Throws pk::project::InvalidPath, and does nothing, when no project can have the new path,
+    /// or could have the old one, after a renaming above it.
     /// When the translation files or the order file can't be written, that exception comes last,
     /// when the node has its name and place and was signalled.
     void setName(const std::string& name);
@@ -148,9 +149,9 @@ public:
     /// another one. Files that are there but can't be read stay as they are: with such an order
     /// file the folder has its children in that order of the project, and with such a box file the
     /// node is a folder without children. Until the library is opened again, saveFolder() of either
-    /// throws IoError, as does, before it does anything, what adds, renames or removes its
-    /// children. Called once, by what makes nodes. What the project model throws ends the loading,
-    /// in the middle of the tree.
+    /// throws IoError, as do, before they do anything, what inserts children, removeChild(), and
+    /// setName() of a child. Called once, by what makes nodes. What the project model throws ends
+    /// the loading, in the middle of the tree.
     void initFromProject();
 
     /// Appends the child in the directory `fileName`; null when `fileName` is empty. When loading
