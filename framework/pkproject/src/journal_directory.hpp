@@ -99,6 +99,8 @@ private:
     };
     JournalDirectory(const Place& place, Existing existing);
 
+    /// What undo() puts back for a file that an item replaced.
+    static std::string preservedName(const std::string& item) { return item + ".old"; }
     std::string locate(const Journal::Location& location) const;
     std::string locateNow(const Journal& journal, Journal::Location location) const;
     std::vector<std::string> placesBefore(const Journal& journal) const;

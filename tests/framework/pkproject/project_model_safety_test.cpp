@@ -1,6 +1,6 @@
 #include "another_user.hpp"
-#include "few_open_files.hpp"
 #include "journal.hpp"
+#include "resource_limit.hpp"
 #include "support.hpp"
 #include "unsaved_work.hpp"
 
@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 // What must not happen, whatever is on the disk: projects lost, others' files touched.
@@ -45,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(Both, SafetyInBothForms, testing::Values(Form::Director
 
 TEST_P(SafetyInBothForms, MoreFilesThanCanBeOpenAreSaved)
 {
-    const FewOpenFiles few(64);
+    const temporary::ResourceLimit few(RLIMIT_NOFILE, 64);
     ProjectModel model;
     for (int i = 0; i < 300; ++i) {
         model.writeFile(q("f") + QString::number(i), "x");
@@ -178,6 +179,52 @@ TEST_P(SafetyInBothForms, SavingWhereNothingCanBeMadeSaysThatItIsNotPermitted)
                                "/.Library.kxlock: Permission denied");
     }
     permitAll(above);
+}
+
+TEST_P(SafetyInBothForms, AModelLeavesNothingBehind)
+{
+    // A program whose model lives as long as itself.
+    const auto endInOrderWithAnOpenModel = [this] {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            static ProjectModel model(path());
+            model.writeFile(q("c"), "never saved");
+            std::exit(0); // NOLINT(concurrency-mt-unsafe): the only thread
+        }
+        int status = 0;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    };
+    make();
+    const TemporaryDirectory temporary;
+    const QByteArray old = qgetenv("TMPDIR");
+    qputenv("TMPDIR", temporary.path().toUtf8());
+    FILE* stream = nullptr;
+    {
+        ProjectModel model(path());
+        model.writeFile(q("c"), "1");
+        stream = model.fopen(q("open"), q("wb"));
+        ASSERT_NE(stream, nullptr);
+        model.getFileLocalPath(q("a/b"));
+        ProjectModel copy;
+        copy.importFile(model, QString(), QString(), true);
+        ProjectModel moved(std::move(model));
+        moved.save(QString(), ArchiveFormat::Source, true);
+        moved.writeFile(q("b"), "never saved");
+        EXPECT_EQ(std::fclose(copy.fopen(q("c"), q("ab"))), 0);
+        EXPECT_FALSE(treeOf(temporary.path()).empty());
+    }
+    EXPECT_EQ(treeOf(temporary.path()), Tree());
+    EXPECT_NE(std::fputs("to a model that is gone", stream), EOF);
+    EXPECT_EQ(std::fclose(stream), 0);
+    endInOrderWithAnOpenModel();
+    EXPECT_EQ(treeOf(temporary.path()), Tree());
+    EXPECT_EQ(leftBeside(path()), QStringList());
+    if (old.isEmpty()) {
+        qunsetenv("TMPDIR");
+    } else {
+        qputenv("TMPDIR", old);
+    }
 }
 
 TEST(AModel, GoesFromDirectoryToArchiveToDirectoryUnchanged)

@@ -3,7 +3,6 @@
 #include <pk/project/project.hpp>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace pk::project::test {
 
@@ -566,51 +565,6 @@ TEST_P(ModelInBothForms, SavesNothingWhenNothingChanged)
     EXPECT_EQ(after.st_ino, before.st_ino);
     EXPECT_EQ(after.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
     EXPECT_EQ(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
-}
-
-TEST_P(ModelInBothForms, LeavesNothingBehind)
-{
-    // A program whose model lives as long as itself.
-    const auto endInOrderWithAnOpenModel = [this] {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            static ProjectModel model(path());
-            model.writeFile(q("a"), "never saved");
-            std::exit(0); // NOLINT(concurrency-mt-unsafe): the only thread
-        }
-        int status = 0;
-        EXPECT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    };
-    const TemporaryDirectory temporary;
-    const QByteArray old = qgetenv("TMPDIR");
-    qputenv("TMPDIR", temporary.path().toUtf8());
-    FILE* stream = nullptr;
-    {
-        ProjectModel model(path());
-        model.writeFile(q("a"), "1");
-        stream = model.fopen(q("open"), q("wb"));
-        ASSERT_NE(stream, nullptr);
-        model.getFileLocalPath(q("Motions/Walk/box.bhx"));
-        ProjectModel copy;
-        copy.importFile(model, QString(), QString(), true);
-        ProjectModel moved(std::move(model));
-        moved.save(QString(), ArchiveFormat::Source, true);
-        moved.writeFile(q("b"), "never saved");
-        EXPECT_EQ(std::fclose(copy.fopen(q("a"), q("ab"))), 0);
-        EXPECT_FALSE(treeOf(temporary.path()).empty());
-    }
-    EXPECT_EQ(treeOf(temporary.path()), Tree());
-    EXPECT_NE(std::fputs("to a model that is gone", stream), EOF);
-    EXPECT_EQ(std::fclose(stream), 0);
-    endInOrderWithAnOpenModel();
-    EXPECT_EQ(treeOf(temporary.path()), Tree());
-    EXPECT_EQ(leftBeside(path()), QStringList());
-    if (old.isEmpty()) {
-        qunsetenv("TMPDIR");
-    } else {
-        qputenv("TMPDIR", old);
-    }
 }
 
 } // namespace pk::project::test

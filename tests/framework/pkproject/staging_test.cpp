@@ -1,4 +1,4 @@
-#include "few_open_files.hpp"
+#include "resource_limit.hpp"
 #include "staging.hpp"
 #include "support.hpp"
 
@@ -126,7 +126,7 @@ TEST_F(AStaging, KnowsWhetherAStreamCanStillChangeAFile)
     file->unseal();
     EXPECT_FALSE(file->isSealed());
     {
-        const FewOpenFiles none(0);
+        const temporary::ResourceLimit none(RLIMIT_NOFILE, 0);
         EXPECT_FALSE(file->isSealed());
     }
     close(stream);

@@ -80,12 +80,9 @@ const BoxData::Ios& BoxData::ios() const
 void BoxData::updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
                          bool bitmapExpanded)
 {
-    const QPointer<BoxData> self(this);
+    const auto self = weak_from_this().lock(); // held, whoever reacts
     if (m_node) {
         m_node->setName(toText(name));
-    }
-    if (!self) { // whoever heard of the new name removed the box
-        return;
     }
     setTooltip(tooltip);
     setBitmaps(bitmaps);
@@ -99,21 +96,22 @@ void BoxData::change(Value& current, bool& isUnwritten, const Value& value, Sign
     if (value == current && !isUnwritten) {
         return;
     }
+    const auto self = weak_from_this().lock(); // held, whoever reacts
+    const bool wasUnwritten = isUnwritten;
     current = value;
-    isUnwritten = true;
-    const auto writeIt = [&] {
-        edit(write);
-        isUnwritten = false;
-    };
+    isUnwritten = true; // unless the writing ends
+    const auto writeIt = [&] { isUnwritten = !edit(write) && wasUnwritten; };
     runThen(writeIt, [&] { Q_EMIT(this->*changed)(current); });
 }
 
-void BoxData::edit(const std::function<void(XmlElement&)>& write)
+bool BoxData::edit(const std::function<void(XmlElement&)>& write)
 {
-    if (const auto box = load()) {
+    const auto box = load();
+    if (box) {
         write(*box);
         save(box);
     }
+    return box != nullptr;
 }
 
 void BoxData::setTooltip(const QString& value)

@@ -256,6 +256,24 @@ TEST_P(EditedProperty, IsInPlaceAndSignalledWhenItCannotBeWritten)
     EXPECT_EQ(heard.all(), (Names{GetParam().signal, GetParam().signal}));
 }
 
+TEST_P(EditedProperty, ThatCouldNotBeWrittenCanBeSetAgainAfterTheFileCouldNotBeRead)
+{
+    const Library library = libraryWith(boxFile());
+    BoxLibraryNode& node = *library->boxRoot()->child(0);
+    const Data data = node.boxData();
+    const QByteArray file = data->xmlData();
+    {
+        const FileSizeLimit full(0);
+        EXPECT_THROW(GetParam().change(*data), std::runtime_error);
+    }
+    library->projectModel().writeFile(q("Walk/box.bhx"), "<KinestraBox");
+    GetParam().change(*data);
+    EXPECT_EQ(data->xmlData(), QByteArray("<KinestraBox"));
+    library->projectModel().writeFile(q("Walk/box.bhx"), file);
+    GetParam().change(*data);
+    EXPECT_EQ(GetParam().get(BoxData(nullptr, node.loadBox())), GetParam().value);
+}
+
 TEST(EditedProperties, ThatCouldNotBeWrittenLeaveTheFileToOthers)
 {
     const Library library = libraryWith(boxFile());
@@ -545,16 +563,37 @@ TEST(UpdateData, ThatFailsKeepsWhatWasDoneUntilThen)
     EXPECT_TRUE(data->bitmapExpanded());
 }
 
-TEST(UpdateData, EndsWhenTheBoxIsRemovedByWhoHearsOfItsName)
+TEST(UpdateData, EndsInOrderWhenTheBoxIsRemovedByWhoHearsOfIt)
+{
+    for (const auto hearOfName : {true, false}) {
+        const Library library = open(project({{"Box/box.bhx", boxFile()}}));
+        BoxLibraryNode* const root = library->boxRoot();
+        BoxData* const data = root->child(0)->boxData().get(); // the node alone holds them
+        const auto remove = [root] { root->removeChild(0); };
+        if (hearOfName) {
+            QObject::connect(library.get(), &BoxLibrary::dataChanged, remove);
+        } else {
+            QObject::connect(data, &BoxData::tooltipChanged, remove);
+        }
+        data->updateData(q("New"), q("new"), {q("a")}, false);
+        EXPECT_TRUE(root->children().isEmpty());
+        EXPECT_EQ(filesOf(library->projectModel()), Names{"bxlinfo"});
+    }
+}
+
+TEST(Tooltip, IsSetInOrderWhenTheBoxIsRemovedWhileItIsWritten)
 {
     const Library library = open(project({{"Box/box.bhx", boxFile()}}));
     BoxLibraryNode* const root = library->boxRoot();
-    QObject::connect(library.get(), &BoxLibrary::dataChanged,
-                     [root](const BoxLibraryNode* node) { root->removeChild(node->index()); });
     BoxData* const data = root->child(0)->boxData().get(); // the node alone holds them
-    data->updateData(q("New"), q("new"), {}, false);
+    // Of the missing ".metadata".
+    const LogHook hook([root](const pk::log::Record&) {
+        if (!root->children().isEmpty()) {
+            root->removeChild(0);
+        }
+    });
+    data->setTooltip(q("new"));
     EXPECT_TRUE(root->children().isEmpty());
-    EXPECT_EQ(filesOf(library->projectModel()), Names{"bxlinfo"});
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "resource_limit.hpp"
 #include "temporary_files.hpp"
 
 #include <kr/localization/ts.hpp>
@@ -20,13 +21,11 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
@@ -37,6 +36,7 @@ using Library = std::unique_ptr<BoxLibrary, TreeDeleter>;
 using DetachedNode = std::unique_ptr<BoxLibraryNode, TreeDeleter>;
 using Names = std::vector<std::string>;
 
+using temporary::FileSizeLimit;
 using temporary::getLocal;
 using temporary::putLocal;
 using temporary::q;
@@ -121,32 +121,6 @@ public:
 
 private:
     std::uint64_t m_handler;
-};
-
-/// While it lives, no file of this process can grow beyond a number of bytes.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes) : m_signalBefore(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
-        struct rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FileSizeLimit()
-    {
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0);
-        static_cast<void>(std::signal(SIGXFSZ, m_signalBefore));
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-private:
-    struct rlimit m_before = {};
-    void (*m_signalBefore)(int);
 };
 
 /// While it lives, an environment variable has another value.

@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QString>
 #include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/enable_shared_from_this.hpp>
 
 #include <functional>
 #include <memory>
@@ -33,7 +34,7 @@ class BoxLibraryNode;
 /// that whoever else holds them keeps them. Data whose node is gone behave like data without one.
 ///
 /// Used from the library's thread only.
-class KXBOXLIBRARY_EXPORT BoxData : public QObject
+class KXBOXLIBRARY_EXPORT BoxData : public QObject, public boost::enable_shared_from_this<BoxData>
 {
     Q_OBJECT
 
@@ -60,19 +61,20 @@ public:
     QList<boost::shared_ptr<KR::Parameter>> parameters() const { return ios().parameters; }
 
     /// Renames the node (BoxLibraryNode::setName(); `name` ends at its first NUL) and then sets the
-    /// other three, each with a write of the box file where it differs. Without a node the renaming
-    /// is left out. Throws as these do; what was done until then stays.
+    /// other three, each with a write of the box file where the setter writes. Without a node the
+    /// renaming is left out. Throws as these do; what was done until then stays.
     void updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
                     bool bitmapExpanded);
 
-    /// Each of the three: nothing when the value is the current one. Otherwise it becomes the
-    /// current one, the box file is updated, and the signal is emitted. Where there is no node, no
-    /// project or no readable box file, nothing is written, and the signal comes all the same.
+    /// Each of the three: nothing when the value is the current one, unless its writing failed.
+    /// Otherwise it becomes the current one, the box file is updated, and the signal is emitted.
+    /// Where there is no node, no project or no readable box file, nothing is written, and the
+    /// signal comes all the same.
     ///
     /// Throws std::invalid_argument for a text that XML can't hold (control characters other than
     /// tab, line feed and carriage return), and what BoxLibraryNode::saveBox() throws. The box file
-    /// is then as before, but the new value is in place and was signalled; setting it again, to the
-    /// same value too, tries to write it again.
+    /// is then as before, but the new value is in place and was signalled. Until the value has been
+    /// written, setting it to whatever value, the same one too, tries to write it, and signals.
     void setTooltip(const QString& value);
     /// In the file, a bitmap's name ends at its first NUL, and one without a name is lost.
     void setBitmaps(const QList<QString>& value);
@@ -120,8 +122,9 @@ private:
     template <class Value, class Signal>
     void change(Value& current, bool& isUnwritten, const Value& value, Signal changed,
                 const std::function<void(XmlElement&)>& write);
-    /// Reads the box file, applies `write` to its box element and writes it back.
-    void edit(const std::function<void(XmlElement&)>& write);
+    /// Reads the box file, applies `write` to its box element and writes it back. False, with
+    /// nothing done, when there is none that can be read.
+    bool edit(const std::function<void(XmlElement&)>& write);
 
     QPointer<BoxLibraryNode> m_node; // not owned; null once it is gone
     QString m_tooltip;
@@ -133,7 +136,7 @@ private:
         bool tooltip = false;
         bool bitmaps = false;
         bool bitmapExpanded = false;
-    } m_unwritten; // which value could not be written, so that it can be set again
+    } m_unwritten; // which value's writing failed, until one ends
     // Packed until somebody asks for them.
     mutable std::unique_ptr<KR::PackedIos> m_packed;
     mutable Ios m_ios;

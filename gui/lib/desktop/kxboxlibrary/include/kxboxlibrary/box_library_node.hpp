@@ -258,12 +258,12 @@ public:
     /// "behavior.bhx" and ".metadata" beside it. `box` itself is changed, to be called "root", and
     /// becomes the child of another element. `behavior` does not matter.
     ///
-    /// Nothing without a project, or, as far as the box file goes, when it can't be created. Throws
-    /// std::invalid_argument when `box` is null, as after a loadBox() that found nothing,
-    /// std::runtime_error when XML can't hold it (it is nested too deep), and what the project
-    /// model throws when not all of it could be written; the files are then as before. That there
-    /// was no
-    /// ".metadata", the usual case, is an error record in the log's category "kxboxlibrary".
+    /// Nothing without a project. Where a directory has the place of "box.bhx", none is written,
+    /// and the other two are removed all the same. Throws std::invalid_argument when `box` is null,
+    /// as after a loadBox() that found nothing, std::runtime_error when XML can't hold it (it is
+    /// nested too deep), and what the project model throws when not all of it could be written; the
+    /// files are then as before. That there was no ".metadata", the usual case, is an error record
+    /// in the log's category "kxboxlibrary".
     void saveBox(const boost::shared_ptr<XmlElement>& box, bool behavior);
 
     /// The files of the node's directory, and below it, but for box files and ".metadata". Null
