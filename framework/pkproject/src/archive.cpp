@@ -2,13 +2,14 @@
 
 #include "archive_check.hpp"
 #include "conflict.hpp"
+#include "read_ahead.hpp"
 
 #include <pk/project/error.hpp>
 
 #include <QString>
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 #include <fcntl.h>
 #include <limits>
 #include <unistd.h>
@@ -55,19 +56,80 @@ Fd duplicate(const Fd& file)
     return {::fcntl(file.get(), F_DUPFD_CLOEXEC, 0), file.path()};
 }
 
-// An independent stream on the same open file, for a library that takes over what it is given.
-FILE* streamOf(const Fd& file)
-{
-    Fd copy = duplicate(file);
-    FILE* const stream = copy ? ::fdopen(copy.get(), "rb") : nullptr;
-    if (stream == nullptr) {
-        throwErrno(file.path());
-    }
-    copy.release();
-    return stream;
-}
-
 } // namespace
+
+// Lets the archive library read the file, whose size it is told: it asks for one piece after the
+// other, each with a look and two reads.
+class ArchiveSource::Input
+{
+public:
+    Input(const Fd& file, std::int64_t size) : m_file(file), m_size(static_cast<zip_uint64_t>(size))
+    {
+        zip_error_init(&m_error);
+    }
+    ~Input() { zip_error_fini(&m_error); }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    Input(Input&&) = delete;
+    Input& operator=(Input&&) = delete;
+
+    static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        return static_cast<Input*>(user)->handle(data, size, command);
+    }
+
+private:
+    zip_int64_t handle(void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        switch (command) {
+        case ZIP_SOURCE_SUPPORTS:
+            return ZIP_SOURCE_SUPPORTS_SEEKABLE;
+        case ZIP_SOURCE_STAT: {
+            auto& info = *static_cast<zip_stat_t*>(data);
+            zip_stat_init(&info);
+            info.size = m_size;
+            info.valid = ZIP_STAT_SIZE;
+            return sizeof info;
+        }
+        case ZIP_SOURCE_OPEN:
+            m_position = 0;
+            return 0;
+        case ZIP_SOURCE_READ:
+            return read(static_cast<char*>(data), size);
+        case ZIP_SOURCE_SEEK: {
+            const zip_int64_t to =
+                zip_source_seek_compute_offset(m_position, m_size, data, size, &m_error);
+            m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
+            return to < 0 ? -1 : 0;
+        }
+        case ZIP_SOURCE_TELL:
+            return static_cast<zip_int64_t>(m_position);
+        case ZIP_SOURCE_ERROR:
+            return zip_error_to_data(&m_error, data, size);
+        case ZIP_SOURCE_CLOSE:
+        case ZIP_SOURCE_FREE:
+            return 0;
+        default:
+            return -1;
+        }
+    }
+
+    zip_int64_t read(char* bytes, zip_uint64_t size)
+    {
+        const ssize_t got = m_file.read(m_position, bytes, size);
+        if (got < 0) {
+            zip_error_set(&m_error, ZIP_ER_READ, errno);
+            return -1;
+        }
+        m_position += static_cast<zip_uint64_t>(got);
+        return got;
+    }
+
+    ReadAhead m_file;
+    zip_uint64_t m_size;
+    zip_uint64_t m_position = 0;
+    zip_error_t m_error{};
+};
 
 struct ArchiveSource::Item
 {
@@ -93,6 +155,8 @@ ArchiveSource::ArchiveSource(Place place, Fd file, const ArchiveLimits& limits)
 {
 }
 
+ArchiveSource::~ArchiveSource() = default;
+
 zip_t* ArchiveSource::handle()
 {
     if (m_zip) {
@@ -100,11 +164,13 @@ zip_t* ArchiveSource::handle()
     }
     checkArchive(m_file, m_place.path, m_limits);
     ZipErrorFini failure;
-    zip_source_t* const source = zip_source_filep_create(streamOf(m_file), 0, -1, &failure.error);
+    m_input = std::make_unique<Input>(m_file, m_stamp.bytes);
+    zip_source_t* const source =
+        zip_source_function_create(Input::callback, m_input.get(), &failure.error);
     if (source == nullptr) {
         failDamaged(failure.text());
     }
-    m_zip.reset(zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &failure.error));
+    m_zip.reset(zip_open_from_source(source, ZIP_RDONLY, &failure.error));
     if (!m_zip) {
         zip_source_free(source);
         failDamaged(failure.text());
@@ -359,8 +425,10 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
             m_foreign.emplace_back(position, next.path + (next.isDirectory ? "/" : ""));
         }
     }
-    std::sort(items.begin(), items.end(),
-              [](const Item& a, const Item& b) { return isBefore(a.path, b.path); });
+    const auto order = [](const Item& a, const Item& b) { return isBefore(a.path, b.path); };
+    if (!std::is_sorted(items.begin(), items.end(), order)) { // as what was saved here is
+        std::sort(items.begin(), items.end(), order);
+    }
     return items;
 }
 

@@ -35,6 +35,11 @@ class ArchiveSource
 public:
     /// The archive in an open file. `place` is where it is on disk.
     ArchiveSource(Place place, Fd file, const ArchiveLimits& limits);
+    ~ArchiveSource();
+    ArchiveSource(const ArchiveSource&) = delete;
+    ArchiveSource& operator=(const ArchiveSource&) = delete;
+    ArchiveSource(ArchiveSource&&) = delete;
+    ArchiveSource& operator=(ArchiveSource&&) = delete;
 
     const Place& place() const { return m_place; }
 
@@ -76,6 +81,7 @@ public:
     void checkUnchanged() const;
 
 private:
+    class Input;
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
@@ -95,6 +101,7 @@ private:
     Fd m_file;
     Stamp m_stamp;
     ArchiveLimits m_limits;
+    std::unique_ptr<Input> m_input; ///< of the archive library
     ZipHandle m_zip;
     std::optional<std::uint64_t> m_metadata; ///< where load() found it
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign;

@@ -1,13 +1,14 @@
 #include "archive_check.hpp"
 
+#include "read_ahead.hpp"
+
 #include <pk/project/error.hpp>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <unistd.h>
+#include <tuple>
 #include <vector>
 
 namespace pk::project {
@@ -26,7 +27,8 @@ constexpr std::uint16_t a_bigField = 0x0001;      // sizes and offset of more th
 constexpr std::uint16_t a_nameField = 0x7075;     // the name in UTF-8
 constexpr std::size_t a_nameFieldHead = 5;        // before that name
 constexpr std::uint16_t a_encryptedFlag = 0x0001; // of the general flags
-constexpr std::uint16_t a_stored = 0;             // the method
+constexpr std::uint16_t a_sizesBehindFlag = 0x0008;
+constexpr std::uint16_t a_stored = 0; // the method
 
 // The archive library keeps each extra field in memory of its own and compares those of the two
 // headers of an entry with each other. Real archives have up to four.
@@ -79,27 +81,44 @@ struct Extent
     bool isBig = false; ///< else the count is modulo 65,536
 };
 
-// What the central directory says of an entry, as far as it is needed here.
-struct Central
+// What a header says of an entry, as far as it is needed here.
+struct Header
 {
+    // What both of an entry's have at the same places, counted from the version that it needs.
+    void readCommon(const std::string& from, std::size_t at)
+    {
+        version = number16(from, at);
+        flags = number16(from, at + 2);
+        method = number16(from, at + 4);
+        time = number32(from, at + 6);
+        crc = number32(from, at + 10);
+        packed = number32(from, at + 14);
+        bytes = number32(from, at + 18);
+    }
+
+    std::uint16_t version = 0;
     std::uint16_t flags = 0;
     std::uint16_t method = 0;
+    std::uint32_t time = 0;
     std::uint32_t crc = 0;
     std::uint64_t packed = 0;
     std::uint64_t bytes = 0;
-    std::uint64_t offset = 0;
+    std::uint64_t offset = 0; ///< in the central directory alone
     std::string name;
     std::string otherName; ///< which the archive library may prefer
 };
 
-// The bytes of the file that an entry takes up.
-struct Range
+// Whether an entry's two headers say the same. Who writes an archive as a stream leaves checksum
+// and sizes out of the local one.
+bool agree(const Header& central, const Header& local)
 {
-    std::uint64_t begin;
-    std::uint64_t packed;
-    std::uint32_t nameSize;
-    std::uint32_t nameAt; ///< in the central directory
-};
+    const bool isLeftOut = (local.flags & a_sizesBehindFlag) != 0 && local.crc == 0 &&
+                           local.packed == 0 && local.bytes == 0;
+    return local.version <= central.version && local.method == central.method &&
+           local.time == central.time && local.otherName == central.otherName &&
+           (isLeftOut || (local.crc == central.crc && local.packed == central.packed &&
+                          local.bytes == central.bytes));
+}
 
 class Check
 {
@@ -134,42 +153,41 @@ private:
     }
 
     // Fewer bytes than asked for only at the end of the file.
-    std::string read(std::uint64_t offset, std::uint64_t size) const
+    std::string read(std::uint64_t offset, std::uint64_t size)
     {
         const std::uint64_t there = offset < m_size ? m_size - offset : 0;
         std::string bytes(std::min(size, there), '\0');
-        std::size_t got = 0;
-        while (got < bytes.size()) {
-            const ssize_t now = ::pread(m_file.get(), &bytes[got], bytes.size() - got,
-                                        static_cast<off_t>(offset + got));
-            if (now < 0 && errno != EINTR) {
-                throwErrno(m_path);
-            }
-            if (now == 0) {
-                fail("it became shorter while it was read");
-            }
-            got += now > 0 ? static_cast<std::size_t>(now) : 0;
+        const ssize_t got = m_file.read(offset, bytes.data(), bytes.size());
+        if (got < 0) {
+            throwErrno(m_path);
+        }
+        if (static_cast<std::size_t>(got) < bytes.size()) {
+            fail("it became shorter while it was read");
         }
         return bytes;
     }
 
-    Extent findDirectory() const;
-    Extent bigExtent(std::uint64_t locatorAt, const std::string& locator) const;
+    Extent findDirectory();
+    Extent bigExtent(std::uint64_t locatorAt, const std::string& locator);
     void checkCount(std::uint64_t count) const;
     void readDirectory(const Extent& extent);
     std::size_t readEntry(std::size_t at);
-    void readFields(Central& entry, const std::string& fields) const;
-    void readBigField(Central& entry, const std::string& field) const;
-    void checkEntry(const Central& entry) const;
+    Header headerAt(std::size_t at) const;
+    void readFields(Header& entry, const std::string& fields) const;
+    void readBigField(Header& entry, const std::string& field) const;
+    void checkEntry(const Header& entry) const;
     void checkNames() const;
     void checkRanges(std::uint64_t end);
-    std::uint64_t endOf(const Range& range) const;
-    std::string nameOf(const Range& range) const
-    {
-        return m_directory.substr(range.nameAt, range.nameSize);
-    }
+    std::uint64_t endOf(const Header& central);
 
-    const Fd& m_file;
+    // The bytes of the file that an entry takes up.
+    struct Range
+    {
+        std::uint64_t begin;
+        std::uint32_t headerAt; ///< in the central directory
+    };
+
+    ReadAhead m_file;
     const std::string& m_path;
     const ArchiveLimits& m_limits;
     std::uint64_t m_size;
@@ -180,7 +198,7 @@ private:
 
 // The record at the end of the archive, whose comment reaches to the end of the file. Where that
 // can be said of two, readers might differ in which they take.
-Extent Check::findDirectory() const
+Extent Check::findDirectory()
 {
     const std::uint64_t tailSize =
         std::min<std::uint64_t>(m_size, a_locatorSize + a_endSize + a_longestComment);
@@ -216,7 +234,7 @@ Extent Check::findDirectory() const
     return extent;
 }
 
-Extent Check::bigExtent(std::uint64_t locatorAt, const std::string& locator) const
+Extent Check::bigExtent(std::uint64_t locatorAt, const std::string& locator)
 {
     const std::uint64_t at = number(locator, 8, 8);
     const std::string end = read(at, a_bigEndSize);
@@ -274,18 +292,9 @@ std::size_t Check::readEntry(std::size_t at)
     if (size > left) {
         fail("its central directory is cut off");
     }
-    Central entry;
-    entry.flags = number16(m_directory, at + 8);
-    entry.method = number16(m_directory, at + 10);
-    entry.crc = number32(m_directory, at + 16);
-    entry.packed = number32(m_directory, at + 20);
-    entry.bytes = number32(m_directory, at + 24);
-    entry.offset = number32(m_directory, at + 42);
-    entry.name = m_directory.substr(at + a_centralSize, nameSize);
-    readFields(entry, m_directory.substr(at + a_centralSize + nameSize, fieldsSize));
+    const Header entry = headerAt(at);
     checkEntry(entry);
-    m_ranges.push_back({entry.offset, entry.packed, static_cast<std::uint32_t>(nameSize),
-                        static_cast<std::uint32_t>(at + a_centralSize)});
+    m_ranges.push_back({entry.offset, static_cast<std::uint32_t>(at)});
     m_hashes.push_back(hashOf(entry.name));
     if (!entry.otherName.empty()) {
         m_hashes.push_back(hashOf(entry.otherName));
@@ -293,8 +302,21 @@ std::size_t Check::readEntry(std::size_t at)
     return size;
 }
 
+// What the central directory has at a place where a whole header is.
+Header Check::headerAt(std::size_t at) const
+{
+    const std::size_t nameSize = number16(m_directory, at + 28);
+    Header header;
+    header.readCommon(m_directory, at + 6);
+    header.offset = number32(m_directory, at + 42);
+    header.name = m_directory.substr(at + a_centralSize, nameSize);
+    readFields(header,
+               m_directory.substr(at + a_centralSize + nameSize, number16(m_directory, at + 30)));
+    return header;
+}
+
 // Counts the extra fields of a header, and takes from them what the entry needs.
-void Check::readFields(Central& entry, const std::string& fields) const
+void Check::readFields(Header& entry, const std::string& fields) const
 {
     bool hasBig = false;
     int count = 0;
@@ -316,7 +338,7 @@ void Check::readFields(Central& entry, const std::string& fields) const
 }
 
 // It has, in this order, those numbers that don't fit into their places.
-void Check::readBigField(Central& entry, const std::string& field) const
+void Check::readBigField(Header& entry, const std::string& field) const
 {
     std::size_t at = 0;
     for (std::uint64_t* const value : {&entry.bytes, &entry.packed, &entry.offset}) {
@@ -331,7 +353,7 @@ void Check::readBigField(Central& entry, const std::string& field) const
     }
 }
 
-void Check::checkEntry(const Central& entry) const
+void Check::checkEntry(const Header& entry) const
 {
     for (const std::string* const name : {&entry.name, &entry.otherName}) {
         const std::size_t nul = name->find('\0');
@@ -364,45 +386,49 @@ void Check::checkNames() const
 
 void Check::checkRanges(std::uint64_t end)
 {
-    std::sort(m_ranges.begin(), m_ranges.end(),
-              [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    std::sort(m_ranges.begin(), m_ranges.end(), [](const Range& a, const Range& b) {
+        return std::tie(a.begin, a.headerAt) < std::tie(b.begin, b.headerAt);
+    });
     const Range* before = nullptr;
     std::uint64_t free = 0;
     for (const Range& range : m_ranges) {
+        const Header header = headerAt(range.headerAt);
         if (before != nullptr && range.begin < free) {
-            fail("'" + nameOf(*before) + "' and '" + nameOf(range) + "' share bytes");
+            fail("'" + headerAt(before->headerAt).name + "' and '" + header.name + "' share bytes");
         }
-        free = endOf(range);
+        free = endOf(header);
         if (free > end) {
-            fail("'" + nameOf(range) + "' is cut off");
+            fail("'" + header.name + "' is cut off");
         }
         before = &range;
     }
 }
 
-// Where an entry's packed bytes end.
-std::uint64_t Check::endOf(const Range& range) const
+// Where an entry's packed bytes end. Its local header must be there and say what the other does.
+std::uint64_t Check::endOf(const Header& central)
 {
-    constexpr std::uint64_t usualFields = 64;
-    const std::string head = read(range.begin, a_localSize + range.nameSize + usualFields);
+    const std::string name = "'" + central.name + "'";
+    const std::string head = read(central.offset, a_localSize);
     if (head.size() < a_localSize || !hasSignature(head, 0, "PK\3\4")) {
-        fail("'" + nameOf(range) + "' is not where it should be");
+        fail(name + " is not where it should be");
     }
     const std::size_t nameSize = number16(head, 26);
     const std::size_t fieldsSize = number16(head, 28);
-    const std::uint64_t size = a_localSize + nameSize + fieldsSize;
+    const std::uint64_t begin = central.offset + a_localSize + nameSize + fieldsSize;
+    if (begin > m_size || central.packed > m_size - begin) {
+        fail(name + " is cut off");
+    }
+    const std::string rest = read(central.offset + a_localSize, nameSize + fieldsSize);
+    Header local;
+    local.readCommon(head, 4);
+    local.name = rest.substr(0, nameSize);
     if (fieldsSize > 0) {
-        const bool isThere = size <= head.size();
-        Central entry;
-        entry.name = nameOf(range);
-        readFields(entry, isThere ? head.substr(a_localSize + nameSize, fieldsSize)
-                                  : read(range.begin + a_localSize + nameSize, fieldsSize));
+        readFields(local, rest.substr(nameSize));
     }
-    const std::uint64_t begin = range.begin + size;
-    if (begin > m_size || range.packed > m_size - begin) {
-        fail("'" + nameOf(range) + "' is cut off");
+    if (local.name != central.name || !agree(central, local)) {
+        fail("the two headers of " + name + " differ");
     }
-    return begin + range.packed;
+    return begin + central.packed;
 }
 
 } // namespace

@@ -11,7 +11,8 @@ namespace pk::project {
 /// Looks at an archive's headers before the archive library does, which believes what they say: it
 /// spends time and memory on as many entries and extra fields as there are, shows a name up to its
 /// first NUL, and lets entries share bytes. After this, opening the archive with the archive
-/// library costs in proportion to its central directory, and the bytes of no two entries overlap.
+/// library costs in proportion to its central directory, the bytes of no two entries overlap, and
+/// the two headers of each say the same.
 ///
 /// Throws FormatError for what is no zip archive or a damaged one, LimitError for one with too many
 /// entries or too large a central directory.

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -14,9 +15,15 @@ namespace pk::project {
 
 namespace {
 
-// 1980-01-01, 00:00:00: the earliest time that an archive can hold.
-constexpr zip_uint16_t a_noTime = 0;
-constexpr zip_uint16_t a_noDate = 0x0021;
+// The earliest time that an archive can hold, which has no time zone.
+time_t noTime()
+{
+    std::tm time = {};
+    time.tm_year = 80; // since 1900
+    time.tm_mday = 1;
+    time.tm_isdst = -1;
+    return std::mktime(&time);
+}
 
 // The archive library writes no archive without entries; this is one.
 constexpr char a_emptyArchive[22] = {'P', 'K', 5, 6};
@@ -125,7 +132,8 @@ private:
     zip_error_t m_error{};
 };
 
-// Takes what the archive library writes to the new file.
+// Takes what the archive library writes, a field at a time, and asks for its position between
+// them: the file gets much at once.
 class ArchiveSave::Output
 {
 public:
@@ -162,19 +170,22 @@ private:
         case ZIP_SOURCE_SUPPORTS:
             return ZIP_SOURCE_SUPPORTS_WRITABLE;
         case ZIP_SOURCE_WRITE:
-            Disk::instance().write(m_file, static_cast<const char*>(data), size);
+            write(static_cast<const char*>(data), size);
             return static_cast<zip_int64_t>(size);
         case ZIP_SOURCE_TELL_WRITE:
-            return position(0, SEEK_CUR);
+            return static_cast<zip_int64_t>(m_position);
         case ZIP_SOURCE_SEEK_WRITE: {
-            const auto* const args =
-                ZIP_SOURCE_GET_ARGS(zip_source_args_seek_t, data, size, &m_error);
-            return args != nullptr ? position(args->offset, args->whence) >= 0 ? 0 : -1 : -1;
+            const zip_int64_t to =
+                zip_source_seek_compute_offset(m_position, m_length, data, size, &m_error);
+            m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
+            return to < 0 ? -1 : 0;
         }
+        case ZIP_SOURCE_COMMIT_WRITE:
+            flush();
+            return 0;
         case ZIP_SOURCE_ERROR:
             return zip_error_to_data(&m_error, data, size);
         case ZIP_SOURCE_BEGIN_WRITE:
-        case ZIP_SOURCE_COMMIT_WRITE:
         case ZIP_SOURCE_ROLLBACK_WRITE:
         case ZIP_SOURCE_REMOVE:
         case ZIP_SOURCE_FREE:
@@ -184,22 +195,44 @@ private:
         }
     }
 
-    zip_int64_t position(zip_int64_t offset, int whence)
+    void write(const char* bytes, zip_uint64_t size)
     {
-        const off_t result = ::lseek(m_file.get(), offset, whence);
-        if (result < 0) {
+        if (m_position < m_begin || m_position > m_begin + m_bytes.size()) {
+            flush();
+            m_begin = m_position;
+        }
+        // The header of an entry is written again when its size is known.
+        m_bytes.replace(m_position - m_begin, size, bytes, size);
+        m_position += size;
+        m_length = std::max(m_length, m_position);
+        if (m_bytes.size() >= a_bufferSize) {
+            flush();
+        }
+    }
+
+    void flush()
+    {
+        if (::lseek(m_file.get(), static_cast<off_t>(m_begin), SEEK_SET) < 0) {
             throwErrno(m_file.path());
         }
-        return result;
+        Disk::instance().write(m_file, m_bytes.data(), m_bytes.size());
+        m_begin += m_bytes.size();
+        m_bytes.clear();
     }
+
+    static constexpr std::size_t a_bufferSize = std::size_t{1} << 16;
 
     ArchiveSave& m_save;
     const Fd& m_file;
+    std::string m_bytes;      // not in the file yet
+    zip_uint64_t m_begin = 0; // where they will be
+    zip_uint64_t m_position = 0;
+    zip_uint64_t m_length = 0;
     zip_error_t m_error{};
 };
 
 ArchiveSave::ArchiveSave(Index& index, Contents& contents, const Metadata& metadata)
-    : m_index(index), m_contents(contents), m_metadata(formatMetadata(metadata))
+    : m_index(index), m_contents(contents), m_metadata(formatMetadata(metadata)), m_noTime(noTime())
 {
 }
 
@@ -286,11 +319,17 @@ void ArchiveSave::addDirectory(zip_t* zip, Entry& directory)
             addFile(zip, *child);
             continue;
         }
-        const std::string name = Index::path(*child) + "/";
-        finishEntry(zip, zip_dir_add(zip, name.c_str(), encodingOf(name)), name,
-                    S_IFDIR | child->mode);
+        addFolder(zip, Index::path(*child) + "/", S_IFDIR | child->mode);
         addDirectory(zip, *child);
     }
+}
+
+void ArchiveSave::addFolder(zip_t* zip, const std::string& name, mode_t mode)
+{
+    const zip_int64_t position = zip_dir_add(zip, name.c_str(), encodingOf(name));
+    finishEntry(zip, position, name, mode);
+    // Or the archive library makes a compressor for nothing, of 256 KB that it clears.
+    zip_set_file_compression(zip, static_cast<zip_uint64_t>(position), ZIP_CM_STORE, 0);
 }
 
 void ArchiveSave::addFile(zip_t* zip, Entry& entry)
@@ -334,7 +373,7 @@ void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t
         fail(name, zip_strerror(from));
     }
     if (name.back() == '/') {
-        finishEntry(zip, zip_dir_add(zip, name.c_str(), encodingOf(name)), name, attributes >> 16);
+        addFolder(zip, name, attributes >> 16);
         return;
     }
     const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
@@ -360,7 +399,7 @@ void ArchiveSave::finishEntry(zip_t* zip, zip_int64_t position, const std::strin
                               mode_t mode) const
 {
     const auto index = static_cast<zip_uint64_t>(position);
-    if (position < 0 || zip_file_set_dostime(zip, index, a_noTime, a_noDate, 0) != 0 ||
+    if (position < 0 || zip_file_set_mtime(zip, index, m_noTime, 0) != 0 ||
         zip_file_set_external_attributes(zip, index, 0, ZIP_OPSYS_UNIX,
                                          static_cast<zip_uint32_t>(mode) << 16) != 0) {
         fail(name, zip_strerror(zip));

@@ -45,6 +45,7 @@ private:
     class Input;
     class Output;
     void addDirectory(zip_t* zip, Entry& directory);
+    void addFolder(zip_t* zip, const std::string& name, mode_t mode);
     void addFile(zip_t* zip, Entry& entry);
     void addMetadata(zip_t* zip);
     void addOriginal(zip_t* zip, const std::string& name, std::uint64_t position, mode_t mode);
@@ -63,6 +64,7 @@ private:
     Index& m_index;
     Contents& m_contents;
     QByteArray m_metadata;
+    time_t m_noTime; ///< of every entry, so that the same project gives the same bytes
     bool m_keepForeign = false;
     bool m_verifyOriginals = false;
     std::vector<std::unique_ptr<Input>> m_inputs;

@@ -36,6 +36,7 @@ public:
               "moved/deep/f", "one", "right/r", "run.sh", "same", "two"}) {
             model.writeFile(q(path), path);
         }
+        model.writeFile(q("large"), large());
         model.setMetadata(q("title"), q("old"));
         model.setMetadata(q("dropped"), q("x"));
         return model;
@@ -45,6 +46,7 @@ public:
     {
         model.writeFile(q("changed"), "CHANGED");
         model.writeFile(q("new/a"), "new");
+        model.writeFile(q("new/large"), large());
         model.mkdir(q("empty"), false);
         model.remove(q("gone"));
         model.remove(q("goneToo"));
@@ -75,10 +77,12 @@ public:
                 {"closed/", std::to_string(0500)},
                 {"closed/secret", std::to_string(0600) + ":secret"},
                 {"empty/", directory},
+                {"large", file + large().toStdString()},
                 {"left/", directory},
                 {"left/r", file + "right/r"},
                 {"new/", directory},
                 {"new/a", file + "new"},
+                {"new/large", file + large().toStdString()},
                 {"one", file + "two"},
                 {"right/", directory},
                 {"right/l", file + "left/l"},
@@ -107,6 +111,12 @@ public:
     }
 
 private:
+    static const QByteArray& large()
+    {
+        static const QByteArray bytes = noise(1, 150'000);
+        return bytes;
+    }
+
     static void swap(ProjectModel& model, const char* a, const char* b)
     {
         model.move(q(a), q("aside"), false);

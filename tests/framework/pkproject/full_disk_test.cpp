@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <ostream>
-#include <random>
 #include <sys/stat.h>
 #include <vector>
 
@@ -28,18 +27,6 @@ struct Kind
 std::ostream& operator<<(std::ostream& stream, const Kind& kind)
 {
     return stream << kind.name;
-}
-
-// Bytes that can't be compressed.
-QByteArray noise(unsigned seed, int size)
-{
-    std::seed_seq sequence{seed};
-    std::mt19937 random(sequence);
-    QByteArray bytes(size, '\0');
-    for (char& byte : bytes) {
-        byte = static_cast<char>(random() % 256);
-    }
-    return bytes;
 }
 
 ProjectModel makeProject()

@@ -66,6 +66,7 @@ public:
             putLocal(m_directory.path("project/.git/HEAD"), "ref: main");
         }
         edit("new", 25);
+        m_model.writeFile(q("large"), noise(1, 100'000));
         if (m_scenario.before) {
             m_old = treeOf(m_directory.path());
         }

@@ -344,8 +344,12 @@ protected:
 // together all that it had.
 TEST_P(UnsavedWorkInBothForms, IsWhatAnInterruptedSaveDidNotSave)
 {
+    const auto editMore = [](ProjectModel& model) {
+        edit(model);
+        model.writeFile(q("large"), noise(1, 300'000));
+    };
     ProjectModel expected(path());
-    edit(expected);
+    editMore(expected);
     const QString completed = path("completed");
     int unsaved = 0;
     int saved = 0;
@@ -355,7 +359,7 @@ TEST_P(UnsavedWorkInBothForms, IsWhatAnInterruptedSaveDidNotSave)
         ProjectModel(path()).save(project, ArchiveFormat::Source, true);
         runAndKill([&] {
             auto* const model = new ProjectModel(project);
-            edit(*model);
+            editMore(*model);
             DeadlyDisk disk;
             disk.failAt(number, EIO, false);
             model->save(QString(), ArchiveFormat::Source, true);

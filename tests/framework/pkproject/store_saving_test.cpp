@@ -138,6 +138,7 @@ protected:
         for (const char* const file : {"e/f/1", "e/f/2", "e/3", "kept", "moved", "removed"}) {
             model.writeFile(q(file), file);
         }
+        model.writeFile(q("large"), noise(1, 300'000));
         saveInPlace(model);
         model.importFile(model, q("a"), q("copy of a"), false);
         model.importFile(model, q("removed"), q("copy of removed"), false);

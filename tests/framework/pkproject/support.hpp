@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <map>
+#include <random>
 #include <string>
 #include <sys/stat.h>
 #include <utility>
@@ -161,6 +162,18 @@ inline void putThroughStream(ProjectModel& model, const char* path, const std::s
     ASSERT_NE(stream, nullptr) << path;
     EXPECT_EQ(std::fwrite(text.data(), 1, text.size(), stream), text.size());
     EXPECT_EQ(std::fclose(stream), 0);
+}
+
+/// Bytes that can't be compressed. With more than 64 KiB, an archive is written in pieces.
+inline QByteArray noise(unsigned seed, int size)
+{
+    std::seed_seq sequence{seed};
+    std::mt19937 random(sequence);
+    QByteArray bytes(size, '\0');
+    for (char& byte : bytes) {
+        byte = static_cast<char>(random() % 256);
+    }
+    return bytes;
 }
 
 } // namespace pk::project::test

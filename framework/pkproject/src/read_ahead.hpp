@@ -1,0 +1,35 @@
+#pragma once
+
+#include "disk.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <sys/types.h>
+
+namespace pk::project {
+
+/// Reads from a file at any place, without its position. Small pieces that lie close together take
+/// one system call, whoever else reads the file meanwhile.
+class ReadAhead
+{
+public:
+    /// How much is read at once.
+    static constexpr std::size_t a_window = std::size_t{1} << 14;
+
+    /// Refers to `file`.
+    explicit ReadAhead(const Fd& file) : m_file(file) {}
+
+    /// Copies `size` bytes that begin at `offset`, and gives how many there are, fewer only at the
+    /// end of the file; -1 with errno set when they can't be read.
+    ssize_t read(std::uint64_t offset, char* bytes, std::size_t size);
+
+private:
+    ssize_t readFile(std::uint64_t offset, char* bytes, std::size_t size) const;
+
+    const Fd& m_file;
+    std::string m_bytes;       ///< of the last window
+    std::uint64_t m_begin = 0; ///< where they are in the file
+};
+
+} // namespace pk::project
