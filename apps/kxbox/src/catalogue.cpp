@@ -13,12 +13,21 @@ using KR::Localization::Translator;
 
 namespace {
 
+bool hasBoxFile(const pk::project::ProjectModel& model, const KX::BoxLibraryNode& node)
+{
+    const QString prefix = node.path().isEmpty() ? QString() : node.path() + QLatin1Char('/');
+    return model.hasFile(prefix + QStringLiteral("box.bhx")) ||
+           model.hasFile(prefix + QStringLiteral("behavior.bhx"));
+}
+
 std::vector<BoxTexts> textsOf(KX::BoxLibrary& library)
 {
     std::vector<BoxTexts> boxes;
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*library.boxRoot())) {
         if (const auto data = node->boxData()) {
             boxes.push_back({node->translationContext(), translatableTexts(*data)});
+        } else if (hasBoxFile(library.projectModel(), *node)) {
+            boxes.push_back({node->translationContext(), {}, false});
         }
     }
     return boxes;
@@ -120,7 +129,11 @@ void Catalogue::Update::lookAt(const QList<Message>& messages)
 
 void Catalogue::Update::put(Message message)
 {
-    if (!message.context().startsWith(m_catalogue.m_prefix) || message.source().isEmpty()) {
+    const auto box = m_catalogue.m_boxByContext.constFind(message.context());
+    const bool isKnown =
+        box == m_catalogue.m_boxByContext.constEnd() || m_catalogue.m_boxes[*box].isKnown;
+    if (!message.context().startsWith(m_catalogue.m_prefix) || message.source().isEmpty() ||
+        !isKnown) {
         m_messages.append(message);
         return;
     }

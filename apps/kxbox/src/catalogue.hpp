@@ -21,6 +21,7 @@ struct BoxTexts
 {
     QString context;
     QStringList texts;
+    bool isKnown = true; ///< else the box file can't be read: nobody knows what texts there are
 };
 
 /// How many messages an update changed.
@@ -51,7 +52,8 @@ public:
     /// boxes come at the end. The message of a text that is gone becomes vanished, or is removed
     /// when it has no translation. One whose text is back is finished again if it is vanished, and
     /// unfinished if it is obsolete or has no translation. All others, messages in contexts without
-    /// the prefix, and those without a source (comments on a context), stay as they are.
+    /// the prefix or of boxes that can't be read, and those without a source (comments on a
+    /// context), stay as they are.
     UpdateCounts update(KR::Localization::Translator& translator) const;
 
 private:

@@ -66,6 +66,10 @@ ProjectModel openProject(const std::string& path, Progress& progress)
 OpenLibrary::OpenLibrary(const std::string& path, Progress& progress)
     : m_path(path), m_progress(progress), m_library(new KX::BoxLibrary(openProject(path, progress)))
 {
+    const QString name = QString::fromLatin1(KX::BoxConstants::a_boxLibraryTranslations);
+    const QFileInfo place(m_library->path() + QLatin1Char('/') + name);
+    const QStringList top = m_library->projectModel().getFileList(QString(), false, true, true);
+    m_areTranslationsLeftOut = (place.exists() || place.isSymLink()) && !top.contains(name);
 }
 
 std::string OpenLibrary::nameOf(const BoxLibraryNode& node) const
@@ -185,7 +189,12 @@ QSet<QString> OpenLibrary::behaviors(BoxLibraryNode& node) const
 
 void OpenLibrary::requireReadableTranslations() const
 {
-    const auto files = m_library->translationsFiles().size();
+    const QString directory = QString::fromLatin1(KX::BoxConstants::a_boxLibraryTranslations);
+    if (m_areTranslationsLeftOut) {
+        throw Failure(m_path + ": '" + directory.toStdString() +
+                      "' can't be read, and its translations would be lost");
+    }
+    const auto files = m_library->projectModel().getFileList(directory, false, true, false).size();
     const auto languages = m_library->translations().size();
     if (files != languages) {
         throw Failure(m_path + ": " + std::to_string(files - languages) + " of " +

@@ -90,6 +90,7 @@ private:
     std::unique_ptr<KX::BoxLibrary, KX::TreeDeleter> m_library;
     Addressing m_addressing = Addressing::Names;
     bool m_edited = false;
+    bool m_areTranslationsLeftOut = false; // of the project, though there are any
 };
 
 /// The project of a library: a directory or an archive. Where the metadata does not say what it is,

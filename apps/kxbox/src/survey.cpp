@@ -47,13 +47,12 @@ QByteArray bytesOf(const ProjectModel& model, const QString& path)
 {
     const LogWatch watch({"pkproject"});
     try {
-        if (QFileInfo(model.getFileLocalPath(path)).size() > a_largestFile) {
-            throw BadBoxFile("longer than 128 MiB");
-        }
+        return model.getFileBytes(path, a_largestFile);
+    } catch (const pk::project::LimitError&) {
+        throw BadBoxFile("longer than 128 MiB");
     } catch (const pk::project::Error&) {
         return {}; // as readFile() has it
     }
-    return model.readFile(path);
 }
 
 OrderFile readOrderFile(const ProjectModel& model, const QString& prefix, bool isPossible)

@@ -67,11 +67,27 @@ void packText(char code, std::string_view text, std::string& packed)
 void packChoices(const XmlElement& parameter, std::string& packed)
 {
     std::string text;
-    for (const Element& choice : parameter.children(choiceTag(), std::string())) {
-        if (choice->getAttribute(choiceValue(), text)) {
+    parameter.visitChildren([&](const XmlElement& child) {
+        if (child.beacon() == choiceTag() && child.getAttribute(choiceValue(), text)) {
             packText(a_choice, text, packed);
         }
+    });
+}
+
+void pack(const XmlElement& io, char kind, std::string& packed)
+{
+    packed += kind;
+    const auto& names = kinds()[static_cast<std::size_t>(kind)].attributes;
+    io.visitAttributes([&](std::string_view name, std::string_view value) {
+        const auto found = std::find(names.begin(), names.end(), name);
+        if (found != names.end()) {
+            packText(static_cast<char>(a_firstAttribute + (found - names.begin())), value, packed);
+        }
+    });
+    if (kind == ParameterKind) {
+        packChoices(io, packed);
     }
+    packed += a_end;
 }
 
 // `at` comes behind the record.
@@ -114,27 +130,14 @@ makeAll(const std::vector<Element>& elements, XmlManager::IoById& ioById,
 PackedIos::PackedIos(const XmlElement& box)
 {
     std::string packed;
-    for (const Element& child : box.mixedChildren()) {
+    box.visitChildren([&](const XmlElement& child) {
         const auto kind = std::find_if(kinds().begin(), kinds().end(), [&](const Kind& each) {
-            return each.tag == child->beacon();
+            return each.tag == child.beacon();
         });
-        if (kind == kinds().end()) {
-            continue;
+        if (kind != kinds().end()) {
+            pack(child, static_cast<char>(kind - kinds().begin()), packed);
         }
-        packed += static_cast<char>(kind - kinds().begin());
-        child->visitAttributes([&](std::string_view name, std::string_view value) {
-            const auto& names = kind->attributes;
-            const auto found = std::find(names.begin(), names.end(), name);
-            if (found != names.end()) {
-                packText(static_cast<char>(a_firstAttribute + (found - names.begin())), value,
-                         packed);
-            }
-        });
-        if (kind - kinds().begin() == ParameterKind) {
-            packChoices(*child, packed);
-        }
-        packed += a_end;
-    }
+    });
     m_texts = packed; // which takes no more memory than it needs
 }
 

@@ -229,6 +229,25 @@ std::list<boost::shared_ptr<const XmlElement>> XmlElement::mixedChildren() const
     return found;
 }
 
+void XmlElement::visitChildren(const ChildVisitor& visit) const
+{
+    if (m_content) {
+        for (const Content::Node& node : m_content->nodes) {
+            if (node.element) {
+                visit(*node.element);
+            }
+        }
+        return;
+    }
+    const boost::shared_ptr<const xml::ParsedXml> file = m_file; // whatever is asked meanwhile
+    const FileElement view(*file, xml::nodeAt(m_place), m_keepsSpace);
+    for (pugi::xml_node node = view.firstNode(); node; node = view.nextNode(node)) {
+        if (FileElement::kindOf(node) == NodeKind::Element) {
+            visit(XmlElement(FileView{file, node, view.keepsSpace()}));
+        }
+    }
+}
+
 bool XmlElement::hasBelow(const XmlElement* element) const
 {
     std::vector<const XmlElement*> pending{this};

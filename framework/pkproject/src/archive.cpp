@@ -33,7 +33,6 @@ struct ZipErrorFini
     ZipErrorFini& operator=(const ZipErrorFini&) = delete;
     ZipErrorFini(ZipErrorFini&&) = delete;
     ZipErrorFini& operator=(ZipErrorFini&&) = delete;
-    std::string text() { return zip_error_strerror(&error); }
     zip_error_t error{};
 };
 
@@ -168,12 +167,12 @@ zip_t* ArchiveSource::handle()
     zip_source_t* const source =
         zip_source_function_create(Input::callback, m_input.get(), &failure.error);
     if (source == nullptr) {
-        failDamaged(failure.text());
+        failToRead(&failure.error, {});
     }
     m_zip.reset(zip_open_from_source(source, ZIP_RDONLY, &failure.error));
     if (!m_zip) {
         zip_source_free(source);
-        failDamaged(failure.text());
+        failToRead(&failure.error, {});
     }
     return m_zip.get();
 }
@@ -183,34 +182,39 @@ void ArchiveSource::load(Index& index)
     const std::vector<Item> all = items();
     std::uint64_t count = all.size();
     for (const Item& item : all) {
-        Entry* directory = &index.root();
-        std::size_t begin = 0;
-        for (std::size_t end = 0; (end = item.path.find('/', begin)) != std::string::npos;
-             begin = end + 1) {
-            const std::string name = item.path.substr(begin, end - begin);
-            auto& children = directory->folder->children;
-            if (children.empty() || children.back()->name != name) {
-                if (++count > m_limits.entries) {
-                    throw LimitError(m_place.path +
-                                     ": it has more files and directories than the " +
-                                     std::to_string(m_limits.entries) + " that are read");
-                }
-                Index::appendLoaded(*directory, name, true, 0755);
-            }
-            directory = children.back().get();
-            if (!directory->isDirectory()) {
-                failDamaged("'" + item.path + "' lies in a file");
-            }
-        }
-        const auto& children = directory->folder->children;
-        const std::string name = item.path.substr(begin);
-        if (!children.empty() && children.back()->name == name) {
-            failDamaged("it holds '" + item.path + "' twice");
-        }
-        Entry& entry = Index::appendLoaded(*directory, name, item.isDirectory, item.mode);
-        entry.stamp.id = item.position;
-        entry.stamp.bytes = static_cast<std::int64_t>(item.bytes);
+        append(index, item, count);
     }
+}
+
+// Appends the next item in the order of the tree. `count` is that of all entries, made up ones too.
+void ArchiveSource::append(Index& index, const Item& item, std::uint64_t& count) const
+{
+    Entry* directory = &index.root();
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = item.path.find('/', begin)) != std::string::npos;
+         begin = end + 1) {
+        const std::string name = item.path.substr(begin, end - begin);
+        auto& children = directory->folder->children;
+        if (children.empty() || children.back()->name != name) {
+            if (++count > m_limits.entries) {
+                throw LimitError(m_place.path + ": it has more files and directories than the " +
+                                 std::to_string(m_limits.entries) + " that are read");
+            }
+            Index::appendLoaded(*directory, name, true, 0755);
+        }
+        directory = children.back().get();
+        if (!directory->isDirectory()) {
+            failDamaged("'" + item.path + "' lies in a file");
+        }
+    }
+    const auto& children = directory->folder->children;
+    const std::string name = item.path.substr(begin);
+    if (!children.empty() && children.back()->name == name) {
+        failDamaged("it holds '" + item.path + "' twice");
+    }
+    Entry& entry = Index::appendLoaded(*directory, name, item.isDirectory, item.mode);
+    entry.stamp.id = item.position;
+    entry.stamp.bytes = static_cast<std::int64_t>(item.bytes);
 }
 
 Metadata ArchiveSource::loadMetadata()
@@ -398,6 +402,7 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
 {
     const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle(), 0));
     std::vector<Item> items;
+    std::vector<Item> foreign;
     items.reserve(count);
     std::uint64_t bytes = 0;
     std::uint64_t nameBytes = 0;
@@ -414,22 +419,37 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
         if (next.path.empty()) {
             continue;
         }
-        if (!isReservedName(next.path.substr(0, next.path.find('/')))) {
+        const std::string top = next.path.substr(0, next.path.find('/'));
+        if (!isReservedName(top)) {
             items.push_back(std::move(next));
-        } else if (next.path == a_metadataFile) {
-            if (m_metadata) {
-                failDamaged("it holds '" + next.path + "' twice");
-            }
-            m_metadata = position;
-        } else if (next.path.compare(0, next.path.find('/'), a_metadataFile) != 0) {
+        } else if (top != a_metadataFile) {
             m_foreign.emplace_back(position, next.path + (next.isDirectory ? "/" : ""));
+            foreign.push_back(std::move(next));
+        } else if (next.path != a_metadataFile || next.isDirectory) {
+            failDamaged("'" + top + "' is no file");
+        } else if (m_metadata) {
+            failDamaged("it holds '" + top + "' twice");
+        } else {
+            m_metadata = position;
         }
     }
-    const auto order = [](const Item& a, const Item& b) { return isBefore(a.path, b.path); };
-    if (!std::is_sorted(items.begin(), items.end(), order)) { // as what was saved here is
-        std::sort(items.begin(), items.end(), order);
+    sort(items);
+    sort(foreign);
+    Index others; // of which nothing is wanted but that it can be
+    std::uint64_t total = count;
+    for (const Item& item : foreign) {
+        append(others, item, total);
     }
     return items;
+}
+
+// Into the order of the tree, in which what was saved here is.
+void ArchiveSource::sort(std::vector<Item>& items)
+{
+    const auto order = [](const Item& a, const Item& b) { return isBefore(a.path, b.path); };
+    if (!std::is_sorted(items.begin(), items.end(), order)) {
+        std::sort(items.begin(), items.end(), order);
+    }
 }
 
 void ArchiveSource::checkBounds(std::uint64_t bytes, std::uint64_t fileBytes,
@@ -455,7 +475,7 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
 {
     const std::unique_ptr<zip_file_t, ZipFileClose> file(zip_fopen_index(handle(), position, 0));
     if (!file) {
-        failDamaged("'" + name + "': " + zip_strerror(handle()));
+        failToRead(zip_get_error(handle()), "'" + name + "': ");
     }
     // Reading on to the end shows both that there is no more and that the checksum fits.
     const std::size_t bufferSize = std::min<std::uint64_t>(size + 1, a_bufferSize);
@@ -464,7 +484,7 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
     for (;;) {
         const zip_int64_t got = zip_fread(file.get(), buffer.get(), bufferSize);
         if (got < 0) {
-            failDamaged("'" + name + "': " + zip_file_strerror(file.get()));
+            failToRead(zip_file_get_error(file.get()), "'" + name + "': ");
         }
         if (got == 0) {
             break;
@@ -478,6 +498,17 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
     if (left > 0) {
         failDamaged("'" + name + "': it is shorter than declared");
     }
+}
+
+// Only what the archive holds can be damaged; that it can't be read may pass.
+void ArchiveSource::failToRead(zip_error_t* error, const std::string& what) const
+{
+    const std::string reason = what + zip_error_strerror(error);
+    const int code = zip_error_code_zip(error);
+    if (code == ZIP_ER_READ || code == ZIP_ER_MEMORY) {
+        throw IoError(m_place.path + ": it can't be read: " + reason);
+    }
+    failDamaged(reason);
 }
 
 void ArchiveSource::failDamaged(const std::string& reason) const

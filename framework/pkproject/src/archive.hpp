@@ -48,14 +48,14 @@ public:
 
     /// Fills an empty index with what the archive holds. Throws FormatError for what is no zip
     /// archive, is damaged or encrypted, or holds what no project can, LimitError for one out of
-    /// bounds.
+    /// bounds, IoError.
     void load(Index& index);
 
     /// Reads the metadata file that load() found. Throws FormatError, LimitError.
     Metadata loadMetadata();
 
     /// The bytes of an entry of the source, whose checksum is verified. Throws FormatError for a
-    /// damaged entry, LimitError for more than `most`.
+    /// damaged entry, LimitError for more than `most`, IoError.
     QByteArray read(const Entry& entry, std::int64_t most);
 
     /// A staged file with the bytes of an entry of the source, whose checksum is verified. Throws
@@ -85,6 +85,8 @@ private:
     struct Item;
     Item item(std::uint64_t position);
     std::vector<Item> items();
+    static void sort(std::vector<Item>& items);
+    void append(Index& index, const Item& item, std::uint64_t& count) const;
     std::map<std::string, Item> contents();
     std::vector<std::string> changesTo(const struct stat& now) const;
     std::string nameOf(std::uint64_t position, const char* raw);
@@ -95,6 +97,7 @@ private:
     void read(std::uint64_t position, std::uint64_t size, const std::string& name,
               const Sink& sink);
     QByteArray readAll(std::uint64_t position, std::uint64_t size, const std::string& name);
+    [[noreturn]] void failToRead(zip_error_t* error, const std::string& what) const;
     [[noreturn]] void failDamaged(const std::string& reason) const;
 
     Place m_place;

@@ -24,6 +24,14 @@ QByteArray Contents::read(const Entry& entry, std::int64_t most) const
     return archive ? archive->read(original, most) : directory->read(original, most);
 }
 
+std::int64_t Contents::size(const Entry& entry) const
+{
+    if (const auto staged = entry.staged()) {
+        return statOf(staged->open()).st_size;
+    }
+    return originalInSource(entry)->stamp.bytes;
+}
+
 const Place* Contents::place() const
 {
     if (directory) {

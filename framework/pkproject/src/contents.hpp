@@ -22,6 +22,9 @@ public:
     /// unpacked on the disk.
     QByteArray read(const Entry& entry, std::int64_t most) const;
 
+    /// How many bytes an entry has, or had in the source when that was opened. Throws IoError.
+    std::int64_t size(const Entry& entry) const;
+
     /// Where the source is; null when there is none.
     const Place* place() const;
 

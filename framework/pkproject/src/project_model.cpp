@@ -122,6 +122,11 @@ QByteArray ProjectModel::getFileBytes(const QString& path, std::int64_t most) co
     return m_store->read(parsePath(path), most);
 }
 
+std::int64_t ProjectModel::getFileSize(const QString& path) const
+{
+    return m_store->size(parsePath(path));
+}
+
 void ProjectModel::writeFile(const QString& path, const QByteArray& bytes)
 {
     m_store->write(parsePath(path), bytes);

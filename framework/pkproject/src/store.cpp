@@ -173,6 +173,11 @@ QByteArray Store::read(const ProjectPath& path, std::int64_t most)
     return m_contents.read(getFile(path), std::min(most, a_largestArray));
 }
 
+std::int64_t Store::size(const ProjectPath& path) const
+{
+    return m_contents.size(getFile(path));
+}
+
 void Store::write(const ProjectPath& path, const QByteArray& bytes)
 {
     requireName(path);

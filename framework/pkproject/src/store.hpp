@@ -35,6 +35,7 @@ public:
     FILE* open(const ProjectPath& path, const std::string& mode);
     Fd open(Entry& file) { return m_contents.open(file); }
     QByteArray read(const ProjectPath& path, std::int64_t most);
+    std::int64_t size(const ProjectPath& path) const;
     void write(const ProjectPath& path, const QByteArray& bytes);
     std::string localPath(const ProjectPath& path);
     void makeDirectory(const ProjectPath& path, bool recursive);

@@ -181,6 +181,19 @@ TEST(Catalogue, CountsEverythingInOneText)
     EXPECT_EQ(UpdateCounts().text(), "");
 }
 
+TEST(Catalogue, LeavesMessagesOfBoxesThatCannotBeReadAlone)
+{
+    const Catalogue partly(u("L:"), {{u("L:/a"), {}, false}, {u("L:/b"), {}}});
+    Translator french = translator({message("L:/a", "one", "un", State::Finished),
+                                    message("L:/a", "two", "", State::Unfinished),
+                                    message("L:/b", "one", "un", State::Finished),
+                                    message("L:/b", "two", "", State::Unfinished)});
+    EXPECT_EQ(partly.update(french).text(), "1 vanished, 1 removed");
+    EXPECT_EQ(linesOf(french),
+              (std::vector<std::string>{"L:/a|one||un|finished", "L:/a|two|||unfinished",
+                                        "L:/b|one||un|vanished"}));
+}
+
 TEST(Catalogue, LeavesATranslatorThatIsUpToDateShared)
 {
     const Translator before = translator(rest());

@@ -215,6 +215,22 @@ TEST_F(OpeningLibraries, WarnsOfTranslationFilesThatWouldBeLostAndKeepsThem)
     EXPECT_TRUE(QFileInfo::exists(path("lib/translations/translation_xx.ts")));
 }
 
+TEST_F(OpeningLibraries, KeepsTranslationsWhoseDirectoryIsNoPartOfTheProject)
+{
+    make("lib", Form::Directory, "add-folder / A\n");
+    putLocal(path("outside/translation_fr.ts"), "<TS version=\"2.1\" language=\"fr\"></TS>");
+    ASSERT_EQ(::symlink("../outside", path("lib/translations").toStdString().c_str()), 0);
+    const Ending ending = run({"rename", "lib", "A", "C"});
+    EXPECT_EQ(ending.exitCode, 3);
+    EXPECT_NE(ending.error.find("kxbox: lib: 'translations' can't be read, and its translations "
+                                "would be lost\n"),
+              std::string::npos)
+        << ending.error;
+    EXPECT_TRUE(QFileInfo(path("lib/A")).isDir());
+    ASSERT_TRUE(QFile::remove(path("lib/translations")));
+    EXPECT_EQ(run({"rename", "lib", "A", "C"}).exitCode, 0);
+}
+
 TEST_F(OpeningLibraries, LetsNodesBeRenamedWhoseNamesNoOrderFileCanHold)
 {
     make("lib", Form::Directory);

@@ -297,6 +297,22 @@ TEST_P(Translations, OfAFileThatCantBeReadAreNotLost)
     expectFailure({"tr", "set", "lib", "Say: it", "de", "text", "Text"}, reason);
 }
 
+TEST_P(Translations, OfBoxesThatCannotBeReadStay)
+{
+    makeLibrary();
+    ASSERT_EQ(run({"tr", "add", "lib", "de"}).exitCode, 0);
+    const std::string before = getTs("de");
+    pk::project::ProjectModel model(path("lib"));
+    for (const QString& file : model.getFileList(QString(), false, true, false)) {
+        if (file.endsWith(q("/box.bhx"))) {
+            model.writeFile(file, "no XML");
+        }
+    }
+    model.save(QString(), pk::project::ArchiveFormat::Source, true);
+    expectNothing({"tr", "update", "lib"});
+    EXPECT_EQ(getTs("de"), before);
+}
+
 TEST_P(Translations, NeedAllTheirWords)
 {
     makeLibrary();

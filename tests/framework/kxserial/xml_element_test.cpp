@@ -312,6 +312,30 @@ TEST(XmlElement, AddsToAndRemovesFromContainers)
     EXPECT_THROW(box->addChildren({make("a")}, "no name"), std::invalid_argument);
 }
 
+TEST(XmlElement, ShowsItsChildrenAsTheyAreListed)
+{
+    for (const bool visited : {false, true}) {
+        const ElementPtr root =
+            element("<a>t<b c='1'><d/><e>f</e></b><!--x--><g xml:space='preserve'> </g></a>");
+        if (visited) {
+            visit(*root);
+        }
+        std::vector<std::string> shown;
+        const auto show = [&](const XmlElement& child) {
+            shown.push_back(child.beacon() + child.attribute("c", std::string("-")) +
+                            (child.text() ? *child.text() : "-"));
+        };
+        root->visitChildren([&](const XmlElement& child) {
+            show(child);
+            child.visitChildren(show);
+            EXPECT_EQ(child.mixedChildren().size(), child.beacon() == "b" ? 2U : 0U);
+            child.visitChildren(show);
+            EXPECT_EQ(root->mixedChildren().size(), 2U);
+        });
+        EXPECT_EQ(shown, (std::vector<std::string>{"b1-", "d--", "e-f", "d--", "e-f", "g- "}));
+    }
+}
+
 TEST(XmlElement, MakesAContainerEvenForNothing)
 {
     const ElementPtr box = make("Box");

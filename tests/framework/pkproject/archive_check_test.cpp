@@ -115,6 +115,52 @@ TEST_F(ArchiveCheck, NamesTheArchiveAndTheEntry)
                   ": damaged archive: 'shorter' has not the size that it declares");
 }
 
+// What the local header says, which the archive library does not look at.
+TEST_F(ArchiveCheck, RefusesHeadersThatDiffer)
+{
+    const RawZip zip{packedTo("name", deflated(QByteArray(1000, 'c')), 1000)};
+    const std::string good = zip.bytes();
+    EXPECT_NO_THROW(check(good));
+    // Places of the version, the flags, the method, time and date, the checksum, both sizes and
+    // the name.
+    for (const std::size_t at : {4U, 8U, 10U, 12U, 14U, 18U, 22U, 30U}) {
+        std::string bytes = good;
+        ++bytes[at];
+        EXPECT_EQ(messageOf<FormatError>([&] { check(bytes); }),
+                  m_directory.path("a.zip").toStdString() +
+                      ": damaged archive: the two headers of 'name' differ")
+            << at;
+    }
+    std::string lower = good;
+    --lower[4];
+    EXPECT_NO_THROW(check(lower));
+}
+
+TEST_F(ArchiveCheck, PassesWhatWasWrittenAsAStream)
+{
+    const auto streamed = [](std::uint16_t flags, bool isLeftOut) {
+        RawEntry entry = stored("a", "bytes");
+        entry.flags = flags;
+        RawZip zip{entry};
+        if (isLeftOut) {
+            zip.entries.replace(14, 12, std::string(12, '\0'));
+        }
+        return zip.bytes();
+    };
+    EXPECT_NO_THROW(check(streamed(0x0008, true)));
+    EXPECT_NO_THROW(check(streamed(0x0008, false)));
+    EXPECT_TRUE(isRefused(streamed(0, true)));
+}
+
+TEST_F(ArchiveCheck, RefusesAnotherNameOfOneHeaderAlone)
+{
+    RawEntry entry = stored("a", "bytes");
+    entry.fields = extraField(0x7075, little(1, 1) + little(crcOf("a"), 4) + "b");
+    EXPECT_TRUE(isRefused(RawZip{entry}.bytes()));
+    entry.localFields = entry.fields;
+    EXPECT_NO_THROW(check(RawZip{entry}.bytes()));
+}
+
 struct PathInArchive
 {
     const char* path;

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <ostream>
+#include <unistd.h>
 
 namespace pk::project::test {
 
@@ -42,6 +43,20 @@ protected:
             at = bytes.find("PK\1\2", at + 4);
         }
         return at;
+    }
+
+    // What this process reads from its open file from now on is an error.
+    static void replaceOpenFile(const QString& path)
+    {
+        int replaced = 0;
+        for (const QString& name : QDir(q("/proc/self/fd")).entryList(QDir::Files)) {
+            if (QFile::symLinkTarget(q("/proc/self/fd/") + name) == path) {
+                const Fd directory = openPath("/", O_RDONLY | O_DIRECTORY);
+                EXPECT_EQ(::dup2(directory.get(), name.toInt()), name.toInt());
+                ++replaced;
+            }
+        }
+        EXPECT_GT(replaced, 0);
     }
 
     TemporaryDirectory m_directory;
@@ -267,6 +282,28 @@ TEST_F(AnArchive, HasItsVersionControlFilesBesideTheProject)
               (std::vector<std::pair<std::uint64_t, std::string>>{{0, ".git/HEAD"}, {2, ".svn"}}));
     EXPECT_EQ(index.find({".git"}), nullptr);
     EXPECT_NE(index.find({"b", ".git", "x"}), nullptr);
+}
+
+TEST_F(AnArchive, WhoseVersionControlFilesCannotBeIsRefused)
+{
+    putZip(path(), {{"a", "1"}, {".git/a", "1"}, {".git//a", "2"}});
+    EXPECT_EQ(refusal(), path().toStdString() + ": damaged archive: it holds '.git/a' twice");
+    putZip(path(), {{"a", "1"}, {".git/b", "1"}, {".git", "2"}});
+    EXPECT_EQ(refusal(), path().toStdString() + ": damaged archive: '.git/b' lies in a file");
+    for (const char* const name : {".kxproject/", ".kxproject/x"}) {
+        putZip(path(), {{"a", "1"}, {name, ""}});
+        EXPECT_EQ(refusal(), path().toStdString() + ": damaged archive: '.kxproject' is no file");
+    }
+}
+
+// As on a disk with a bad sector: nothing is known of what is there.
+TEST_F(AnArchive, ThatCannotBeReadIsNotTakenForADamagedOne)
+{
+    putZip(path(), {{"a", noise(1, 100'000).toStdString()}});
+    const ProjectModel model(path());
+    replaceOpenFile(path());
+    const std::string error = messageOf<IoError>([&] { model.getFileBytes(q("a"), 1'000'000); });
+    EXPECT_EQ(error.find(path().toStdString() + ": it can't be read: 'a': "), 0U) << error;
 }
 
 TEST_F(AnArchive, WithDamagedMetadataIsRefused)

@@ -567,4 +567,16 @@ TEST_P(ModelInBothForms, SavesNothingWhenNothingChanged)
     EXPECT_EQ(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
 }
 
+TEST_P(ModelInBothForms, KnowsTheSizesOfFiles)
+{
+    ProjectModel model(path());
+    EXPECT_EQ(model.getFileSize(q("Motions/Walk/box.bhx")), 4);
+    model.writeFile(q("Motions/Walk/box.bhx"), "longer");
+    EXPECT_EQ(model.getFileSize(q("Motions/Walk/box.bhx")), 6);
+    model.move(q("Motions/Walk"), q("Run"), false);
+    EXPECT_EQ(model.getFileSize(q("Run/images/a.png")), 3);
+    EXPECT_THROW(model.getFileSize(q("Run")), PathNotFound);
+    EXPECT_THROW(model.getFileSize(q("none")), PathNotFound);
+}
+
 } // namespace pk::project::test

@@ -105,6 +105,12 @@ public:
     /// All child elements in document order.
     std::list<boost::shared_ptr<const XmlElement>> mixedChildren() const;
 
+    using ChildVisitor = std::function<void(const XmlElement& child)>;
+    /// Shows every child element, in document order. `visit` must not change this element. In one
+    /// that is still what its file says no child is made, which spares time and memory where most
+    /// are of no interest: then the child ends with the call.
+    void visitChildren(const ChildVisitor& visit) const;
+
     /// Appends a child. Throws `std::invalid_argument` for null and for an element that is this one
     /// or has it below.
     void addChild(boost::shared_ptr<XmlElement> child);

@@ -116,6 +116,10 @@ public:
     /// there are more, IoError, and FormatError when the archive that holds it is damaged.
     QByteArray getFileBytes(const QString& path, std::int64_t most) const;
 
+    /// How many bytes a file has, or had when the project was opened if it was not edited since:
+    /// nothing is read. Throws PathNotFound, and IoError for an edited one.
+    std::int64_t getFileSize(const QString& path) const;
+
     /// Creates or replaces a file. Throws AlreadyExists when a directory is there.
     void writeFile(const QString& path, const QByteArray& bytes);
 

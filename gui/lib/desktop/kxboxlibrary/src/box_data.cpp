@@ -53,11 +53,17 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
         throw std::invalid_argument("box data need a box element");
     }
     xml->getAttribute(a_tooltip, m_tooltip);
-    for (const auto& bitmap : xml->children(a_bitmap, a_bitmaps)) {
-        if (const auto text = bitmap->text()) {
-            m_bitmaps.append(QString::fromUtf8(text->c_str()));
+    bool isFirst = true;
+    xml->visitChildren([&](const XmlElement& container) {
+        if (container.beacon() == a_bitmaps && std::exchange(isFirst, false)) {
+            container.visitChildren([this](const XmlElement& bitmap) {
+                const auto text = bitmap.beacon() == a_bitmap ? bitmap.text() : nullptr;
+                if (text) {
+                    m_bitmaps.append(QString::fromUtf8(text->c_str()));
+                }
+            });
         }
-    }
+    });
     m_packed = std::make_unique<KR::PackedIos>(*xml);
     m_bitmapExpanded = xml->attribute(a_bitmapExpanded, true);
     m_behavior = isBehavior(xml);
@@ -184,21 +190,25 @@ bool BoxData::isBehavior(const boost::shared_ptr<const XmlElement>& box)
     if (!box) {
         throw std::invalid_argument("only a box element can be a behaviour");
     }
-    if (!box->firstChild(BoxConstants::a_timelineBeacon)) {
+    bool hasTimeline = false;
+    box->visitChildren([&](const XmlElement& child) {
+        hasTimeline = hasTimeline || child.beacon() == BoxConstants::a_timelineBeacon;
+    });
+    if (!hasTimeline) {
         return false; // as most are not, which takes no other look
     }
     static const std::set<std::string> expected{"Input/onLoad/1/1/0", "Input/onStart/1/1/2",
                                                 "Input/onStop/1/1/3"};
     std::set<std::string> inputs;
     bool hasOutput = false;
-    for (const auto& child : box->mixedChildren()) {
-        if (child->beacon() == BoxConstants::a_inputBeacon) {
-            inputs.insert(signature(*child, {"name", "type", "type_size", "nature"}));
-        } else if (child->beacon() == BoxConstants::a_outputBeacon) {
+    box->visitChildren([&](const XmlElement& child) {
+        if (child.beacon() == BoxConstants::a_inputBeacon) {
+            inputs.insert(signature(child, {"name", "type", "type_size", "nature"}));
+        } else if (child.beacon() == BoxConstants::a_outputBeacon) {
             hasOutput =
-                hasOutput || signature(*child, {"type", "type_size", "nature"}) == "Output/1/1/1";
+                hasOutput || signature(child, {"type", "type_size", "nature"}) == "Output/1/1/1";
         }
-    }
+    });
     return inputs == expected && hasOutput;
 }
 

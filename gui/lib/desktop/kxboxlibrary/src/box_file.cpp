@@ -52,13 +52,13 @@ void removeMetadata(pk::project::ProjectModel& model, const QString& prefix)
 
 } // namespace
 
-Box load(pk::project::ProjectModel& model, const QString& prefix)
+Box load(const pk::project::ProjectModel& model, const QString& prefix)
 {
     const auto file = project_xml::read(model, pathOf(model, prefix));
     const auto box = file.root && isAccepted(*file.root)
                          ? file.root->firstChild(BoxConstants::a_boxBeacon)
                          : boost::shared_ptr<XmlElement>();
-    return {box ? box->clone() : nullptr, file.isUnread};
+    return {box, file.isUnread};
 }
 
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix)

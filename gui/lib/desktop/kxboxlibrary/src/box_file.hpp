@@ -22,7 +22,8 @@ struct Box
     bool isUnread = false; ///< there is a file that could not be read (project_xml::Reading)
 };
 
-Box load(pk::project::ProjectModel& model, const QString& prefix);
+/// The element is part of a document that nobody else has.
+Box load(const pk::project::ProjectModel& model, const QString& prefix);
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix);
 void save(pk::project::ProjectModel& model, const QString& prefix,
           const boost::shared_ptr<XmlElement>& box);

@@ -93,13 +93,18 @@ void removeTranslationFilesBut(ProjectModel& model, const QSet<QString>& kept)
     }
 }
 
-/// Opens a local file for reading, if it is one: nothing that somebody put in its place meanwhile
-/// may lead elsewhere or make the program wait. Links lead to files where they are part of an
-/// installation.
+/// Opens a local file for reading, if it is one: nothing that somebody put in its place meanwhile,
+/// or in that of its directory, may lead elsewhere or make the program wait. Links lead to files
+/// where they are part of an installation.
 bool openRegular(QFile& file, bool mayBeLink)
 {
-    const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (mayBeLink ? 0 : O_NOFOLLOW);
-    const int fd = ::open(QFile::encodeName(file.fileName()).constData(), flags);
+    const int flags = O_CLOEXEC | (mayBeLink ? 0 : O_NOFOLLOW);
+    const QFileInfo place(file.fileName());
+    const int directory =
+        ::open(QFile::encodeName(place.path()).constData(), O_PATH | O_DIRECTORY | flags);
+    const int fd = ::openat(directory, QFile::encodeName(place.fileName()).constData(),
+                            O_RDONLY | O_NONBLOCK | flags);
+    ::close(directory);
     struct stat info = {};
     if (fd >= 0 && ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) &&
         file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
@@ -241,7 +246,20 @@ void BoxLibrary::updateTranslationFilesList()
     } else {
         const QString directory = translationsDirectory();
         for (const QString& name : m_model.getFileList(directory, false, false, false)) {
-            files.append(m_model.getFileLocalPath(directory + QLatin1Char('/') + name));
+            const QString path = directory + QLatin1Char('/') + name;
+            // Looked at first, because an archive's file is unpacked to have a local path.
+            if (m_model.getFileSize(path) > a_largestTranslationFile) {
+                warnOfFile("translation file is too large: " + path.toStdString(), __func__,
+                           __LINE__);
+                continue;
+            }
+            try {
+                files.append(m_model.getFileLocalPath(path));
+            } catch (const pk::project::FormatError& error) {
+                warnOfFile("could not open translation file: " + path.toStdString() +
+                               ", reason: " + error.what(),
+                           __func__, __LINE__);
+            }
         }
     }
     setTranslationFilesList(files);
@@ -255,28 +273,31 @@ void BoxLibrary::setTranslationFilesList(const QStringList& files)
     }
 }
 
+void BoxLibrary::warnOfFile(const std::string& message, const char* function, int line) const
+{
+    pk::log::log(pk::log::Warning, a_category, title().toStdString() + "- " + message,
+                 "gui/lib/desktop/kxboxlibrary/src/box_library", function, line);
+}
+
 void BoxLibrary::updateTranslators()
 {
-    const auto warn = [this](const std::string& message, int line) {
-        pk::log::log(pk::log::Warning, a_category, title().toStdString() + message,
-                     "gui/lib/desktop/kxboxlibrary/src/box_library", "updateTranslators", line);
-    };
     Translators translators;
     for (const QString& path : std::as_const(m_translationFiles)) {
         QFile file(path);
         if (!openRegular(file, m_readOnly)) {
-            warn("- could not open translation file: " + path.toStdString(), __LINE__);
+            warnOfFile("could not open translation file: " + path.toStdString(), __func__,
+                       __LINE__);
             continue;
         }
         if (file.size() > a_largestTranslationFile) {
-            warn("- translation file is too large: " + path.toStdString(), __LINE__);
+            warnOfFile("translation file is too large: " + path.toStdString(), __func__, __LINE__);
             continue;
         }
         const auto translator = m_memo->read(file.readAll());
         const QString& language = translator.languageCode();
         if (language.isEmpty()) {
-            warn("- No language code found in " + path.toStdString() + " translation file",
-                 __LINE__);
+            warnOfFile("No language code found in " + path.toStdString() + " translation file",
+                       __func__, __LINE__);
         } else if (!translators.contains(language)) {
             translators.insert(language, translator);
         }

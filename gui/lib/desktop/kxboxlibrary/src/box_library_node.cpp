@@ -325,8 +325,9 @@ bool BoxLibraryNode::saveAll()
 
 boost::shared_ptr<XmlElement> BoxLibraryNode::loadBox() const
 {
-    pk::project::ProjectModel* const model = project();
-    return model != nullptr ? box_file::load(*model, prefix()).element : nullptr;
+    const pk::project::ProjectModel* const model = project();
+    const auto box = model != nullptr ? box_file::load(*model, prefix()).element : nullptr;
+    return box ? box->clone() : nullptr;
 }
 
 QByteArray BoxLibraryNode::loadBoxData() const

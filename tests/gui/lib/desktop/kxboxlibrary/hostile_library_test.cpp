@@ -148,6 +148,19 @@ TEST_F(HostileLibrary, ReadsNoTranslationsFromWhatTookTheFilesPlace)
     QFile::remove(path("outside/fr.ts"));
 }
 
+TEST_F(HostileLibrary, ReadsNoTranslationsFromWhatTookTheirDirectorysPlace)
+{
+    putLocal(path("L.bxl/translations/translation_fr.ts"), translationFile("fr"));
+    putLocal(path("outside/translation_fr.ts"), translationFile("fr"));
+    ProjectModel model(path("L.bxl"));
+    ASSERT_TRUE(QDir(path("L.bxl/translations")).removeRecursively());
+    ASSERT_EQ(::symlink("../outside", path("L.bxl/translations").toStdString().c_str()), 0);
+    const LogRecords log;
+    EXPECT_TRUE(open(std::move(model))->translations().isEmpty());
+    EXPECT_EQ(log.of("BoxLibrary").size(), 1U);
+    ASSERT_TRUE(QFile::remove(path("outside/translation_fr.ts")));
+}
+
 struct Replaced
 {
     const char* name;

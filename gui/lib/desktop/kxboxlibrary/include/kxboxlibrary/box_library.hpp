@@ -122,13 +122,16 @@ public:
     /// Looks for the translation files: in a writable library every file directly in the project
     /// directory "translations", in a read-only one the files
     /// "libraries/box/FILENAME/translations/*.ts" of the application "kinestra" in the data
-    /// directories (pk::path::listData), FILENAME being the last part of path(). When the list is
-    /// not the one before, emits translationFilesListChanged(), by which the translators are read.
+    /// directories (pk::path::listData), FILENAME being the last part of path(). A file of the
+    /// project that is larger than 128 MiB, or damaged in an archive, is left out with a warning in
+    /// the log's category "BoxLibrary". When the list is not the one before, emits
+    /// translationFilesListChanged(), by which the translators are read. Throws what the project
+    /// model throws when a file can't be read at all; the list is then the one before.
     void updateTranslationFilesList();
 
     /// Reads every listed file anew. A file that can't be opened, is larger than 128 MiB or names
-    /// no language is left out with a warning in the log's category "BoxLibrary"; of several files
-    /// of one language the first counts.
+    /// no language is left out with such a warning; of several files of one language the first
+    /// counts.
     void updateTranslators();
 
     /// Replaces the translation files by one per entry, "translations/translation_LANGUAGE.ts" with
@@ -204,6 +207,7 @@ private:
     friend class BoxLibraryNode; // for subtreeContext()
 
     void setTranslationFilesList(const QStringList& files);
+    void warnOfFile(const std::string& message, const char* function, int line) const;
     void putBackTranslations(const Translators& translators, const QStringList& pathsBefore);
     /// The context of the node at a path and of all below it. The root's is the library's own,
     /// without the "/" of BoxLibraryNode::translationContext().
