@@ -35,13 +35,13 @@ struct Kind
 
 const std::vector<Kind>& kinds()
 {
-    static const std::vector<std::string> port{"id",        "name",   "tooltip", "type",
-                                               "type_size", "nature", "inner"};
+    static const std::vector<std::string> port{"name",   "id",    "type",   "type_size",
+                                               "nature", "inner", "tooltip"};
     static const std::vector<Kind> all{
         {XmlBeacons::a_inputBeacon, port},
         {XmlBeacons::a_outputBeacon, port},
         {XmlBeacons::a_parameterBeacon,
-         {"id", "name", "tooltip", "inherits_from_parent", "content_type", "value", "default_value",
+         {"name", "id", "tooltip", "inherits_from_parent", "content_type", "value", "default_value",
           "min", "max", "custom_choice"}}};
     return all;
 }
@@ -130,6 +130,7 @@ makeAll(const std::vector<Element>& elements, XmlManager::IoById& ioById,
 PackedIos::PackedIos(const XmlElement& box)
 {
     std::string packed;
+    packed.reserve(std::size_t{1} << 12); // more than most need
     box.visitChildren([&](const XmlElement& child) {
         const auto kind = std::find_if(kinds().begin(), kinds().end(), [&](const Kind& each) {
             return each.tag == child.beacon();

@@ -57,12 +57,14 @@ Fd duplicate(const Fd& file)
 
 } // namespace
 
-// Lets the archive library read the file, whose size it is told: it asks for one piece after the
-// other, each with a look and two reads.
+// Lets the archive library read the file, for which it asks in one piece after the other, each with
+// a look and two reads. It looks for an end in the last 64 KB and might take any: here these have
+// none but the one that was checked.
 class ArchiveSource::Input
 {
 public:
-    Input(const Fd& file, std::int64_t size) : m_file(file), m_size(static_cast<zip_uint64_t>(size))
+    Input(const Fd& file, const ArchiveEnd& end)
+        : m_file(file), m_endAt(end.at), m_end(std::string(a_searched, '\0') + end.bytes)
     {
         zip_error_init(&m_error);
     }
@@ -86,7 +88,7 @@ private:
         case ZIP_SOURCE_STAT: {
             auto& info = *static_cast<zip_stat_t*>(data);
             zip_stat_init(&info);
-            info.size = m_size;
+            info.size = m_endAt + m_end.size();
             info.valid = ZIP_STAT_SIZE;
             return sizeof info;
         }
@@ -96,8 +98,8 @@ private:
         case ZIP_SOURCE_READ:
             return read(static_cast<char*>(data), size);
         case ZIP_SOURCE_SEEK: {
-            const zip_int64_t to =
-                zip_source_seek_compute_offset(m_position, m_size, data, size, &m_error);
+            const zip_int64_t to = zip_source_seek_compute_offset(
+                m_position, m_endAt + m_end.size(), data, size, &m_error);
             m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
             return to < 0 ? -1 : 0;
         }
@@ -113,19 +115,33 @@ private:
         }
     }
 
-    zip_int64_t read(char* bytes, zip_uint64_t size)
+    // Nothing is thrown through the archive library, which is C.
+    zip_int64_t read(char* bytes, zip_uint64_t size) noexcept
     {
-        const ssize_t got = m_file.read(m_position, bytes, size);
-        if (got < 0) {
-            zip_error_set(&m_error, ZIP_ER_READ, errno);
-            return -1;
+        zip_uint64_t got = 0;
+        if (m_position < m_endAt) {
+            const zip_uint64_t wanted = std::min(size, m_endAt - m_position);
+            const ssize_t now = m_file.read(m_position, bytes, wanted);
+            if (now < 0) {
+                zip_error_set(&m_error, ZIP_ER_READ, errno);
+                return -1;
+            }
+            got = static_cast<zip_uint64_t>(now);
+            m_position += got;
+            if (m_position < m_endAt) { // all is read, or the file became shorter
+                return now;
+            }
         }
-        m_position += static_cast<zip_uint64_t>(got);
-        return got;
+        const std::size_t more = m_end.copy(bytes + got, size - got, m_position - m_endAt);
+        m_position += more;
+        return static_cast<zip_int64_t>(got + more);
     }
 
+    static constexpr std::size_t a_searched = std::size_t{1} << 17;
+
     ReadAhead m_file;
-    zip_uint64_t m_size;
+    zip_uint64_t m_endAt;
+    std::string m_end;
     zip_uint64_t m_position = 0;
     zip_error_t m_error{};
 };
@@ -161,9 +177,9 @@ zip_t* ArchiveSource::handle()
     if (m_zip) {
         return m_zip.get();
     }
-    checkArchive(m_file, m_place.path, m_limits);
+    const ArchiveEnd end = checkArchive(m_file, m_place.path, m_limits);
     ZipErrorFini failure;
-    m_input = std::make_unique<Input>(m_file, m_stamp.bytes);
+    m_input = std::make_unique<Input>(m_file, end);
     zip_source_t* const source =
         zip_source_function_create(Input::callback, m_input.get(), &failure.error);
     if (source == nullptr) {
@@ -387,8 +403,11 @@ void ArchiveSource::setPath(Item& item, const std::string& name, bool isUnix) co
 // it.
 std::string ArchiveSource::nameOf(std::uint64_t position, const char* raw)
 {
-    if (textOf(raw).toUtf8() == raw) {
-        return raw;
+    std::string name = raw;
+    const bool isAscii =
+        std::all_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x80; });
+    if (isAscii || textOf(name).toUtf8() == raw) {
+        return name;
     }
     const char* const converted = zip_get_name(handle(), position, 0);
     if (converted == nullptr) {

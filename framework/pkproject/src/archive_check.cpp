@@ -131,7 +131,7 @@ public:
     {
     }
 
-    void run()
+    ArchiveEnd run()
     {
         const Extent extent = findDirectory();
         checkCount(extent.count);
@@ -144,6 +144,7 @@ public:
         readDirectory(extent);
         checkNames();
         checkRanges(extent.offset);
+        return m_end;
     }
 
 private:
@@ -191,6 +192,7 @@ private:
     const std::string& m_path;
     const ArchiveLimits& m_limits;
     std::uint64_t m_size;
+    ArchiveEnd m_end;
     std::string m_directory;
     std::vector<Range> m_ranges;
     std::vector<std::uint32_t> m_hashes; ///< of all names
@@ -221,8 +223,11 @@ Extent Check::findDirectory()
         fail("its end is missing");
     }
     const std::uint64_t endAt = m_size - tailSize + *found;
+    m_end = {endAt, tail.substr(*found, a_endSize - 2) + std::string(2, '\0')};
     if (*found >= a_locatorSize && hasSignature(tail, *found - a_locatorSize, "PK\6\7")) {
-        return bigExtent(endAt - a_locatorSize, tail.substr(*found - a_locatorSize, a_locatorSize));
+        const std::string locator = tail.substr(*found - a_locatorSize, a_locatorSize);
+        m_end = {endAt - a_locatorSize, locator + m_end.bytes};
+        return bigExtent(m_end.at, locator);
     }
     Extent extent;
     extent.count = number16(tail, *found + 10);
@@ -433,9 +438,9 @@ std::uint64_t Check::endOf(const Header& central)
 
 } // namespace
 
-void checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits)
+ArchiveEnd checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits)
 {
-    Check(file, path, limits).run();
+    return Check(file, path, limits).run();
 }
 
 bool isArchivePath(const std::string& path)

@@ -33,6 +33,7 @@ ProjectPath parsePath(const QString& path)
                                                        : "the path is no valid Unicode"));
     }
     ProjectPath parts;
+    parts.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '/')) + 1);
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('/', begin), text.size());
         std::string part = text.substr(begin, end - begin);
@@ -62,7 +63,9 @@ bool isTooLong(std::size_t bytes, std::size_t names)
 
 QString textOf(const std::string& utf8)
 {
-    return QString::fromStdString("/" + utf8).mid(1);
+    // In front, a byte order mark would be dropped.
+    return beginsWithMark(utf8) ? QString::fromStdString("/" + utf8).mid(1)
+                                : QString::fromStdString(utf8);
 }
 
 bool beginsWithMark(const std::string& name)

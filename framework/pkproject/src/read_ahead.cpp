@@ -2,28 +2,33 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <unistd.h>
 
 namespace pk::project {
 
-ssize_t ReadAhead::read(std::uint64_t offset, char* bytes, std::size_t size)
+ssize_t ReadAhead::read(std::uint64_t offset, char* bytes, std::size_t size) noexcept
 {
+    if (size == 0) {
+        return 0;
+    }
     if (size > a_window) {
         return readFile(offset, bytes, size);
     }
-    if (offset < m_begin || offset + size > m_begin + m_bytes.size()) {
-        m_bytes.resize(a_window);
-        const ssize_t got = readFile(offset, m_bytes.data(), m_bytes.size());
+    if (offset < m_begin || offset + size > m_end) {
+        const ssize_t got = readFile(offset, m_bytes.get(), a_window);
         m_begin = offset;
-        m_bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        m_end = offset + static_cast<std::uint64_t>(std::max<ssize_t>(got, 0));
         if (got < 0) {
             return got;
         }
     }
-    return static_cast<ssize_t>(m_bytes.copy(bytes, size, offset - m_begin));
+    size = std::min<std::uint64_t>(size, m_end - offset);
+    std::memcpy(bytes, m_bytes.get() + (offset - m_begin), size);
+    return static_cast<ssize_t>(size);
 }
 
-ssize_t ReadAhead::readFile(std::uint64_t offset, char* bytes, std::size_t size) const
+ssize_t ReadAhead::readFile(std::uint64_t offset, char* bytes, std::size_t size) const noexcept
 {
     std::size_t got = 0;
     while (got < size) {

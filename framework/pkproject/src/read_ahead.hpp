@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <sys/types.h>
 
 namespace pk::project {
@@ -18,18 +18,19 @@ public:
     static constexpr std::size_t a_window = std::size_t{1} << 14;
 
     /// Refers to `file`.
-    explicit ReadAhead(const Fd& file) : m_file(file) {}
+    explicit ReadAhead(const Fd& file) : m_file(file), m_bytes(new char[a_window]) {}
 
     /// Copies `size` bytes that begin at `offset`, and gives how many there are, fewer only at the
     /// end of the file; -1 with errno set when they can't be read.
-    ssize_t read(std::uint64_t offset, char* bytes, std::size_t size);
+    ssize_t read(std::uint64_t offset, char* bytes, std::size_t size) noexcept;
 
 private:
-    ssize_t readFile(std::uint64_t offset, char* bytes, std::size_t size) const;
+    ssize_t readFile(std::uint64_t offset, char* bytes, std::size_t size) const noexcept;
 
     const Fd& m_file;
-    std::string m_bytes;       ///< of the last window
-    std::uint64_t m_begin = 0; ///< where they are in the file
+    std::unique_ptr<char[]> m_bytes; ///< of the last window
+    std::uint64_t m_begin = 0;       ///< where they are in the file
+    std::uint64_t m_end = 0;
 };
 
 } // namespace pk::project

@@ -85,6 +85,39 @@ TEST_F(ArchiveCheck, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
     EXPECT_GT(refused, 0);
 }
 
+TEST_F(ArchiveCheck, SaysWhereTheEndIs)
+{
+    const auto endOf = [this](const std::string& bytes) {
+        const std::string path = m_directory.path("a.zip").toStdString();
+        putLocal(m_directory.path("a.zip"), QByteArray::fromStdString(bytes));
+        return checkArchive(openPath(path, O_RDONLY), path, {});
+    };
+    const RawZip zip = ordinary();
+    const std::string before = zip.entries + zip.directory;
+    const ArchiveEnd end = endOf(before + zip.end("a comment"));
+    EXPECT_EQ(end.at, before.size());
+    EXPECT_EQ(end.bytes, zip.end());
+    const ArchiveEnd big = endOf(before + zip.bigEnd() + zip.end("a comment"));
+    EXPECT_EQ(big.at, before.size() + 56);
+    EXPECT_EQ(big.bytes, zip.bigEnd().substr(56) + zip.end());
+}
+
+TEST_F(ArchiveCheck, RefusesPlacesThatNoFileHas)
+{
+    const RawZip zip = ordinary();
+    for (const std::uint64_t place : {~std::uint64_t{0}, std::uint64_t{1} << 63U}) {
+        std::string end = zip.bigEnd();
+        end.replace(56 + 8, 8, little(place, 8));
+        EXPECT_THROW(check(zip.entries + zip.directory + end + zip.end()), FormatError);
+        RawEntry entry = stored("a", "bytes");
+        entry.at = 0xffffffff;
+        entry.fields = extraField(1, little(place, 8));
+        RawZip far{stored("b", "bytes")};
+        far.add(entry);
+        EXPECT_THROW(check(far.bytes()), FormatError);
+    }
+}
+
 TEST_F(ArchiveCheck, CountsEntriesAndDirectoryBytesUpToTheLimits)
 {
     const RawZip zip = ordinary();

@@ -53,10 +53,12 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
         throw std::invalid_argument("box data need a box element");
     }
     xml->getAttribute(a_tooltip, m_tooltip);
-    bool isFirst = true;
-    xml->visitChildren([&](const XmlElement& container) {
-        if (container.beacon() == a_bitmaps && std::exchange(isFirst, false)) {
-            container.visitChildren([this](const XmlElement& bitmap) {
+    bool hasBitmaps = false;
+    bool hasTimeline = false;
+    xml->visitChildren([&](const XmlElement& child) {
+        hasTimeline = hasTimeline || child.beacon() == BoxConstants::a_timelineBeacon;
+        if (child.beacon() == a_bitmaps && !std::exchange(hasBitmaps, true)) {
+            child.visitChildren([this](const XmlElement& bitmap) {
                 const auto text = bitmap.beacon() == a_bitmap ? bitmap.text() : nullptr;
                 if (text) {
                     m_bitmaps.append(QString::fromUtf8(text->c_str()));
@@ -66,7 +68,7 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
     });
     m_packed = std::make_unique<KR::PackedIos>(*xml);
     m_bitmapExpanded = xml->attribute(a_bitmapExpanded, true);
-    m_behavior = isBehavior(xml);
+    m_behavior = hasTimeline && isBehavior(xml); // as few are, which takes no other look
 }
 
 BoxData::~BoxData() = default;
@@ -190,26 +192,22 @@ bool BoxData::isBehavior(const boost::shared_ptr<const XmlElement>& box)
     if (!box) {
         throw std::invalid_argument("only a box element can be a behaviour");
     }
-    bool hasTimeline = false;
-    box->visitChildren([&](const XmlElement& child) {
-        hasTimeline = hasTimeline || child.beacon() == BoxConstants::a_timelineBeacon;
-    });
-    if (!hasTimeline) {
-        return false; // as most are not, which takes no other look
-    }
     static const std::set<std::string> expected{"Input/onLoad/1/1/0", "Input/onStart/1/1/2",
                                                 "Input/onStop/1/1/3"};
     std::set<std::string> inputs;
     bool hasOutput = false;
+    bool hasTimeline = false;
     box->visitChildren([&](const XmlElement& child) {
-        if (child.beacon() == BoxConstants::a_inputBeacon) {
+        if (child.beacon() == BoxConstants::a_timelineBeacon) {
+            hasTimeline = true;
+        } else if (child.beacon() == BoxConstants::a_inputBeacon) {
             inputs.insert(signature(child, {"name", "type", "type_size", "nature"}));
         } else if (child.beacon() == BoxConstants::a_outputBeacon) {
             hasOutput =
                 hasOutput || signature(child, {"type", "type_size", "nature"}) == "Output/1/1/1";
         }
     });
-    return inputs == expected && hasOutput;
+    return hasTimeline && inputs == expected && hasOutput;
 }
 
 } // namespace KX

@@ -30,9 +30,6 @@ boost::shared_ptr<XmlDocument> readDocument(const Stream& stream)
 Reading read(const pk::project::ProjectModel& model, const QString& path)
 {
     Reading reading;
-    if (!model.hasFile(path)) {
-        return reading;
-    }
     try {
         reading.bytes = model.getFileBytes(path, a_mostBytes);
         const auto size = static_cast<std::size_t>(reading.bytes.size());
@@ -40,6 +37,9 @@ Reading read(const pk::project::ProjectModel& model, const QString& path)
             XmlDocument::loadFromXmlBytes(reading.bytes.constData(), size, nullptr, nullptr);
         reading.root = document ? document->root() : nullptr;
     } catch (const pk::project::Error& error) {
+        if (!model.hasFile(path)) { // which is not asked before, as it mostly is there
+            return reading;
+        }
         // Nothing can be had of a damaged or endless file; of any other one, as one that is gone
         // just now, it may still be.
         reading.isUnread = dynamic_cast<const pk::project::FormatError*>(&error) == nullptr &&
