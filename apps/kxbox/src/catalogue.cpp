@@ -1,6 +1,7 @@
 #include "catalogue.hpp"
 
 #include "box_texts.hpp"
+#include "left_out.hpp"
 #include "open_library.hpp"
 
 #include <algorithm>
@@ -13,24 +14,31 @@ using KR::Localization::Translator;
 
 namespace {
 
-bool hasBoxFile(const pk::project::ProjectModel& model, const KX::BoxLibraryNode& node)
-{
-    const QString prefix = node.path().isEmpty() ? QString() : node.path() + QLatin1Char('/');
-    return model.hasFile(prefix + QStringLiteral("box.bhx")) ||
-           model.hasFile(prefix + QStringLiteral("behavior.bhx"));
-}
-
 std::vector<BoxTexts> textsOf(KX::BoxLibrary& library)
 {
     std::vector<BoxTexts> boxes;
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*library.boxRoot())) {
         if (const auto data = node->boxData()) {
             boxes.push_back({node->translationContext(), translatableTexts(*data)});
-        } else if (hasBoxFile(library.projectModel(), *node)) {
-            boxes.push_back({node->translationContext(), {}, false});
         }
     }
     return boxes;
+}
+
+/// Whether there is a file for the box of a context, in the project or left out of it.
+Catalogue::IsUnknown hasFileOfNoBox(const KX::BoxLibrary& library)
+{
+    const auto& model = library.projectModel();
+    return [&model, leftOut = LeftOut(model),
+            library = library.translationContext() + QLatin1Char('/')](const QString& context) {
+        for (const char* const name : {"/box.bhx", "/behavior.bhx"}) {
+            const QString file = context.mid(library.size()) + QLatin1String(name);
+            if (model.hasFile(file) || leftOut.has(file)) {
+                return true;
+            }
+        }
+        return false;
+    };
 }
 
 /// Whether a file keeps the message when its text is gone: not without a first form, or with one
@@ -61,12 +69,12 @@ std::string UpdateCounts::text() const
 }
 
 Catalogue::Catalogue(KX::BoxLibrary& library)
-    : Catalogue(library.translationContext(), textsOf(library))
+    : Catalogue(library.translationContext(), textsOf(library), hasFileOfNoBox(library))
 {
 }
 
-Catalogue::Catalogue(QString prefix, std::vector<BoxTexts> boxes)
-    : m_prefix(std::move(prefix)), m_boxes(std::move(boxes))
+Catalogue::Catalogue(QString prefix, std::vector<BoxTexts> boxes, IsUnknown isUnknown)
+    : m_prefix(std::move(prefix)), m_boxes(std::move(boxes)), m_isUnknown(std::move(isUnknown))
 {
     for (std::size_t i = 0; i < m_boxes.size(); ++i) {
         const BoxTexts& box = m_boxes[i];
@@ -89,12 +97,14 @@ public:
 private:
     void lookAt(const QList<Message>& messages);
     void put(Message message);
+    bool isUnknown(const QString& context);
     void putGone(Message message);
     void putNew(const BoxTexts& box);
 
     const Catalogue& m_catalogue;
     QSet<TextKey> m_known;             // the texts that have messages
     QHash<QString, int> m_lastMessage; // its position, by context
+    QHash<QString, bool> m_unknown;    // by context, as far as asked
     QList<Message> m_messages;
     UpdateCounts m_counts;
 };
@@ -129,11 +139,8 @@ void Catalogue::Update::lookAt(const QList<Message>& messages)
 
 void Catalogue::Update::put(Message message)
 {
-    const auto box = m_catalogue.m_boxByContext.constFind(message.context());
-    const bool isKnown =
-        box == m_catalogue.m_boxByContext.constEnd() || m_catalogue.m_boxes[*box].isKnown;
     if (!message.context().startsWith(m_catalogue.m_prefix) || message.source().isEmpty() ||
-        !isKnown) {
+        isUnknown(message.context())) {
         m_messages.append(message);
         return;
     }
@@ -148,6 +155,17 @@ void Catalogue::Update::put(Message message)
         ++m_counts.restored;
     }
     m_messages.append(message);
+}
+
+bool Catalogue::Update::isUnknown(const QString& context)
+{
+    if (!m_catalogue.m_isUnknown || m_catalogue.m_boxByContext.contains(context)) {
+        return false;
+    }
+    const auto known = m_unknown.constFind(context);
+    return known != m_unknown.constEnd()
+               ? *known
+               : *m_unknown.insert(context, m_catalogue.m_isUnknown(context));
 }
 
 void Catalogue::Update::putGone(Message message)

@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,6 @@ struct BoxTexts
 {
     QString context;
     QStringList texts;
-    bool isKnown = true; ///< else the box file can't be read: nobody knows what texts there are
 };
 
 /// How many messages an update changed.
@@ -41,10 +41,14 @@ struct UpdateCounts
 class Catalogue
 {
 public:
+    /// Refers to the library.
     explicit Catalogue(KX::BoxLibrary& library);
+    /// Whether nobody knows what texts a context has that is none of a box, as when the box can't
+    /// be read.
+    using IsUnknown = std::function<bool(const QString& context)>;
     /// `prefix` is what the contexts of all boxes, those that are gone too, begin with; `boxes` are
     /// in the order of the tree, no two with the same context.
-    Catalogue(QString prefix, std::vector<BoxTexts> boxes);
+    Catalogue(QString prefix, std::vector<BoxTexts> boxes, IsUnknown isUnknown = {});
 
     /// Gives every text a message, and marks the messages of texts that are gone.
     ///
@@ -52,8 +56,8 @@ public:
     /// boxes come at the end. The message of a text that is gone becomes vanished, or is removed
     /// when it has no translation. One whose text is back is finished again if it is vanished, and
     /// unfinished if it is obsolete or has no translation. All others, messages in contexts without
-    /// the prefix or of boxes that can't be read, and those without a source (comments on a
-    /// context), stay as they are.
+    /// the prefix or with unknown texts, and those without a source (comments on a context), stay
+    /// as they are.
     UpdateCounts update(KR::Localization::Translator& translator) const;
 
 private:
@@ -63,6 +67,7 @@ private:
     std::vector<BoxTexts> m_boxes;
     QHash<QString, std::size_t> m_boxByContext; // its place in m_boxes
     QSet<TextKey> m_texts;
+    IsUnknown m_isUnknown;
 };
 
 } // namespace kxbox

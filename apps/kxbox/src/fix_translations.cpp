@@ -183,6 +183,9 @@ void fixTranslations(OpenLibrary& library, std::vector<TranslationFile>& files, 
 bool moveMessages(OpenLibrary& library, std::vector<TranslationFile>& files,
                   const QMap<QString, QString>& contexts)
 {
+    if (library.areTranslationsLeftOut()) {
+        return false;
+    }
     const KR::Localization::ContextMatchPatcher patcher(contexts);
     std::vector<std::pair<TranslationFile*, QByteArray>> written;
     for (TranslationFile& file : files) {

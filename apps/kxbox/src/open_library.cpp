@@ -1,6 +1,7 @@
 #include "open_library.hpp"
 
 #include "failure.hpp"
+#include "left_out.hpp"
 #include "node_address.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -17,6 +18,11 @@ using KX::BoxLibraryNode;
 using pk::project::ProjectModel;
 
 namespace {
+
+QString translationsDirectory()
+{
+    return QString::fromLatin1(KX::BoxConstants::a_boxLibraryTranslations);
+}
 
 /// Not from any box file, so that nobody makes a library of a directory that has some deep in it.
 bool looksLikeLibrary(const ProjectModel& model)
@@ -66,10 +72,7 @@ ProjectModel openProject(const std::string& path, Progress& progress)
 OpenLibrary::OpenLibrary(const std::string& path, Progress& progress)
     : m_path(path), m_progress(progress), m_library(new KX::BoxLibrary(openProject(path, progress)))
 {
-    const QString name = QString::fromLatin1(KX::BoxConstants::a_boxLibraryTranslations);
-    const QFileInfo place(m_library->path() + QLatin1Char('/') + name);
-    const QStringList top = m_library->projectModel().getFileList(QString(), false, true, true);
-    m_areTranslationsLeftOut = (place.exists() || place.isSymLink()) && !top.contains(name);
+    m_areTranslationsLeftOut = LeftOut(m_library->projectModel()).hasAnyIn(translationsDirectory());
 }
 
 std::string OpenLibrary::nameOf(const BoxLibraryNode& node) const
@@ -189,12 +192,12 @@ QSet<QString> OpenLibrary::behaviors(BoxLibraryNode& node) const
 
 void OpenLibrary::requireReadableTranslations() const
 {
-    const QString directory = QString::fromLatin1(KX::BoxConstants::a_boxLibraryTranslations);
     if (m_areTranslationsLeftOut) {
-        throw Failure(m_path + ": '" + directory.toStdString() +
-                      "' can't be read, and its translations would be lost");
+        throw Failure(m_path + ": not all of '" + translationsDirectory().toStdString() +
+                      "' can be read: the rest would be lost");
     }
-    const auto files = m_library->projectModel().getFileList(directory, false, true, false).size();
+    const auto files =
+        m_library->projectModel().getFileList(translationsDirectory(), false, false, false).size();
     const auto languages = m_library->translations().size();
     if (files != languages) {
         throw Failure(m_path + ": " + std::to_string(files - languages) + " of " +

@@ -67,6 +67,8 @@ public:
     /// Throws Failure when a translation file would be lost with the next change of messages,
     /// because it can't be read, names no language, or its language has another file.
     void requireReadableTranslations() const;
+    /// Whether there are translations that opening left out of the project.
+    bool areTranslationsLeftOut() const { return m_areTranslationsLeftOut; }
 
     /// Whether the disk lets it be saved: the library, and the directory that it is in, where the
     /// store keeps what it needs for a save.
@@ -90,7 +92,7 @@ private:
     std::unique_ptr<KX::BoxLibrary, KX::TreeDeleter> m_library;
     Addressing m_addressing = Addressing::Names;
     bool m_edited = false;
-    bool m_areTranslationsLeftOut = false; // of the project, though there are any
+    bool m_areTranslationsLeftOut = false;
 };
 
 /// The project of a library: a directory or an archive. Where the metadata does not say what it is,

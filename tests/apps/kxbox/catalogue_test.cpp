@@ -183,7 +183,8 @@ TEST(Catalogue, CountsEverythingInOneText)
 
 TEST(Catalogue, LeavesMessagesOfBoxesThatCannotBeReadAlone)
 {
-    const Catalogue partly(u("L:"), {{u("L:/a"), {}, false}, {u("L:/b"), {}}});
+    const Catalogue partly(u("L:"), {},
+                           [](const QString& context) { return context == u("L:/a"); });
     Translator french = translator({message("L:/a", "one", "un", State::Finished),
                                     message("L:/a", "two", "", State::Unfinished),
                                     message("L:/b", "one", "un", State::Finished),

@@ -222,13 +222,25 @@ TEST_F(OpeningLibraries, KeepsTranslationsWhoseDirectoryIsNoPartOfTheProject)
     ASSERT_EQ(::symlink("../outside", path("lib/translations").toStdString().c_str()), 0);
     const Ending ending = run({"rename", "lib", "A", "C"});
     EXPECT_EQ(ending.exitCode, 3);
-    EXPECT_NE(ending.error.find("kxbox: lib: 'translations' can't be read, and its translations "
-                                "would be lost\n"),
+    EXPECT_NE(ending.error.find("kxbox: lib: not all of 'translations' can be read: the rest would "
+                                "be lost\n"),
               std::string::npos)
         << ending.error;
     EXPECT_TRUE(QFileInfo(path("lib/A")).isDir());
     ASSERT_TRUE(QFile::remove(path("lib/translations")));
-    EXPECT_EQ(run({"rename", "lib", "A", "C"}).exitCode, 0);
+    ASSERT_EQ(run({"tr", "add", "lib", "de"}).exitCode, 0);
+    ASSERT_EQ(::symlink("../../outside/translation_fr.ts",
+                        path("lib/translations/translation_fr.ts").toStdString().c_str()),
+              0);
+    EXPECT_EQ(run({"rename", "lib", "A", "C"}).exitCode, 3);
+    ASSERT_TRUE(QDir().rename(path("lib/A"), path("lib/A%2FB")));
+    const Ending fixed = run({"check", "lib", "--fix"});
+    EXPECT_NE(fixed.out.find("not fixed: A%2FB: messages could get lost"), std::string::npos)
+        << fixed.out;
+    EXPECT_TRUE(QFileInfo(path("lib/translations/translation_fr.ts")).isSymLink());
+    ASSERT_TRUE(QFile::remove(path("lib/translations/translation_fr.ts")));
+    EXPECT_EQ(run({"check", "lib", "--fix"}).out.find("not fixed: "), std::string::npos);
+    EXPECT_TRUE(QFileInfo(path("lib/A%2fB")).isDir());
 }
 
 TEST_F(OpeningLibraries, LetsNodesBeRenamedWhoseNamesNoOrderFileCanHold)

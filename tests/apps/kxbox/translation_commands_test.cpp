@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -311,6 +312,23 @@ TEST_P(Translations, OfBoxesThatCannotBeReadStay)
     model.save(QString(), pk::project::ArchiveFormat::Source, true);
     expectNothing({"tr", "update", "lib"});
     EXPECT_EQ(getTs("de"), before);
+}
+
+TEST_P(Translations, OfWhatIsLeftOutOfADirectoryStay)
+{
+    makeLibrary();
+    ASSERT_EQ(run({"tr", "add", "lib", "de"}).exitCode, 0);
+    const std::string before = getTs("de");
+    if (!QFileInfo(path("lib")).isDir()) {
+        return; // an archive has nothing of the kind
+    }
+    ASSERT_TRUE(QDir().rename(path("lib/Motion"), path("elsewhere")));
+    ASSERT_EQ(::symlink("../elsewhere", path("lib/Motion").toStdString().c_str()), 0);
+    EXPECT_EQ(run({"tr", "update", "lib"}).out, "Nothing to change.\n");
+    EXPECT_EQ(getTs("de"), before);
+    ASSERT_TRUE(QFile::remove(path("lib/Motion")));
+    EXPECT_NE(run({"tr", "update", "lib"}).out, "Nothing to change.\n");
+    EXPECT_NE(getTs("de"), before);
 }
 
 TEST_P(Translations, NeedAllTheirWords)

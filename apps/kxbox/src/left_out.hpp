@@ -1,0 +1,29 @@
+#pragma once
+
+#include <pk/project/project_model.hpp>
+
+#include <QSet>
+#include <QString>
+
+namespace kxbox {
+
+/// What lies in the directory of a library and is no part of its project, because it could not be
+/// read when the library was opened, or is a link or no file: nobody knows what is in it, so it
+/// must not count as gone. An archive has nothing of the kind.
+class LeftOut
+{
+public:
+    /// Compares the project, as it is now, with its source on the disk.
+    explicit LeftOut(const pk::project::ProjectModel& model);
+
+    /// Whether `path`, or a directory above it, was left out.
+    bool has(const QString& path) const;
+    /// Whether a directory, or anything directly in it, was left out.
+    bool hasAnyIn(const QString& directory) const;
+
+private:
+    QString m_source;
+    QSet<QString> m_project; // all paths
+};
+
+} // namespace kxbox
