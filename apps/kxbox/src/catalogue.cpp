@@ -29,15 +29,13 @@ std::vector<BoxTexts> textsOf(KX::BoxLibrary& library)
 Catalogue::IsUnknown hasFileOfNoBox(const KX::BoxLibrary& library)
 {
     const auto& model = library.projectModel();
-    return [&model, leftOut = LeftOut(model),
-            library = library.translationContext() + QLatin1Char('/')](const QString& context) {
-        for (const char* const name : {"/box.bhx", "/behavior.bhx"}) {
-            const QString file = context.mid(library.size()) + QLatin1String(name);
-            if (model.hasFile(file) || leftOut.has(file)) {
-                return true;
-            }
-        }
-        return false;
+    const int prefix = library.translationContext().size() + 1;
+    return [&model, leftOut = LeftOut(model), prefix](const QString& context) {
+        const auto isThere = [&](const char* name) {
+            const QString file = context.mid(prefix) + QLatin1String(name);
+            return model.hasFile(file) || leftOut.has(file);
+        };
+        return isThere("/box.bhx") || isThere("/behavior.bhx");
     };
 }
 

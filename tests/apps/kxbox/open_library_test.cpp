@@ -218,7 +218,7 @@ TEST_F(OpeningLibraries, WarnsOfTranslationFilesThatWouldBeLostAndKeepsThem)
 TEST_F(OpeningLibraries, KeepsTranslationsWhoseDirectoryIsNoPartOfTheProject)
 {
     make("lib", Form::Directory, "add-folder / A\n");
-    putLocal(path("outside/translation_fr.ts"), "<TS version=\"2.1\" language=\"fr\"></TS>");
+    putLocal(path("outside/translation_fr.ts"), R"(<TS version="2.1" language="fr"></TS>)");
     ASSERT_EQ(::symlink("../outside", path("lib/translations").toStdString().c_str()), 0);
     const Ending ending = run({"rename", "lib", "A", "C"});
     EXPECT_EQ(ending.exitCode, 3);

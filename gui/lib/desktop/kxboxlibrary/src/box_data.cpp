@@ -88,13 +88,19 @@ const BoxData::Ios& BoxData::ios() const
 void BoxData::updateData(const QString& name, const QString& tooltip, const QList<QString>& bitmaps,
                          bool bitmapExpanded)
 {
-    const auto self = weak_from_this().lock(); // held, whoever reacts
+    const QPointer<BoxData> self(this); // whoever hears of a change may remove the box
     if (m_node) {
         m_node->setName(toText(name));
     }
-    setTooltip(tooltip);
-    setBitmaps(bitmaps);
-    setBitmapExpanded(bitmapExpanded);
+    if (self) {
+        setTooltip(tooltip);
+    }
+    if (self) {
+        setBitmaps(bitmaps);
+    }
+    if (self) {
+        setBitmapExpanded(bitmapExpanded);
+    }
 }
 
 template <class Value, class Signal>
@@ -104,7 +110,7 @@ void BoxData::change(Value& current, bool& isUnwritten, const Value& value, Sign
     if (value == current && !isUnwritten) {
         return;
     }
-    const auto self = weak_from_this().lock(); // held, whoever reacts
+    const auto held = m_node ? m_node->boxData() : nullptr; // whoever reacts to the write
     const bool wasUnwritten = isUnwritten;
     current = value;
     isUnwritten = true; // unless the writing ends

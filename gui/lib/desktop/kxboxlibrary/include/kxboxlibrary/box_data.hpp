@@ -13,7 +13,6 @@
 #include <QPointer>
 #include <QString>
 #include <boost/shared_ptr.hpp>
-#include <boost/smart_ptr/enable_shared_from_this.hpp>
 
 #include <functional>
 #include <memory>
@@ -34,7 +33,7 @@ class BoxLibraryNode;
 /// that whoever else holds them keeps them. Data whose node is gone behave like data without one.
 ///
 /// Used from the library's thread only.
-class KXBOXLIBRARY_EXPORT BoxData : public QObject, public boost::enable_shared_from_this<BoxData>
+class KXBOXLIBRARY_EXPORT BoxData : public QObject
 {
     Q_OBJECT
 
