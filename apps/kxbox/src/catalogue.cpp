@@ -31,11 +31,9 @@ Catalogue::IsUnknown hasFileOfNoBox(const KX::BoxLibrary& library)
     const auto& model = library.projectModel();
     const int prefix = library.translationContext().size() + 1;
     return [&model, leftOut = LeftOut(model), prefix](const QString& context) {
-        const auto isThere = [&](const char* name) {
-            const QString file = context.mid(prefix) + QLatin1String(name);
-            return model.hasFile(file) || leftOut.has(file);
-        };
-        return isThere("/box.bhx") || isThere("/behavior.bhx");
+        const QString path = context.mid(prefix);
+        return leftOut.hasBoxAt(path) || model.hasFile(path + QStringLiteral("/box.bhx")) ||
+               model.hasFile(path + QStringLiteral("/behavior.bhx"));
     };
 }
 

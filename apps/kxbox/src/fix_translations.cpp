@@ -1,5 +1,6 @@
 // Translation files that the library would lose.
 #include "check_fixes.hpp"
+#include "left_out.hpp"
 #include "translation_files.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -146,10 +147,16 @@ void TranslationFixes::removeUntranslated()
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*m_library->boxRoot())) {
         contexts.insert(node->translationContext());
     }
+    const LeftOut leftOut(m_library->projectModel());
+    const QString prefix = contextOf(QString());
+    const auto isLeftOut = [&](const QString& context) {
+        return context.startsWith(prefix) && leftOut.hasBoxAt(context.mid(prefix.size()));
+    };
     // Of what somebody has worked on nothing goes.
-    const auto isUseless = [&contexts](const Message& message) {
+    const auto isUseless = [&](const Message& message) {
         return isInUse(message) && !message.isTranslated() &&
-               message.translatorComment().isEmpty() && !contexts.contains(message.context());
+               message.translatorComment().isEmpty() && !contexts.contains(message.context()) &&
+               !isLeftOut(message.context());
     };
     for (TranslationFile& file : m_files) {
         Translator remaining = file.translator;

@@ -1,10 +1,11 @@
 #include "left_out.hpp"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace kxbox {
 
@@ -27,14 +28,25 @@ bool LeftOut::has(const QString& path) const
     return false;
 }
 
+bool LeftOut::hasBoxAt(const QString& path) const
+{
+    return has(path + QStringLiteral("/box.bhx")) || has(path + QStringLiteral("/behavior.bhx"));
+}
+
 bool LeftOut::hasAnyIn(const QString& directory) const
 {
-    const QStringList names =
-        QDir(m_source + QLatin1Char('/') + directory)
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    return has(directory) || std::any_of(names.begin(), names.end(), [&](const QString& name) {
-               return has(directory + QLatin1Char('/') + name);
-           });
+    namespace fs = std::filesystem;
+    if (has(directory)) {
+        return true;
+    }
+    const fs::path source(m_source.toStdString());
+    std::error_code error;
+    const fs::recursive_directory_iterator all(source / directory.toStdString(), error);
+    return std::any_of(begin(all), end(all), [&](const fs::directory_entry& entry) {
+        const std::string path = entry.path().lexically_relative(source).string();
+        const QString text = QString::fromStdString(path);
+        return text.toStdString() != path || has(text); // which is no UTF-8
+    });
 }
 
 } // namespace kxbox

@@ -18,7 +18,9 @@ public:
 
     /// Whether `path`, or a directory above it, was left out.
     bool has(const QString& path) const;
-    /// Whether a directory, or anything directly in it, was left out.
+    /// Whether the box file of a box at `path` was left out, or a directory above it.
+    bool hasBoxAt(const QString& path) const;
+    /// Whether a directory, or anything below it, was left out.
     bool hasAnyIn(const QString& directory) const;
 
 private:

@@ -197,7 +197,7 @@ void OpenLibrary::requireReadableTranslations() const
                       "' can be read: the rest would be lost");
     }
     const auto files =
-        m_library->projectModel().getFileList(translationsDirectory(), false, false, false).size();
+        m_library->projectModel().getFileList(translationsDirectory(), false, true, false).size();
     const auto languages = m_library->translations().size();
     if (files != languages) {
         throw Failure(m_path + ": " + std::to_string(files - languages) + " of " +

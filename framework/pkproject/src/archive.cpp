@@ -55,16 +55,37 @@ Fd duplicate(const Fd& file)
     return {::fcntl(file.get(), F_DUPFD_CLOEXEC, 0), file.path()};
 }
 
+std::string little(std::uint64_t value, int size)
+{
+    std::string bytes;
+    for (int i = 0; i < size; ++i) {
+        bytes += static_cast<char>(value >> (8 * i) & 0xff);
+    }
+    return bytes;
+}
+
+// The records that say where a central directory is, with numbers of 64 bits. They stand at `at`.
+std::string endOf(const CentralDirectory& directory, std::uint64_t at)
+{
+    const std::string record = little(45, 2) + little(45, 2) + little(0, 8) +
+                               little(directory.count, 8) + little(directory.count, 8) +
+                               little(directory.size, 8) + little(directory.offset, 8);
+    return "PK\6\6" + little(record.size(), 8) + record + "PK\6\7" + little(0, 4) + little(at, 8) +
+           little(1, 4) + "PK\5\6" + little(0, 4) + little(~std::uint64_t{0}, 12) + little(0, 2);
+}
+
 } // namespace
 
 // Lets the archive library read the file, for which it asks in one piece after the other, each with
-// a look and two reads. It looks for an end in the last 64 KB and might take any: here these have
-// none but the one that was checked.
+// a look and two reads. It looks for an end in the last 64 KB and might take any: what it is shown
+// has none but that of the central directory that was checked.
 class ArchiveSource::Input
 {
 public:
-    Input(const Fd& file, const ArchiveEnd& end)
-        : m_file(file), m_endAt(end.at), m_end(std::string(a_searched, '\0') + end.bytes)
+    Input(const Fd& file, const CentralDirectory& directory)
+        : m_file(file),
+          m_endAt(directory.offset + directory.size),
+          m_end(std::string(a_searched, '\0') + endOf(directory, m_endAt + a_searched))
     {
         zip_error_init(&m_error);
     }
@@ -177,9 +198,9 @@ zip_t* ArchiveSource::handle()
     if (m_zip) {
         return m_zip.get();
     }
-    const ArchiveEnd end = checkArchive(m_file, m_place.path, m_limits);
+    const CentralDirectory directory = checkArchive(m_file, m_place.path, m_limits);
     ZipErrorFini failure;
-    m_input = std::make_unique<Input>(m_file, end);
+    m_input = std::make_unique<Input>(m_file, directory);
     zip_source_t* const source =
         zip_source_function_create(Input::callback, m_input.get(), &failure.error);
     if (source == nullptr) {

@@ -131,7 +131,7 @@ public:
     {
     }
 
-    ArchiveEnd run()
+    CentralDirectory run()
     {
         const Extent extent = findDirectory();
         checkCount(extent.count);
@@ -144,7 +144,7 @@ public:
         readDirectory(extent);
         checkNames();
         checkRanges(extent.offset);
-        return m_end;
+        return {extent.offset, extent.size, m_ranges.size()};
     }
 
 private:
@@ -170,6 +170,7 @@ private:
 
     Extent findDirectory();
     Extent bigExtent(std::uint64_t locatorAt, const std::string& locator);
+    void requireOneDisk(std::uint64_t disks, std::uint64_t count, std::uint64_t all) const;
     void checkCount(std::uint64_t count) const;
     void readDirectory(const Extent& extent);
     std::size_t readEntry(std::size_t at);
@@ -192,7 +193,6 @@ private:
     const std::string& m_path;
     const ArchiveLimits& m_limits;
     std::uint64_t m_size;
-    ArchiveEnd m_end;
     std::string m_directory;
     std::vector<Range> m_ranges;
     std::vector<std::uint32_t> m_hashes; ///< of all names
@@ -223,12 +223,11 @@ Extent Check::findDirectory()
         fail("its end is missing");
     }
     const std::uint64_t endAt = m_size - tailSize + *found;
-    m_end = {endAt, tail.substr(*found, a_endSize - 2) + std::string(2, '\0')};
     if (*found >= a_locatorSize && hasSignature(tail, *found - a_locatorSize, "PK\6\7")) {
-        const std::string locator = tail.substr(*found - a_locatorSize, a_locatorSize);
-        m_end = {endAt - a_locatorSize, locator + m_end.bytes};
-        return bigExtent(m_end.at, locator);
+        return bigExtent(endAt - a_locatorSize, tail.substr(*found - a_locatorSize, a_locatorSize));
     }
+    requireOneDisk(number32(tail, *found + 4), number16(tail, *found + 8),
+                   number16(tail, *found + 10));
     Extent extent;
     extent.count = number16(tail, *found + 10);
     extent.size = number32(tail, *found + 12);
@@ -243,10 +242,12 @@ Extent Check::bigExtent(std::uint64_t locatorAt, const std::string& locator)
 {
     const std::uint64_t at = number(locator, 8, 8);
     const std::string end = read(at, a_bigEndSize);
-    if (end.size() < a_bigEndSize || !hasSignature(end, 0, "PK\6\6") || at > locatorAt ||
-        number(end, 4, 8) != locatorAt - at - 12) {
+    if (end.size() < a_bigEndSize || !hasSignature(end, 0, "PK\6\6") ||
+        at + a_bigEndSize > locatorAt || number(end, 4, 8) != locatorAt - at - 12) {
         fail("its end is damaged");
     }
+    requireOneDisk(number32(locator, 4) | number(end, 16, 8), number(end, 24, 8),
+                   number(end, 32, 8));
     Extent extent;
     extent.isBig = true;
     extent.count = number(end, 32, 8);
@@ -256,6 +257,13 @@ Extent Check::bigExtent(std::uint64_t locatorAt, const std::string& locator)
         fail("its central directory is not where it should be");
     }
     return extent;
+}
+
+void Check::requireOneDisk(std::uint64_t disks, std::uint64_t count, std::uint64_t all) const
+{
+    if (disks != 0 || count != all) {
+        fail("it is a part of an archive on several disks");
+    }
 }
 
 void Check::checkCount(std::uint64_t count) const
@@ -438,7 +446,7 @@ std::uint64_t Check::endOf(const Header& central)
 
 } // namespace
 
-ArchiveEnd checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits)
+CentralDirectory checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits)
 {
     return Check(file, path, limits).run();
 }

@@ -9,11 +9,12 @@
 
 namespace pk::project {
 
-/// What is behind the entries and the central directory of an archive and says where these are.
-struct ArchiveEnd
+/// Where an archive has its central directory, and how many entries that has.
+struct CentralDirectory
 {
-    std::uint64_t at = 0; ///< where it begins
-    std::string bytes;    ///< of its records, without the comment
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    std::uint64_t count = 0;
 };
 
 /// Looks at an archive's headers before the archive library does, which believes what they say: it
@@ -22,13 +23,12 @@ struct ArchiveEnd
 /// library costs in proportion to its central directory, the bytes of no two entries overlap, and
 /// the two headers of each say the same.
 ///
-/// All that holds only of what is behind the end that it found, so the archive library must be
-/// shown that end alone: it might take another one, that stands somewhere else or has bytes behind
-/// it.
+/// All that holds of the central directory that it gives. The archive library must be shown that
+/// one alone: it might find another one, by its own reading of the records at the end.
 ///
 /// Throws FormatError for what is no zip archive or a damaged one, LimitError for one with too many
 /// entries or too large a central directory.
-ArchiveEnd checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits);
+CentralDirectory checkArchive(const Fd& file, const std::string& path, const ArchiveLimits& limits);
 
 /// Whether a normalised path can stand in an archive. On a system that takes "\" for "/" and "C:"
 /// for a drive, it must not lead out of the place that the archive is unpacked to.

@@ -45,10 +45,33 @@ TEST_F(WhatIsLeftOut, IsThereButNotInTheProject)
     for (const char* const name : {"a", "a/b", "a/b/c", "a/d", "none", "a/none", "none/c"}) {
         EXPECT_FALSE(leftOut.has(q(name))) << name;
     }
+    EXPECT_TRUE(leftOut.hasBoxAt(q("a/link")));
+    EXPECT_FALSE(leftOut.hasBoxAt(q("a/b")));
     EXPECT_TRUE(leftOut.hasAnyIn(q("a")));
     EXPECT_FALSE(leftOut.hasAnyIn(q("a/b")));
     EXPECT_TRUE(leftOut.hasAnyIn(q("dangling")));
     EXPECT_FALSE(leftOut.hasAnyIn(q("none")));
+}
+
+TEST_F(WhatIsLeftOut, IsFoundFarBelowAndWithNamesThatAreNoText)
+{
+    putLocal(path("deep/e/f"), "f");
+    putLocal(path("bytes/g"), "g");
+    EXPECT_FALSE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("deep")));
+    EXPECT_FALSE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("bytes")));
+    ASSERT_EQ(::symlink("f", path("deep/e/link").toStdString().c_str()), 0);
+    ASSERT_EQ(::mkdir((path("bytes/").toStdString() + "h\xff").c_str(), 0777), 0);
+    EXPECT_TRUE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("deep")));
+    EXPECT_TRUE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("bytes")));
+}
+
+TEST_F(WhatIsLeftOut, IsABoxWhoseFileIs)
+{
+    putLocal(path("box/icon.png"), "png");
+    ASSERT_EQ(::symlink("icon.png", path("box/box.bhx").toStdString().c_str()), 0);
+    const LeftOut leftOut{ProjectModel(path(""))};
+    EXPECT_FALSE(leftOut.has(q("box")));
+    EXPECT_TRUE(leftOut.hasBoxAt(q("box")));
 }
 
 TEST_F(WhatIsLeftOut, IsNothingOfAnArchive)

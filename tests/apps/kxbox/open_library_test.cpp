@@ -241,6 +241,9 @@ TEST_F(OpeningLibraries, KeepsTranslationsWhoseDirectoryIsNoPartOfTheProject)
     ASSERT_TRUE(QFile::remove(path("lib/translations/translation_fr.ts")));
     EXPECT_EQ(run({"check", "lib", "--fix"}).out.find("not fixed: "), std::string::npos);
     EXPECT_TRUE(QFileInfo(path("lib/A%2fB")).isDir());
+    putLocal(path("lib/translations/below/translation_it.ts"), "");
+    EXPECT_EQ(run({"rename", "lib", "A\\/B", "D"}).exitCode, 3);
+    EXPECT_TRUE(QFileInfo(path("lib/translations/below/translation_it.ts")).isFile());
 }
 
 TEST_F(OpeningLibraries, LetsNodesBeRenamedWhoseNamesNoOrderFileCanHold)

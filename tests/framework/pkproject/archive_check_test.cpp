@@ -85,21 +85,40 @@ TEST_F(ArchiveCheck, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
     EXPECT_GT(refused, 0);
 }
 
-TEST_F(ArchiveCheck, SaysWhereTheEndIs)
+TEST_F(ArchiveCheck, SaysWhereTheCentralDirectoryIs)
 {
-    const auto endOf = [this](const std::string& bytes) {
-        const std::string path = m_directory.path("a.zip").toStdString();
-        putLocal(m_directory.path("a.zip"), QByteArray::fromStdString(bytes));
-        return checkArchive(openPath(path, O_RDONLY), path, {});
-    };
     const RawZip zip = ordinary();
     const std::string before = zip.entries + zip.directory;
-    const ArchiveEnd end = endOf(before + zip.end("a comment"));
-    EXPECT_EQ(end.at, before.size());
-    EXPECT_EQ(end.bytes, zip.end());
-    const ArchiveEnd big = endOf(before + zip.bigEnd() + zip.end("a comment"));
-    EXPECT_EQ(big.at, before.size() + 56);
-    EXPECT_EQ(big.bytes, zip.bigEnd().substr(56) + zip.end());
+    for (const std::string& end : {zip.end("a comment"), zip.bigEnd() + zip.end("a comment")}) {
+        const std::string path = m_directory.path("a.zip").toStdString();
+        putLocal(m_directory.path("a.zip"), QByteArray::fromStdString(before + end));
+        const CentralDirectory directory = checkArchive(openPath(path, O_RDONLY), path, {});
+        EXPECT_EQ(directory.offset, zip.entries.size());
+        EXPECT_EQ(directory.size, zip.directory.size());
+        EXPECT_EQ(directory.count, 3U);
+    }
+}
+
+// Places of the disks' numbers and of the number of entries on this one, and of a record that would
+// reach into what is behind it.
+TEST_F(ArchiveCheck, RefusesPartsOfArchivesAndRecordsThatOverlap)
+{
+    const RawZip zip = ordinary();
+    const std::string before = zip.entries + zip.directory;
+    for (const std::size_t at : {4U, 6U, 8U}) {
+        std::string end = zip.end();
+        ++end[at];
+        EXPECT_THROW(check(before + end), FormatError) << at;
+    }
+    for (const std::size_t at : {16U, 20U, 24U, 56U + 4U, 56U + 7U}) {
+        std::string end = zip.bigEnd();
+        ++end[at];
+        EXPECT_THROW(check(before + end + zip.end()), FormatError) << at;
+    }
+    std::string shorter = zip.bigEnd();
+    shorter.erase(48, 8);
+    shorter.replace(4, 8, little(36, 8));
+    EXPECT_THROW(check(before + shorter + zip.end()), FormatError);
 }
 
 TEST_F(ArchiveCheck, RefusesPlacesThatNoFileHas)

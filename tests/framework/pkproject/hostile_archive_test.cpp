@@ -189,6 +189,9 @@ TEST(AHiddenEnd, IsNotTakenForTheArchives)
     EXPECT_EQ(filesIn(plain.entries + plain.directory + plain.end(comment)),
               (Tree{{"shown", "x"}}));
     EXPECT_THROW(filesIn(split), FormatError);
+    std::string inLocator = shown.bigEnd();
+    inLocator.replace(56 + 4, 4, "PK\5\6");
+    EXPECT_THROW(filesIn(shown.entries + shown.directory + inLocator + shown.end()), FormatError);
 }
 
 INSTANTIATE_TEST_SUITE_P(
