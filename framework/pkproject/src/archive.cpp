@@ -71,7 +71,7 @@ std::string endOf(const CentralDirectory& directory, std::uint64_t at)
                                little(directory.count, 8) + little(directory.count, 8) +
                                little(directory.size, 8) + little(directory.offset, 8);
     return "PK\6\6" + little(record.size(), 8) + record + "PK\6\7" + little(0, 4) + little(at, 8) +
-           little(1, 4) + "PK\5\6" + little(0, 4) + little(~std::uint64_t{0}, 12) + little(0, 2);
+           little(1, 4) + "PK\5\6" + little(0, 4) + std::string(12, '\xff') + little(0, 2);
 }
 
 } // namespace
