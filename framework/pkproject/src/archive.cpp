@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <limits>
 #include <unistd.h>
+#include <utility>
 
 namespace pk::project {
 
@@ -100,6 +101,10 @@ public:
         return static_cast<Input*>(user)->handle(data, size, command);
     }
 
+    /// Whether the file could not be read since this was asked last: the archive library makes a
+    /// premature end of some errors.
+    bool takeFailure() { return std::exchange(m_hasFailed, false); }
+
 private:
     zip_int64_t handle(void* data, zip_uint64_t size, zip_source_cmd_t command)
     {
@@ -144,6 +149,7 @@ private:
             const zip_uint64_t wanted = std::min(size, m_endAt - m_position);
             const ssize_t now = m_file.read(m_position, bytes, wanted);
             if (now < 0) {
+                m_hasFailed = true;
                 zip_error_set(&m_error, ZIP_ER_READ, errno);
                 return -1;
             }
@@ -164,6 +170,7 @@ private:
     zip_uint64_t m_endAt;
     std::string m_end;
     zip_uint64_t m_position = 0;
+    bool m_hasFailed = false;
     zip_error_t m_error{};
 };
 
@@ -363,14 +370,17 @@ ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
 {
     zip_stat_t info;
     zip_stat_init(&info);
-    constexpr zip_uint64_t needed = ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_CRC |
-                                    ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
+    constexpr zip_uint64_t needed =
+        ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
     if (zip_stat_index(handle(), position, ZIP_FL_ENC_RAW, &info) != 0 ||
         (info.valid & needed) != needed) {
         failDamaged(zip_strerror(handle()));
     }
     const std::string name = nameOf(position, info.name);
     checkReadable(info, name);
+    if ((info.valid & ZIP_STAT_CRC) == 0) {
+        failDamaged("'" + name + "' has no checksum");
+    }
     zip_uint8_t system = 0;
     zip_uint32_t attributes = 0;
     zip_file_get_external_attributes(handle(), position, 0, &system, &attributes);
@@ -544,8 +554,8 @@ void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::
 void ArchiveSource::failToRead(zip_error_t* error, const std::string& what) const
 {
     const std::string reason = what + zip_error_strerror(error);
-    const int code = zip_error_code_zip(error);
-    if (code == ZIP_ER_READ || code == ZIP_ER_MEMORY) {
+    const bool hasFailed = m_input && m_input->takeFailure();
+    if (hasFailed || zip_error_code_zip(error) == ZIP_ER_MEMORY) {
         throw IoError(m_place.path + ": it can't be read: " + reason);
     }
     failDamaged(reason);

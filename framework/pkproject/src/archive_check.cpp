@@ -87,7 +87,6 @@ struct Header
     // What both of an entry's have at the same places, counted from the version that it needs.
     void readCommon(const std::string& from, std::size_t at)
     {
-        version = number16(from, at);
         flags = number16(from, at + 2);
         method = number16(from, at + 4);
         time = number32(from, at + 6);
@@ -96,7 +95,6 @@ struct Header
         bytes = number32(from, at + 18);
     }
 
-    std::uint16_t version = 0;
     std::uint16_t flags = 0;
     std::uint16_t method = 0;
     std::uint32_t time = 0;
@@ -108,16 +106,17 @@ struct Header
     std::string otherName; ///< which the archive library may prefer
 };
 
-// Whether an entry's two headers say the same. Who writes an archive as a stream leaves checksum
-// and sizes out of the local one.
+// Whether an entry's two headers say the same. Who writes an archive as a stream leaves of checksum
+// and sizes out of the local one what is not known yet.
 bool agree(const Header& central, const Header& local)
 {
-    const bool isLeftOut = (local.flags & a_sizesBehindFlag) != 0 && local.crc == 0 &&
-                           local.packed == 0 && local.bytes == 0;
-    return local.version <= central.version && local.method == central.method &&
-           local.time == central.time && local.otherName == central.otherName &&
-           (isLeftOut || (local.crc == central.crc && local.packed == central.packed &&
-                          local.bytes == central.bytes));
+    const bool mayBeLeftOut = (local.flags & a_sizesBehindFlag) != 0;
+    const auto fits = [mayBeLeftOut](std::uint64_t said, std::uint64_t is) {
+        return said == is || (mayBeLeftOut && said == 0);
+    };
+    return local.method == central.method && local.time == central.time &&
+           local.otherName == central.otherName && fits(local.crc, central.crc) &&
+           fits(local.packed, central.packed) && fits(local.bytes, central.bytes);
 }
 
 class Check
@@ -341,7 +340,10 @@ void Check::readFields(Header& entry, const std::string& fields) const
             readBigField(entry, field);
             hasBig = true;
         } else if (id == a_nameField && field.size() > a_nameFieldHead) {
-            entry.otherName += field.substr(a_nameFieldHead);
+            if (!entry.otherName.empty()) { // the archive library takes the first
+                fail("'" + entry.name + "' has more than two names");
+            }
+            entry.otherName = field.substr(a_nameFieldHead);
         }
         at += 4 + size;
         if (++count > a_mostFields) {

@@ -372,13 +372,16 @@ void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t
         zip_file_get_external_attributes(from, position, 0, &system, &attributes) != 0) {
         fail(name, zip_strerror(from));
     }
+    const mode_t before = system == ZIP_OPSYS_UNIX ? attributes >> 16 : 0; // else it is no mode
     if (name.back() == '/') {
-        addFolder(zip, name, attributes >> 16);
+        addFolder(zip, name, before != 0 ? before : S_IFDIR | 0755);
         return;
     }
     const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
     addSource(zip, name, zip_source_zip(zip, from, position, 0, 0, -1),
-              mode != 0 ? mode : attributes >> 16);
+              mode != 0     ? mode
+              : before != 0 ? before
+                            : S_IFREG | 0644);
     // Otherwise what was stored as it is would be compressed now.
     zip_set_file_compression(zip, added, info.comp_method, 0);
 }

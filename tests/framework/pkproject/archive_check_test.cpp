@@ -173,9 +173,8 @@ TEST_F(ArchiveCheck, RefusesHeadersThatDiffer)
     const RawZip zip{packedTo("name", deflated(QByteArray(1000, 'c')), 1000)};
     const std::string good = zip.bytes();
     EXPECT_NO_THROW(check(good));
-    // Places of the version, the flags, the method, time and date, the checksum, both sizes and
-    // the name.
-    for (const std::size_t at : {4U, 8U, 10U, 12U, 14U, 18U, 22U, 30U}) {
+    // Places of the method, time and date, the checksum, both sizes and the name.
+    for (const std::size_t at : {8U, 10U, 12U, 14U, 18U, 22U, 30U}) {
         std::string bytes = good;
         ++bytes[at];
         EXPECT_EQ(messageOf<FormatError>([&] { check(bytes); }),
@@ -183,25 +182,22 @@ TEST_F(ArchiveCheck, RefusesHeadersThatDiffer)
                       ": damaged archive: the two headers of 'name' differ")
             << at;
     }
-    std::string lower = good;
-    --lower[4];
-    EXPECT_NO_THROW(check(lower));
 }
 
 TEST_F(ArchiveCheck, PassesWhatWasWrittenAsAStream)
 {
-    const auto streamed = [](std::uint16_t flags, bool isLeftOut) {
+    const auto streamed = [](std::uint16_t flags, std::size_t leftOut) {
         RawEntry entry = stored("a", "bytes");
         entry.flags = flags;
         RawZip zip{entry};
-        if (isLeftOut) {
-            zip.entries.replace(14, 12, std::string(12, '\0'));
-        }
+        zip.entries.replace(14, leftOut, std::string(leftOut, '\0'));
         return zip.bytes();
     };
-    EXPECT_NO_THROW(check(streamed(0x0008, true)));
-    EXPECT_NO_THROW(check(streamed(0x0008, false)));
-    EXPECT_TRUE(isRefused(streamed(0, true)));
+    // Nothing, checksum and packed size as the zip tool does, and all.
+    for (const std::size_t leftOut : {0U, 8U, 12U}) {
+        EXPECT_NO_THROW(check(streamed(0x0008, leftOut))) << leftOut;
+        EXPECT_EQ(isRefused(streamed(0, leftOut)), leftOut != 0) << leftOut;
+    }
 }
 
 TEST_F(ArchiveCheck, RefusesAnotherNameOfOneHeaderAlone)
@@ -211,6 +207,10 @@ TEST_F(ArchiveCheck, RefusesAnotherNameOfOneHeaderAlone)
     EXPECT_TRUE(isRefused(RawZip{entry}.bytes()));
     entry.localFields = entry.fields;
     EXPECT_NO_THROW(check(RawZip{entry}.bytes()));
+    entry.fields = entry.localFields += extraField(0x7075, little(1, 5) + "c");
+    EXPECT_EQ(messageOf<FormatError>([&] { check(RawZip{entry}.bytes()); }),
+              m_directory.path("a.zip").toStdString() +
+                  ": damaged archive: 'a' has more than two names");
 }
 
 struct PathInArchive

@@ -194,6 +194,30 @@ TEST(AHiddenEnd, IsNotTakenForTheArchives)
     EXPECT_THROW(filesIn(shown.entries + shown.directory + inLocator + shown.end()), FormatError);
 }
 
+// What another system keeps where Unix has the mode is none.
+TEST(AnArchiveOfAnotherSystem, IsSavedWithItsVersionControlFiles)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p.zip");
+    RawEntry file = madeBy(0, ".git/x");
+    RawEntry folder = changed(madeBy(0, ".git/d/"), [](RawEntry& e) {
+        e.packed.clear();
+        e.crc = 0;
+    });
+    file.mode = folder.mode = S_IFLNK | 0777;
+    putLocal(path, QByteArray::fromStdString(RawZip{file, folder, stored("a", "x")}.bytes()));
+    ProjectModel model(path);
+    model.writeFile(q("b"), "y");
+    model.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"a", "x"}, {"b", "y"}}));
+    std::map<std::string, mode_t> modes;
+    for (const auto& entry : zipEntries(path)) {
+        modes[entry.name] = entry.mode;
+    }
+    EXPECT_EQ(modes[".git/x"], mode_t{S_IFREG | 0644});
+    EXPECT_EQ(modes[".git/d/"], mode_t{S_IFDIR | 0755});
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Names, AnAttack,
     attacks(
