@@ -9,10 +9,21 @@
 
 namespace kxbox {
 
-LeftOut::LeftOut(const pk::project::ProjectModel& model) : m_source(model.getSourcePath())
+LeftOut::LeftOut(const pk::project::ProjectModel& model)
+    : m_model(model), m_source(model.getSourcePath())
 {
-    const QStringList paths = model.getFileList(QString(), true, true, false);
-    m_project = QSet<QString>(paths.begin(), paths.end());
+}
+
+bool LeftOut::isInProject(const QString& path) const
+{
+    const int slash = path.lastIndexOf(QLatin1Char('/'));
+    const QString directory = path.left(std::max(slash, 0));
+    auto names = m_names.find(directory);
+    if (names == m_names.end()) {
+        const QStringList listed = m_model.getFileList(directory, true, false, false);
+        names = m_names.insert(directory, QSet<QString>(listed.begin(), listed.end()));
+    }
+    return names->contains(path.mid(slash + 1));
 }
 
 bool LeftOut::has(const QString& path) const
@@ -20,7 +31,7 @@ bool LeftOut::has(const QString& path) const
     for (int end = 0; end >= 0;) {
         end = path.indexOf(QLatin1Char('/'), end + 1);
         const QString above = path.left(end);
-        if (!m_project.contains(above)) {
+        if (!isInProject(above)) {
             const QFileInfo place(m_source + QLatin1Char('/') + above);
             return place.exists() || place.isSymLink();
         }

@@ -2,6 +2,7 @@
 
 #include <pk/project/project_model.hpp>
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -13,7 +14,8 @@ namespace kxbox {
 class LeftOut
 {
 public:
-    /// Compares the project, as it is now, with its source on the disk.
+    /// Compares the project with its source on the disk, as they are when a directory is first
+    /// asked for. Refers to `model`.
     explicit LeftOut(const pk::project::ProjectModel& model);
 
     /// Whether `path`, or a directory above it, was left out.
@@ -24,8 +26,11 @@ public:
     bool hasAnyIn(const QString& directory) const;
 
 private:
+    bool isInProject(const QString& path) const;
+
+    const pk::project::ProjectModel& m_model;
     QString m_source;
-    QSet<QString> m_project; // all paths
+    mutable QHash<QString, QSet<QString>> m_names; // in directories that were asked for
 };
 
 } // namespace kxbox

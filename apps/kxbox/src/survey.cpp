@@ -10,7 +10,6 @@
 #include <kxboxlibrary/box_library_node.hpp>
 #include <pk/project/error.hpp>
 
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 

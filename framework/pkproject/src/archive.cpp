@@ -26,17 +26,6 @@ struct ZipFileClose
     void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
 
-struct ZipErrorFini
-{
-    ZipErrorFini() { zip_error_init(&error); }
-    ~ZipErrorFini() { zip_error_fini(&error); }
-    ZipErrorFini(const ZipErrorFini&) = delete;
-    ZipErrorFini& operator=(const ZipErrorFini&) = delete;
-    ZipErrorFini(ZipErrorFini&&) = delete;
-    ZipErrorFini& operator=(ZipErrorFini&&) = delete;
-    zip_error_t error{};
-};
-
 // The methods that unpack with little memory whatever the archive says.
 bool isRead(zip_uint16_t method)
 {
@@ -88,13 +77,7 @@ public:
           m_endAt(directory.offset + directory.size),
           m_end(std::string(a_searched, '\0') + endOf(directory, m_endAt + a_searched))
     {
-        zip_error_init(&m_error);
     }
-    ~Input() { zip_error_fini(&m_error); }
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-    Input(Input&&) = delete;
-    Input& operator=(Input&&) = delete;
 
     static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
     {
@@ -125,14 +108,14 @@ private:
             return read(static_cast<char*>(data), size);
         case ZIP_SOURCE_SEEK: {
             const zip_int64_t to = zip_source_seek_compute_offset(
-                m_position, m_endAt + m_end.size(), data, size, &m_error);
+                m_position, m_endAt + m_end.size(), data, size, m_error.get());
             m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
             return to < 0 ? -1 : 0;
         }
         case ZIP_SOURCE_TELL:
             return static_cast<zip_int64_t>(m_position);
         case ZIP_SOURCE_ERROR:
-            return zip_error_to_data(&m_error, data, size);
+            return zip_error_to_data(m_error.get(), data, size);
         case ZIP_SOURCE_CLOSE:
         case ZIP_SOURCE_FREE:
             return 0;
@@ -150,7 +133,7 @@ private:
             const ssize_t now = m_file.read(m_position, bytes, wanted);
             if (now < 0) {
                 m_hasFailed = true;
-                zip_error_set(&m_error, ZIP_ER_READ, errno);
+                zip_error_set(m_error.get(), ZIP_ER_READ, errno);
                 return -1;
             }
             got = static_cast<zip_uint64_t>(now);
@@ -171,7 +154,7 @@ private:
     std::string m_end;
     zip_uint64_t m_position = 0;
     bool m_hasFailed = false;
-    zip_error_t m_error{};
+    ZipError m_error;
 };
 
 struct ArchiveSource::Item
@@ -206,17 +189,17 @@ zip_t* ArchiveSource::handle()
         return m_zip.get();
     }
     const CentralDirectory directory = checkArchive(m_file, m_place.path, m_limits);
-    ZipErrorFini failure;
+    ZipError failure;
     m_input = std::make_unique<Input>(m_file, directory);
     zip_source_t* const source =
-        zip_source_function_create(Input::callback, m_input.get(), &failure.error);
+        zip_source_function_create(Input::callback, m_input.get(), failure.get());
     if (source == nullptr) {
-        failToRead(&failure.error, {});
+        failToRead(failure.get(), {});
     }
-    m_zip.reset(zip_open_from_source(source, ZIP_RDONLY, &failure.error));
+    m_zip.reset(zip_open_from_source(source, ZIP_RDONLY, failure.get()));
     if (!m_zip) {
         zip_source_free(source);
-        failToRead(&failure.error, {});
+        failToRead(failure.get(), {});
     }
     return m_zip.get();
 }

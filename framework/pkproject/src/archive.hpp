@@ -27,6 +27,22 @@ struct ZipDiscard
 /// An open archive; dropped without saving unless it is released into zip_close().
 using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
 
+/// What the archive library says of a failure.
+class ZipError
+{
+public:
+    ZipError() { zip_error_init(&m_error); }
+    ~ZipError() { zip_error_fini(&m_error); }
+    ZipError(const ZipError&) = delete;
+    ZipError& operator=(const ZipError&) = delete;
+    ZipError(ZipError&&) = delete;
+    ZipError& operator=(ZipError&&) = delete;
+    zip_error_t* get() { return &m_error; }
+
+private:
+    zip_error_t m_error{};
+};
+
 /// The archive that a model was opened from or saved to. The open file is held, so that its bytes
 /// stay as they were even when the file on disk is replaced. Its central directory is read when it
 /// is first needed.

@@ -60,13 +60,7 @@ public:
     Input(ArchiveSave& save, std::size_t added, zip_uint64_t size)
         : m_save(save), m_added(added), m_size(size)
     {
-        zip_error_init(&m_error);
     }
-    ~Input() { zip_error_fini(&m_error); }
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-    Input(Input&&) = delete;
-    Input& operator=(Input&&) = delete;
 
     static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
     {
@@ -74,7 +68,7 @@ public:
         const zip_int64_t result =
             input.m_save.guard([&] { return input.handle(data, size, command); });
         if (result < 0) {
-            zip_error_set(&input.m_error, ZIP_ER_READ, EIO);
+            zip_error_set(input.m_error.get(), ZIP_ER_READ, EIO);
         }
         return result;
     }
@@ -96,7 +90,7 @@ private:
             m_file.reset();
             return 0;
         case ZIP_SOURCE_ERROR:
-            return zip_error_to_data(&m_error, data, size);
+            return zip_error_to_data(m_error.get(), data, size);
         case ZIP_SOURCE_FREE:
             return 0;
         default:
@@ -129,7 +123,7 @@ private:
     std::size_t m_added;
     zip_uint64_t m_size;
     Fd m_file;
-    zip_error_t m_error{};
+    ZipError m_error;
 };
 
 // Takes what the archive library writes, a field at a time, and asks for its position between
@@ -137,28 +131,20 @@ private:
 class ArchiveSave::Output
 {
 public:
-    Output(ArchiveSave& save, const Fd& file) : m_save(save), m_file(file)
-    {
-        zip_error_init(&m_error);
-    }
-    ~Output() { zip_error_fini(&m_error); }
-    Output(const Output&) = delete;
-    Output& operator=(const Output&) = delete;
-    Output(Output&&) = delete;
-    Output& operator=(Output&&) = delete;
+    Output(ArchiveSave& save, const Fd& file) : m_save(save), m_file(file) {}
 
     static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
     {
         auto& output = *static_cast<Output*>(user);
         if (command == ZIP_SOURCE_STAT) {
             // It is not there yet, as far as the archive library needs to know.
-            zip_error_set(&output.m_error, ZIP_ER_READ, ENOENT);
+            zip_error_set(output.m_error.get(), ZIP_ER_READ, ENOENT);
             return -1;
         }
         const zip_int64_t result =
             output.m_save.guard([&] { return output.handle(data, size, command); });
         if (result < 0) {
-            zip_error_set(&output.m_error, ZIP_ER_WRITE, EIO);
+            zip_error_set(output.m_error.get(), ZIP_ER_WRITE, EIO);
         }
         return result;
     }
@@ -176,7 +162,7 @@ private:
             return static_cast<zip_int64_t>(m_position);
         case ZIP_SOURCE_SEEK_WRITE: {
             const zip_int64_t to =
-                zip_source_seek_compute_offset(m_position, m_length, data, size, &m_error);
+                zip_source_seek_compute_offset(m_position, m_length, data, size, m_error.get());
             m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
             return to < 0 ? -1 : 0;
         }
@@ -184,7 +170,7 @@ private:
             flush();
             return 0;
         case ZIP_SOURCE_ERROR:
-            return zip_error_to_data(&m_error, data, size);
+            return zip_error_to_data(m_error.get(), data, size);
         case ZIP_SOURCE_BEGIN_WRITE:
         case ZIP_SOURCE_ROLLBACK_WRITE:
         case ZIP_SOURCE_REMOVE:
@@ -228,7 +214,7 @@ private:
     zip_uint64_t m_begin = 0; // where they will be
     zip_uint64_t m_position = 0;
     zip_uint64_t m_length = 0;
-    zip_error_t m_error{};
+    ZipError m_error;
 };
 
 ArchiveSave::ArchiveSave(Index& index, Contents& contents, const Metadata& metadata)
@@ -254,16 +240,15 @@ Fd ArchiveSave::write(const std::string& path, mode_t mode)
     refuseLongPaths(m_index.root());
     const Fd file = Disk::instance().create(path, mode);
     Output output(*this, file);
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* const target = zip_source_function_create(Output::callback, &output, &error);
+    ZipError error;
+    zip_source_t* const target = zip_source_function_create(Output::callback, &output, error.get());
     if (target == nullptr) {
-        fail(path, zip_error_strerror(&error));
+        fail(path, zip_error_strerror(error.get()));
     }
-    ZipHandle zip(zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, &error));
+    ZipHandle zip(zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, error.get()));
     if (!zip) {
         zip_source_free(target);
-        fail(path, zip_error_strerror(&error));
+        fail(path, zip_error_strerror(error.get()));
     }
     addMetadata(zip.get());
     addDirectory(zip.get(), m_index.root());

@@ -57,19 +57,24 @@ TEST_F(WhatIsLeftOut, IsFoundFarBelowAndWithNamesThatAreNoText)
 {
     putLocal(path("deep/e/f"), "f");
     putLocal(path("bytes/g"), "g");
-    EXPECT_FALSE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("deep")));
-    EXPECT_FALSE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("bytes")));
+    const auto isAnyIn = [this](const char* directory) {
+        const ProjectModel model(path(""));
+        return LeftOut(model).hasAnyIn(q(directory));
+    };
+    EXPECT_FALSE(isAnyIn("deep"));
+    EXPECT_FALSE(isAnyIn("bytes"));
     ASSERT_EQ(::symlink("f", path("deep/e/link").toStdString().c_str()), 0);
     ASSERT_EQ(::mkdir((path("bytes/").toStdString() + "h\xff").c_str(), 0777), 0);
-    EXPECT_TRUE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("deep")));
-    EXPECT_TRUE(LeftOut(ProjectModel(path(""))).hasAnyIn(q("bytes")));
+    EXPECT_TRUE(isAnyIn("deep"));
+    EXPECT_TRUE(isAnyIn("bytes"));
 }
 
 TEST_F(WhatIsLeftOut, IsABoxWhoseFileIs)
 {
     putLocal(path("box/icon.png"), "png");
     ASSERT_EQ(::symlink("icon.png", path("box/box.bhx").toStdString().c_str()), 0);
-    const LeftOut leftOut{ProjectModel(path(""))};
+    const ProjectModel model(path(""));
+    const LeftOut leftOut(model);
     EXPECT_FALSE(leftOut.has(q("box")));
     EXPECT_TRUE(leftOut.hasBoxAt(q("box")));
 }

@@ -1,4 +1,5 @@
 #include "faulty_disk.hpp"
+#include "raw_zip.hpp"
 #include "support.hpp"
 #include "zip_support.hpp"
 
@@ -200,6 +201,28 @@ TEST_F(AnArchiveSave, ReadsUnchangedEntriesOfADamagedArchiveAsTheyAre)
         EXPECT_EQ(getLocal(path()), before);
     }
     EXPECT_EQ(model.readFile(q("b")), QByteArray("2"));
+}
+
+// What another system keeps where Unix has the mode is none.
+TEST(AnArchiveOfAnotherSystem, IsSavedWithItsVersionControlFiles)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p.zip");
+    RawEntry file = stored(".git/x", "x");
+    RawEntry folder = stored(".git/d/", "");
+    file.system = folder.system = 0;
+    file.mode = folder.mode = S_IFLNK | 0777;
+    putLocal(path, QByteArray::fromStdString(RawZip{file, folder, stored("a", "x")}.bytes()));
+    ProjectModel model(path);
+    model.writeFile(q("b"), "y");
+    model.save(QString(), ArchiveFormat::Source, true);
+    EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"a", "x"}, {"b", "y"}}));
+    std::map<std::string, mode_t> modes;
+    for (const auto& entry : zipEntries(path)) {
+        modes[entry.name] = entry.mode;
+    }
+    EXPECT_EQ(modes[".git/x"], mode_t{S_IFREG | 0644});
+    EXPECT_EQ(modes[".git/d/"], mode_t{S_IFDIR | 0755});
 }
 
 } // namespace pk::project::test

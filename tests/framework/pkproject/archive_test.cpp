@@ -1,4 +1,5 @@
 #include "archive.hpp"
+#include "raw_zip.hpp"
 #include "support.hpp"
 #include "zip_support.hpp"
 
@@ -316,6 +317,41 @@ TEST_F(AnArchive, WithDamagedMetadataIsRefused)
 {
     putZip(path(), {{".kxproject", "no json"}});
     EXPECT_NE(refusal().find("p.zip/.kxproject: damaged project metadata"), std::string::npos);
+}
+
+// The archive library takes any end in the last 64 KB, and a wider one rather than the right one.
+TEST(AHiddenEnd, IsNotTakenForTheArchives)
+{
+    const TemporaryDirectory directory;
+    const QString path = directory.path("p.zip");
+    const RawZip hidden{stored("hidden", "x"), stored("hidden too", "y"), stored("and this", "z")};
+    const RawZip shown = [&] {
+        RawZip zip{stored("shown", "x")};
+        zip.entries = hidden.bytes() + zip.entries; // its place is behind
+        zip.directory.clear();
+        zip.count = 0;
+        RawEntry entry = stored("shown", "x");
+        entry.at = static_cast<std::uint32_t>(hidden.bytes().size());
+        zip.add(entry);
+        return zip;
+    }();
+    const RawZip plain{stored("shown", "x")};
+    const std::string comment = RawZip().end() + "behind";
+    std::string split = shown.bytes();
+    split[split.size() - 18] = 1; // as if it was on the second disk
+    const auto filesIn = [&](const std::string& bytes) {
+        putLocal(path, QByteArray::fromStdString(bytes));
+        return treeOf(ProjectModel(path));
+    };
+    EXPECT_EQ(filesIn(shown.bytes()), (Tree{{"shown", "x"}}));
+    EXPECT_EQ(filesIn(shown.entries + shown.directory + shown.bigEnd() + shown.end()),
+              (Tree{{"shown", "x"}}));
+    EXPECT_EQ(filesIn(plain.entries + plain.directory + plain.end(comment)),
+              (Tree{{"shown", "x"}}));
+    EXPECT_THROW(filesIn(split), FormatError);
+    std::string inLocator = shown.bigEnd();
+    inLocator.replace(56 + 4, 4, "PK\5\6");
+    EXPECT_THROW(filesIn(shown.entries + shown.directory + inLocator + shown.end()), FormatError);
 }
 
 } // namespace pk::project::test

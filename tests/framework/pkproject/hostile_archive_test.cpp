@@ -159,65 +159,6 @@ TEST_P(AnAttack, IsRefusedAtLittleCostAndLeavesNothing)
     EXPECT_EQ(files.tree(), Tree());
 }
 
-// The archive library takes any end in the last 64 KB, and a wider one rather than the right one.
-TEST(AHiddenEnd, IsNotTakenForTheArchives)
-{
-    const TemporaryDirectory directory;
-    const QString path = directory.path("p.zip");
-    const RawZip hidden{stored("hidden", "x"), stored("hidden too", "y"), stored("and this", "z")};
-    const RawZip shown = [&] {
-        RawZip zip{stored("shown", "x")};
-        zip.entries = hidden.bytes() + zip.entries; // its place is behind
-        zip.directory.clear();
-        zip.count = 0;
-        RawEntry entry = stored("shown", "x");
-        entry.at = static_cast<std::uint32_t>(hidden.bytes().size());
-        zip.add(entry);
-        return zip;
-    }();
-    const RawZip plain{stored("shown", "x")};
-    const std::string comment = RawZip().end() + "behind";
-    std::string split = shown.bytes();
-    split[split.size() - 18] = 1; // as if it was on the second disk
-    const auto filesIn = [&](const std::string& bytes) {
-        putLocal(path, QByteArray::fromStdString(bytes));
-        return treeOf(ProjectModel(path));
-    };
-    EXPECT_EQ(filesIn(shown.bytes()), (Tree{{"shown", "x"}}));
-    EXPECT_EQ(filesIn(shown.entries + shown.directory + shown.bigEnd() + shown.end()),
-              (Tree{{"shown", "x"}}));
-    EXPECT_EQ(filesIn(plain.entries + plain.directory + plain.end(comment)),
-              (Tree{{"shown", "x"}}));
-    EXPECT_THROW(filesIn(split), FormatError);
-    std::string inLocator = shown.bigEnd();
-    inLocator.replace(56 + 4, 4, "PK\5\6");
-    EXPECT_THROW(filesIn(shown.entries + shown.directory + inLocator + shown.end()), FormatError);
-}
-
-// What another system keeps where Unix has the mode is none.
-TEST(AnArchiveOfAnotherSystem, IsSavedWithItsVersionControlFiles)
-{
-    const TemporaryDirectory directory;
-    const QString path = directory.path("p.zip");
-    RawEntry file = madeBy(0, ".git/x");
-    RawEntry folder = changed(madeBy(0, ".git/d/"), [](RawEntry& e) {
-        e.packed.clear();
-        e.crc = 0;
-    });
-    file.mode = folder.mode = S_IFLNK | 0777;
-    putLocal(path, QByteArray::fromStdString(RawZip{file, folder, stored("a", "x")}.bytes()));
-    ProjectModel model(path);
-    model.writeFile(q("b"), "y");
-    model.save(QString(), ArchiveFormat::Source, true);
-    EXPECT_EQ(treeOf(ProjectModel(path)), (Tree{{"a", "x"}, {"b", "y"}}));
-    std::map<std::string, mode_t> modes;
-    for (const auto& entry : zipEntries(path)) {
-        modes[entry.name] = entry.mode;
-    }
-    EXPECT_EQ(modes[".git/x"], mode_t{S_IFREG | 0644});
-    EXPECT_EQ(modes[".git/d/"], mode_t{S_IFDIR | 0755});
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Names, AnAttack,
     attacks(

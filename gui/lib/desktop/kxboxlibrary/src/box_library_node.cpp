@@ -326,8 +326,7 @@ bool BoxLibraryNode::saveAll()
 boost::shared_ptr<XmlElement> BoxLibraryNode::loadBox() const
 {
     const pk::project::ProjectModel* const model = project();
-    const auto box = model != nullptr ? box_file::load(*model, prefix()).element : nullptr;
-    return box ? box->clone() : nullptr;
+    return model != nullptr ? box_file::load(*model, prefix()).element : nullptr;
 }
 
 QByteArray BoxLibraryNode::loadBoxData() const
