@@ -1,6 +1,6 @@
 #include "archive.hpp"
 
-#include "archive_check.hpp"
+#include "archive_directory.hpp"
 #include "conflict.hpp"
 #include "read_ahead.hpp"
 
@@ -26,12 +26,6 @@ struct ZipFileClose
     void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
 
-// The methods that unpack with little memory whatever the archive says.
-bool isRead(zip_uint16_t method)
-{
-    return method == ZIP_CM_STORE || method == ZIP_CM_DEFLATE || method == ZIP_CM_BZIP2;
-}
-
 // The order of a tree: what belongs to one directory stands together.
 bool isBefore(const std::string& a, const std::string& b)
 {
@@ -45,37 +39,16 @@ Fd duplicate(const Fd& file)
     return {::fcntl(file.get(), F_DUPFD_CLOEXEC, 0), file.path()};
 }
 
-std::string little(std::uint64_t value, int size)
-{
-    std::string bytes;
-    for (int i = 0; i < size; ++i) {
-        bytes += static_cast<char>(value >> (8 * i) & 0xff);
-    }
-    return bytes;
-}
-
-// The records that say where a central directory is, with numbers of 64 bits. They stand at `at`.
-std::string endOf(const CentralDirectory& directory, std::uint64_t at)
-{
-    const std::string record = little(45, 2) + little(45, 2) + little(0, 8) +
-                               little(directory.count, 8) + little(directory.count, 8) +
-                               little(directory.size, 8) + little(directory.offset, 8);
-    return "PK\6\6" + little(record.size(), 8) + record + "PK\6\7" + little(0, 4) + little(at, 8) +
-           little(1, 4) + "PK\5\6" + little(0, 4) + std::string(12, '\xff') + little(0, 2);
-}
-
 } // namespace
 
 // Lets the archive library read the file, for which it asks in one piece after the other, each with
-// a look and two reads. It looks for an end in the last 64 KB and might take any: what it is shown
-// has none but that of the central directory that was checked.
+// a look and two reads. What it is shown behind the entries is not what the file has there: it
+// might find another list of them than the one that was checked.
 class ArchiveSource::Input
 {
 public:
-    Input(const Fd& file, const CentralDirectory& directory)
-        : m_file(file),
-          m_endAt(directory.offset + directory.size),
-          m_end(std::string(a_searched, '\0') + endOf(directory, m_endAt + a_searched))
+    Input(const Fd& file, std::uint64_t end, std::string headers)
+        : m_file(file), m_end(end), m_headers(std::move(headers))
     {
     }
 
@@ -97,7 +70,7 @@ private:
         case ZIP_SOURCE_STAT: {
             auto& info = *static_cast<zip_stat_t*>(data);
             zip_stat_init(&info);
-            info.size = m_endAt + m_end.size();
+            info.size = m_end + m_headers.size();
             info.valid = ZIP_STAT_SIZE;
             return sizeof info;
         }
@@ -108,7 +81,7 @@ private:
             return read(static_cast<char*>(data), size);
         case ZIP_SOURCE_SEEK: {
             const zip_int64_t to = zip_source_seek_compute_offset(
-                m_position, m_endAt + m_end.size(), data, size, m_error.get());
+                m_position, m_end + m_headers.size(), data, size, m_error.get());
             m_position = to < 0 ? m_position : static_cast<zip_uint64_t>(to);
             return to < 0 ? -1 : 0;
         }
@@ -128,8 +101,8 @@ private:
     zip_int64_t read(char* bytes, zip_uint64_t size) noexcept
     {
         zip_uint64_t got = 0;
-        if (m_position < m_endAt) {
-            const zip_uint64_t wanted = std::min(size, m_endAt - m_position);
+        if (m_position < m_end) {
+            const zip_uint64_t wanted = std::min(size, m_end - m_position);
             const ssize_t now = m_file.read(m_position, bytes, wanted);
             if (now < 0) {
                 m_hasFailed = true;
@@ -138,25 +111,24 @@ private:
             }
             got = static_cast<zip_uint64_t>(now);
             m_position += got;
-            if (m_position < m_endAt) { // all is read, or the file became shorter
+            if (m_position < m_end) { // all is read, or the file became shorter
                 return now;
             }
         }
-        const std::size_t more = m_end.copy(bytes + got, size - got, m_position - m_endAt);
+        const std::size_t more = m_headers.copy(bytes + got, size - got, m_position - m_end);
         m_position += more;
         return static_cast<zip_int64_t>(got + more);
     }
 
-    static constexpr std::size_t a_searched = std::size_t{1} << 17;
-
     ReadAhead m_file;
-    zip_uint64_t m_endAt;
-    std::string m_end;
+    zip_uint64_t m_end; ///< of the entries
+    std::string m_headers;
     zip_uint64_t m_position = 0;
     bool m_hasFailed = false;
     ZipError m_error;
 };
 
+// An entry as it is in the project.
 struct ArchiveSource::Item
 {
     std::string path; ///< normalised
@@ -188,9 +160,10 @@ zip_t* ArchiveSource::handle()
     if (m_zip) {
         return m_zip.get();
     }
-    const CentralDirectory directory = checkArchive(m_file, m_place.path, m_limits);
+    if (!m_input) {
+        readDirectory();
+    }
     ZipError failure;
-    m_input = std::make_unique<Input>(m_file, directory);
     zip_source_t* const source =
         zip_source_function_create(Input::callback, m_input.get(), failure.get());
     if (source == nullptr) {
@@ -202,6 +175,13 @@ zip_t* ArchiveSource::handle()
         failToRead(failure.get(), {});
     }
     return m_zip.get();
+}
+
+std::vector<ArchiveEntry> ArchiveSource::readDirectory()
+{
+    ArchiveDirectory directory = readArchiveDirectory(m_file, m_place.path, m_limits);
+    m_input = std::make_unique<Input>(m_file, directory.end, std::move(directory.headers));
+    return std::move(directory.entries);
 }
 
 void ArchiveSource::load(Index& index)
@@ -249,13 +229,8 @@ Metadata ArchiveSource::loadMetadata()
     if (!m_metadata) {
         return {};
     }
-    const Item file = item(*m_metadata);
-    const std::string path = m_place.path + "/" + a_metadataFile;
-    if (file.bytes > m_limits.metadataBytes) {
-        throw LimitError(path + ": it unpacks to " + std::to_string(file.bytes) +
-                         " bytes, more than is read of it");
-    }
-    return parseMetadata(readAll(file.position, file.bytes, a_metadataFile), path);
+    return parseMetadata(readAll(m_metadata->position, m_metadata->bytes, a_metadataFile),
+                         m_place.path + "/" + a_metadataFile);
 }
 
 QByteArray ArchiveSource::read(const Entry& entry, std::int64_t most)
@@ -344,56 +319,28 @@ std::map<std::string, ArchiveSource::Item> ArchiveSource::contents()
         contents.emplace("'" + next.path + "'", std::move(next));
     }
     if (m_metadata) {
-        contents.emplace("the project's metadata", item(*m_metadata));
+        contents.emplace("the project's metadata", *m_metadata);
     }
     return contents;
 }
 
-ArchiveSource::Item ArchiveSource::item(std::uint64_t position)
+ArchiveSource::Item ArchiveSource::item(const ArchiveEntry& entry, std::uint64_t position) const
 {
-    zip_stat_t info;
-    zip_stat_init(&info);
-    constexpr zip_uint64_t needed =
-        ZIP_STAT_NAME | ZIP_STAT_SIZE | ZIP_STAT_ENCRYPTION_METHOD | ZIP_STAT_COMP_METHOD;
-    if (zip_stat_index(handle(), position, ZIP_FL_ENC_RAW, &info) != 0 ||
-        (info.valid & needed) != needed) {
-        failDamaged(zip_strerror(handle()));
-    }
-    const std::string name = nameOf(position, info.name);
-    checkReadable(info, name);
-    if ((info.valid & ZIP_STAT_CRC) == 0) {
-        failDamaged("'" + name + "' has no checksum");
-    }
-    zip_uint8_t system = 0;
-    zip_uint32_t attributes = 0;
-    zip_file_get_external_attributes(handle(), position, 0, &system, &attributes);
     Item item;
     item.position = position;
-    item.bytes = info.size;
-    item.checksum = info.crc;
-    item.isDirectory = !name.empty() && name.back() == '/';
+    item.bytes = entry.bytes;
+    item.checksum = entry.checksum;
+    item.isDirectory = !entry.name.empty() && entry.name.back() == '/';
     item.mode = item.isDirectory ? 0755 : 0644;
-    setPath(item, name, system == ZIP_OPSYS_UNIX);
-    const mode_t mode = attributes >> 16;
-    if (system == ZIP_OPSYS_UNIX && mode != 0) {
-        if (!S_ISREG(mode) && !S_ISDIR(mode) && (mode & S_IFMT) != 0) {
-            throw FormatError(m_place.path + ": it holds what no project can: '" + name +
+    setPath(item, entry.name, entry.isUnix);
+    if (entry.mode != 0) {
+        if (!S_ISREG(entry.mode) && !S_ISDIR(entry.mode) && (entry.mode & S_IFMT) != 0) {
+            throw FormatError(m_place.path + ": it holds what no project can: '" + entry.name +
                               "' is a link or a device");
         }
-        item.mode = static_cast<std::uint16_t>(mode & 0777);
+        item.mode = static_cast<std::uint16_t>(entry.mode & 0777);
     }
     return item;
-}
-
-void ArchiveSource::checkReadable(const zip_stat_t& info, const std::string& name) const
-{
-    if (info.encryption_method != ZIP_EM_NONE) {
-        throw FormatError(m_place.path + ": encrypted archive: '" + name + "' can't be read");
-    }
-    if (!isRead(info.comp_method)) {
-        throw FormatError(m_place.path + ": '" + name + "' can't be read: it is packed by method " +
-                          std::to_string(info.comp_method) + ", which is not supported");
-    }
 }
 
 // Only on Unix "\" can be part of a name; elsewhere it was meant to be a separator.
@@ -413,42 +360,18 @@ void ArchiveSource::setPath(Item& item, const std::string& name, bool isUnix) co
     }
 }
 
-// The name as it stands in the archive if it is UTF-8, else as the archive library makes UTF-8 of
-// it.
-std::string ArchiveSource::nameOf(std::uint64_t position, const char* raw)
-{
-    std::string name = raw;
-    const bool isAscii =
-        std::all_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x80; });
-    if (isAscii || textOf(name).toUtf8() == raw) {
-        return name;
-    }
-    const char* const converted = zip_get_name(handle(), position, 0);
-    if (converted == nullptr) {
-        failDamaged(zip_strerror(handle()));
-    }
-    return converted;
-}
-
 // In the order of the tree.
 std::vector<ArchiveSource::Item> ArchiveSource::items()
 {
-    const auto count = static_cast<std::uint64_t>(zip_get_num_entries(handle(), 0));
+    const std::vector<ArchiveEntry> entries = readDirectory();
     std::vector<Item> items;
     std::vector<Item> foreign;
-    items.reserve(count);
+    items.reserve(entries.size());
     std::uint64_t bytes = 0;
-    std::uint64_t nameBytes = 0;
-    for (std::uint64_t position = 0; position < count; ++position) {
-        Item next = item(position);
+    for (std::size_t position = 0; position < entries.size(); ++position) {
+        Item next = item(entries[position], position);
         bytes += std::min(next.bytes, std::numeric_limits<std::uint64_t>::max() - bytes);
         checkBounds(bytes, next.bytes, next.path);
-        // In UTF-8 a name can be three times as long as it stands in the archive.
-        nameBytes += next.path.size();
-        if (nameBytes > m_limits.directoryBytes) {
-            throw LimitError(m_place.path + ": its names have more than the " +
-                             std::to_string(m_limits.directoryBytes) + " bytes that are read");
-        }
         if (next.path.empty()) {
             continue;
         }
@@ -463,13 +386,13 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
         } else if (m_metadata) {
             failDamaged("it holds '" + top + "' twice");
         } else {
-            m_metadata = position;
+            setMetadata(std::move(next));
         }
     }
     sort(items);
     sort(foreign);
     Index others; // of which nothing is wanted but that it can be
-    std::uint64_t total = count;
+    std::uint64_t total = entries.size();
     for (const Item& item : foreign) {
         append(others, item, total);
     }
@@ -483,6 +406,15 @@ void ArchiveSource::sort(std::vector<Item>& items)
     if (!std::is_sorted(items.begin(), items.end(), order)) {
         std::sort(items.begin(), items.end(), order);
     }
+}
+
+void ArchiveSource::setMetadata(Item&& item)
+{
+    if (item.bytes > m_limits.metadataBytes) {
+        throw LimitError(m_place.path + "/" + a_metadataFile + ": it unpacks to " +
+                         std::to_string(item.bytes) + " bytes, more than is read of it");
+    }
+    m_metadata = std::make_unique<const Item>(std::move(item));
 }
 
 void ArchiveSource::checkBounds(std::uint64_t bytes, std::uint64_t fileBytes,

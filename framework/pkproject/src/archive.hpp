@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive_directory.hpp"
 #include "disk.hpp"
 #include "index.hpp"
 #include "metadata.hpp"
@@ -14,7 +15,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,7 +45,7 @@ private:
 
 /// The archive that a model was opened from or saved to. The open file is held, so that its bytes
 /// stay as they were even when the file on disk is replaced. Its central directory is read when it
-/// is first needed.
+/// is first needed, and the archive library opens it when a file of it is.
 class ArchiveSource
 {
 public:
@@ -67,7 +67,7 @@ public:
     /// bounds, IoError.
     void load(Index& index);
 
-    /// Reads the metadata file that load() found. Throws FormatError, LimitError.
+    /// Reads the metadata file that load() found. Throws FormatError, LimitError, IoError.
     Metadata loadMetadata();
 
     /// The bytes of an entry of the source, whose checksum is verified. Throws FormatError for a
@@ -99,14 +99,14 @@ public:
 private:
     class Input;
     struct Item;
-    Item item(std::uint64_t position);
+    std::vector<ArchiveEntry> readDirectory();
+    Item item(const ArchiveEntry& entry, std::uint64_t position) const;
     std::vector<Item> items();
+    void setMetadata(Item&& item);
     static void sort(std::vector<Item>& items);
     void append(Index& index, const Item& item, std::uint64_t& count) const;
     std::map<std::string, Item> contents();
     std::vector<std::string> changesTo(const struct stat& now) const;
-    std::string nameOf(std::uint64_t position, const char* raw);
-    void checkReadable(const zip_stat_t& info, const std::string& name) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
     using Sink = std::function<void(const char* bytes, std::size_t size)>;
@@ -120,9 +120,9 @@ private:
     Fd m_file;
     Stamp m_stamp;
     ArchiveLimits m_limits;
-    std::unique_ptr<Input> m_input; ///< of the archive library
-    ZipHandle m_zip;
-    std::optional<std::uint64_t> m_metadata; ///< where load() found it
+    std::unique_ptr<Input> m_input;         ///< of the archive library, from readDirectory() on
+    ZipHandle m_zip;                        ///< null until it is needed
+    std::unique_ptr<const Item> m_metadata; ///< null for none
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign;
 };
 

@@ -1,6 +1,6 @@
 #include "archive_save.hpp"
 
-#include "archive_check.hpp"
+#include "archive_directory.hpp"
 #include "save_plan.hpp"
 
 #include <pk/project/error.hpp>

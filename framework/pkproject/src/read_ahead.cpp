@@ -16,7 +16,9 @@ ssize_t ReadAhead::read(std::uint64_t offset, char* bytes, std::size_t size) noe
         return readFile(offset, bytes, size);
     }
     if (offset < m_begin || offset + size > m_end) {
-        const ssize_t got = readFile(offset, m_bytes.get(), a_window);
+        const bool isNear = offset >= m_begin && offset - m_begin < 2 * m_window;
+        m_window = std::max(size, isNear ? std::min(2 * m_window, a_window) : a_leastWindow);
+        const ssize_t got = readFile(offset, m_bytes.get(), m_window);
         m_begin = offset;
         m_end = offset + static_cast<std::uint64_t>(std::max<ssize_t>(got, 0));
         if (got < 0) {

@@ -14,8 +14,9 @@ namespace pk::project {
 class ReadAhead
 {
 public:
-    /// How much is read at once.
+    /// How much is read at once, where pieces lie close together and where they don't.
     static constexpr std::size_t a_window = std::size_t{1} << 14;
+    static constexpr std::size_t a_leastWindow = std::size_t{1} << 12;
 
     /// Refers to `file`.
     explicit ReadAhead(const Fd& file) : m_file(file), m_bytes(new char[a_window]) {}
@@ -31,6 +32,7 @@ private:
     std::unique_ptr<char[]> m_bytes; ///< of the last window
     std::uint64_t m_begin = 0;       ///< where they are in the file
     std::uint64_t m_end = 0;
+    std::size_t m_window = 0; ///< of which the file may have had less
 };
 
 } // namespace pk::project

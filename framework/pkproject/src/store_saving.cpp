@@ -222,7 +222,6 @@ void Store::saveArchive(const Target& target)
     // Nothing takes the place of a project that could not be opened afterwards.
     Index saved;
     source->load(saved);
-    source->loadMetadata();
     checkSource(target); // once more: writing took its time
     publish(fresh, target);
     save.adopt(*source);

@@ -112,7 +112,18 @@ INSTANTIATE_TEST_SUITE_P(
                   ofThreeEntries, "its central directory has 144 bytes, more than the 143"},
         LimitCase{"NameBytes", &ArchiveLimits::directoryBytes, 300,
                   [] { return RawZip{stored(std::string(100, '\xb0'), "")}.bytes(); },
-                  "its names have more than the 299 bytes that are read"},
+                  "its names have 300 bytes, more than the 299 that are read"},
+        LimitCase{"HeaderBytes", &ArchiveLimits::directoryBytes, 2 * (30 + 1) + 100 + 50,
+                  [] {
+                      RawZip zip;
+                      for (const std::size_t size : {96U, 46U}) {
+                          RawEntry entry = stored(std::string(1, size == 96 ? 'a' : 'b'), "");
+                          entry.localFields = extraField(0x5455, std::string(size, 'x'));
+                          zip.add(entry);
+                      }
+                      return zip.bytes();
+                  },
+                  "the headers of its entries have 212 bytes, more than the 211"},
         LimitCase{"MetadataBytes", &ArchiveLimits::metadataBytes, 9,
                   [] { return RawZip{stored(".kxproject", "{\"a\":\"b\"}")}.bytes(); },
                   "p.zip/.kxproject: it unpacks to 9 bytes, more than is read of it"}),

@@ -59,14 +59,29 @@ TEST_F(AReadAhead, LeavesTheFilesPositionToOthers)
     EXPECT_EQ(::lseek(m_file.get(), 0, SEEK_CUR), 7);
 }
 
+// What has been read is seen by its being as it was before the file changed.
 TEST_F(AReadAhead, ReadsOnceWhatLiesCloseTogether)
 {
+    constexpr auto least = static_cast<int>(ReadAhead::a_leastWindow);
     EXPECT_EQ(read(50, 1), m_bytes.mid(50, 1));
     putLocal(m_path, QByteArray(a_size, 'y'));
-    EXPECT_EQ(read(50 + static_cast<int>(ReadAhead::a_window) - 1, 1),
-              m_bytes.mid(50 + static_cast<int>(ReadAhead::a_window) - 1, 1));
+    EXPECT_EQ(read(50 + least - 1, 1), m_bytes.mid(50 + least - 1, 1));
+    EXPECT_EQ(read(50 + least, 1), QByteArray("y"));
     EXPECT_EQ(read(49, 2), QByteArray("yy"));
     EXPECT_EQ(read(51, 1), QByteArray("y"));
+}
+
+TEST_F(AReadAhead, ReadsMoreAtOnceTheMoreIsWanted)
+{
+    constexpr auto least = static_cast<int>(ReadAhead::a_leastWindow);
+    read(0, 1);
+    read(2 * least - 1, 1); // reads two of the least windows
+    putLocal(m_path, QByteArray(a_size, 'y'));
+    EXPECT_EQ(read(4 * least - 2, 1), m_bytes.mid(4 * least - 2, 1));
+    EXPECT_EQ(read(9 * least, 1), QByteArray("y")); // far away, and so one
+    putLocal(m_path, m_bytes);
+    EXPECT_EQ(read(10 * least - 1, 1), QByteArray("y"));
+    EXPECT_EQ(read(10 * least, 1), m_bytes.mid(10 * least, 1));
 }
 
 TEST_F(AReadAhead, SaysThatNothingCanBeRead)

@@ -22,8 +22,8 @@ constexpr std::uint64_t a_maxBytes = std::uint64_t{4} << 30;
 constexpr std::uint64_t a_maxRatio = 200;
 constexpr std::uint64_t a_ratioFreeBytes = std::uint64_t{64} << 20;
 
-/// Bytes of the central directory, which holds the names, and bytes of the names in UTF-8. They are
-/// read into memory.
+/// Bytes of the central directory, which holds the names, bytes of the names in UTF-8, and bytes of
+/// the headers that the entries have of their own. The former two are kept in memory.
 constexpr std::uint64_t a_maxDirectoryBytes = std::uint64_t{32} << 20;
 
 /// Unpacked bytes of the metadata file, in a directory as well. It is read into memory.

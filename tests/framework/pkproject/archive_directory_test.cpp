@@ -1,4 +1,4 @@
-#include "archive_check.hpp"
+#include "archive_directory.hpp"
 #include "raw_zip.hpp"
 #include "support.hpp"
 
@@ -10,15 +10,15 @@ namespace pk::project::test {
 
 namespace {
 
-class ArchiveCheck : public testing::Test
+class ArchiveHeaders : public testing::Test
 {
 protected:
-    void check(const std::string& bytes, const ArchiveLimits& limits = {}) const
+    ArchiveDirectory check(const std::string& bytes, const ArchiveLimits& limits = {}) const
     {
         const QString path = m_directory.path("a.zip");
         putLocal(path, QByteArray::fromStdString(bytes));
         const std::string name = path.toStdString();
-        checkArchive(openPath(name, O_RDONLY), name, limits);
+        return readArchiveDirectory(openPath(name, O_RDONLY), name, limits);
     }
 
     bool isRefused(const std::string& bytes) const
@@ -47,14 +47,14 @@ RawZip ordinary()
 
 } // namespace
 
-TEST_F(ArchiveCheck, PassesOrdinaryArchives)
+TEST_F(ArchiveHeaders, PassesOrdinaryArchives)
 {
     EXPECT_NO_THROW(check(RawZip().bytes()));
     EXPECT_NO_THROW(check(ordinary().bytes()));
     EXPECT_NO_THROW(check(ordinary().bigBytes()));
 }
 
-TEST_F(ArchiveCheck, RefusesEveryArchiveThatIsCutOffSomewhere)
+TEST_F(ArchiveHeaders, RefusesEveryArchiveThatIsCutOffSomewhere)
 {
     for (const std::string& bytes : {ordinary().bytes(), ordinary().bigBytes()}) {
         for (std::size_t size = 0; size < bytes.size(); ++size) {
@@ -63,7 +63,7 @@ TEST_F(ArchiveCheck, RefusesEveryArchiveThatIsCutOffSomewhere)
     }
 }
 
-TEST_F(ArchiveCheck, RefusesEveryArchiveThatLacksAByteSomewhere)
+TEST_F(ArchiveHeaders, RefusesEveryArchiveThatLacksAByteSomewhere)
 {
     const std::string bytes = ordinary().bytes();
     for (std::size_t at = 0; at < bytes.size(); ++at) {
@@ -71,7 +71,7 @@ TEST_F(ArchiveCheck, RefusesEveryArchiveThatLacksAByteSomewhere)
     }
 }
 
-TEST_F(ArchiveCheck, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
+TEST_F(ArchiveHeaders, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
 {
     const std::string bytes = ordinary().bigBytes();
     int refused = 0;
@@ -85,23 +85,9 @@ TEST_F(ArchiveCheck, EndsWithNothingWorseThanAnErrorWhateverOneByteIs)
     EXPECT_GT(refused, 0);
 }
 
-TEST_F(ArchiveCheck, SaysWhereTheCentralDirectoryIs)
-{
-    const RawZip zip = ordinary();
-    const std::string before = zip.entries + zip.directory;
-    for (const std::string& end : {zip.end("a comment"), zip.bigEnd() + zip.end("a comment")}) {
-        const std::string path = m_directory.path("a.zip").toStdString();
-        putLocal(m_directory.path("a.zip"), QByteArray::fromStdString(before + end));
-        const CentralDirectory directory = checkArchive(openPath(path, O_RDONLY), path, {});
-        EXPECT_EQ(directory.offset, zip.entries.size());
-        EXPECT_EQ(directory.size, zip.directory.size());
-        EXPECT_EQ(directory.count, 3U);
-    }
-}
-
 // Places of the disks' numbers and of the number of entries on this one, and of a record that would
 // reach into what is behind it.
-TEST_F(ArchiveCheck, RefusesPartsOfArchivesAndRecordsThatOverlap)
+TEST_F(ArchiveHeaders, RefusesPartsOfArchivesAndRecordsThatOverlap)
 {
     const RawZip zip = ordinary();
     const std::string before = zip.entries + zip.directory;
@@ -121,7 +107,7 @@ TEST_F(ArchiveCheck, RefusesPartsOfArchivesAndRecordsThatOverlap)
     EXPECT_THROW(check(before + shorter + zip.end()), FormatError);
 }
 
-TEST_F(ArchiveCheck, RefusesPlacesThatNoFileHas)
+TEST_F(ArchiveHeaders, RefusesPlacesThatNoFileHas)
 {
     const RawZip zip = ordinary();
     for (const std::uint64_t place : {~std::uint64_t{0}, std::uint64_t{1} << 63U}) {
@@ -137,7 +123,7 @@ TEST_F(ArchiveCheck, RefusesPlacesThatNoFileHas)
     }
 }
 
-TEST_F(ArchiveCheck, CountsEntriesAndDirectoryBytesUpToTheLimits)
+TEST_F(ArchiveHeaders, CountsEntriesAndDirectoryBytesUpToTheLimits)
 {
     const RawZip zip = ordinary();
     ArchiveLimits limits;
@@ -156,7 +142,7 @@ TEST_F(ArchiveCheck, CountsEntriesAndDirectoryBytesUpToTheLimits)
     EXPECT_THROW(check(zip.bigBytes(), shorter), LimitError);
 }
 
-TEST_F(ArchiveCheck, NamesTheArchiveAndTheEntry)
+TEST_F(ArchiveHeaders, NamesTheArchiveAndTheEntry)
 {
     RawZip zip = ordinary();
     RawEntry shorter = stored("shorter", "bytes");
@@ -168,7 +154,7 @@ TEST_F(ArchiveCheck, NamesTheArchiveAndTheEntry)
 }
 
 // What the local header says, which the archive library does not look at.
-TEST_F(ArchiveCheck, RefusesHeadersThatDiffer)
+TEST_F(ArchiveHeaders, RefusesHeadersThatDiffer)
 {
     const RawZip zip{packedTo("name", deflated(QByteArray(1000, 'c')), 1000)};
     const std::string good = zip.bytes();
@@ -184,7 +170,7 @@ TEST_F(ArchiveCheck, RefusesHeadersThatDiffer)
     }
 }
 
-TEST_F(ArchiveCheck, PassesWhatWasWrittenAsAStream)
+TEST_F(ArchiveHeaders, PassesWhatWasWrittenAsAStream)
 {
     const auto streamed = [](std::uint16_t flags, std::size_t leftOut) {
         RawEntry entry = stored("a", "bytes");
@@ -200,17 +186,67 @@ TEST_F(ArchiveCheck, PassesWhatWasWrittenAsAStream)
     }
 }
 
-TEST_F(ArchiveCheck, RefusesAnotherNameOfOneHeaderAlone)
+TEST_F(ArchiveHeaders, RefusesAnotherNameOfOneHeaderAlone)
 {
     RawEntry entry = stored("a", "bytes");
     entry.fields = extraField(0x7075, little(1, 1) + little(crcOf("a"), 4) + "b");
     EXPECT_TRUE(isRefused(RawZip{entry}.bytes()));
     entry.localFields = entry.fields;
     EXPECT_NO_THROW(check(RawZip{entry}.bytes()));
-    entry.fields = entry.localFields += extraField(0x7075, little(1, 5) + "c");
+    // One that is for another name does not count.
+    const std::string good = entry.fields;
+    entry.fields = entry.localFields = good + extraField(0x7075, little(1, 5) + "c");
+    EXPECT_NO_THROW(check(RawZip{entry}.bytes()));
+    entry.fields = entry.localFields = good + good;
     EXPECT_EQ(messageOf<FormatError>([&] { check(RawZip{entry}.bytes()); }),
               m_directory.path("a.zip").toStdString() +
-                  ": damaged archive: 'a' has more than two names");
+                  ": damaged archive: 'b' has more than two names");
+}
+
+TEST_F(ArchiveHeaders, GiveNamesInUtf8)
+{
+    const auto nameOf = [this](const std::string& name, const std::string& fields = {}) {
+        RawEntry entry = stored(name, "");
+        entry.fields = entry.localFields = fields;
+        return check(RawZip{entry}.bytes()).entries.at(0).name;
+    };
+    const auto other = [](const std::string& of, const std::string& name) {
+        return extraField(0x7075, little(1, 1) + little(crcOf(of), 4) + name);
+    };
+    EXPECT_EQ(nameOf("plain"), "plain");
+    EXPECT_EQ(nameOf("caf\u00e9"), "caf\u00e9");
+    EXPECT_EQ(nameOf("caf\x82"), "caf\u00e9");
+    EXPECT_EQ(nameOf("\x82 caf\u00e9"), "\u00e9 caf\u251c\u2310"); // one or the other, never both
+    EXPECT_EQ(nameOf("caf?", other("caf?", "caf\u00e9")), "caf\u00e9");
+    EXPECT_EQ(nameOf("caf?", other("cafe", "caf\u00e9")), "caf?");
+    EXPECT_EQ(nameOf("caf?", other("caf?", "caf\x82")), "caf?");
+    EXPECT_EQ(nameOf("caf?", other("caf?", "")), "caf?");
+    EXPECT_EQ(nameOf("caf?", extraField(0x7075, "")), "caf?");
+
+    std::string upperHalf;
+    for (int code = 0x80; code < 0x100; ++code) {
+        upperHalf += static_cast<char>(code);
+    }
+    EXPECT_EQ(nameOf(upperHalf), "ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜ¢£¥₧ƒ"
+                                 "áíóúñÑªº¿⌐¬½¼¡«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐"
+                                 "└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀"
+                                 "αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00a0");
+}
+
+TEST_F(ArchiveHeaders, TellWhatAnEntryIs)
+{
+    RawEntry folder = stored("a/", "");
+    folder.mode = S_IFDIR | 0700;
+    RawEntry foreign = stored("b", "bytes");
+    foreign.system = 0;
+    const ArchiveDirectory directory = check(RawZip{folder, foreign}.bytes());
+    ASSERT_EQ(directory.entries.size(), 2U);
+    EXPECT_TRUE(directory.entries[0].isUnix);
+    EXPECT_EQ(directory.entries[0].mode, mode_t{S_IFDIR | 0700});
+    EXPECT_FALSE(directory.entries[1].isUnix);
+    EXPECT_EQ(directory.entries[1].mode, 0U);
+    EXPECT_EQ(directory.entries[1].bytes, 5U);
+    EXPECT_EQ(directory.entries[1].checksum, crcOf("bytes"));
 }
 
 struct PathInArchive
