@@ -80,4 +80,10 @@ boost::shared_ptr<KX::XmlElement> readBox(const QByteArray& bytes)
     return box->clone();
 }
 
+bool isBoxLeftOut(const pk::project::ProjectModel& model, const QString& directory)
+{
+    return model.isLeftOut(directory + QStringLiteral("/box.bhx")) ||
+           model.isLeftOut(directory + QStringLiteral("/behavior.bhx"));
+}
+
 } // namespace kxbox

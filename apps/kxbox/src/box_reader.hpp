@@ -1,6 +1,7 @@
 #pragma once
 
 #include <kx/xml_element.hpp>
+#include <pk/project/project_model.hpp>
 
 #include <QByteArray>
 #include <boost/shared_ptr.hpp>
@@ -29,5 +30,9 @@ boost::shared_ptr<KX::XmlElement> readXml(const QByteArray& bytes);
 /// The box element in the bytes of a box file. Throws BadBoxFile for what
 /// KX::BoxLibraryNode::loadBox() refuses, and says why.
 boost::shared_ptr<KX::XmlElement> readBox(const QByteArray& bytes);
+
+/// Whether the box file of a box with this directory was left out when the project was opened, so
+/// that nobody knows what is in it.
+bool isBoxLeftOut(const pk::project::ProjectModel& model, const QString& directory);
 
 } // namespace kxbox

@@ -1,7 +1,7 @@
 #include "catalogue.hpp"
 
+#include "box_reader.hpp"
 #include "box_texts.hpp"
-#include "left_out.hpp"
 #include "open_library.hpp"
 
 #include <algorithm>
@@ -30,9 +30,9 @@ Catalogue::IsUnknown hasFileOfNoBox(const KX::BoxLibrary& library)
 {
     const auto& model = library.projectModel();
     const int prefix = library.translationContext().size() + 1;
-    return [&model, leftOut = LeftOut(model), prefix](const QString& context) {
+    return [&model, prefix](const QString& context) {
         const QString path = context.mid(prefix);
-        return leftOut.hasBoxAt(path) || model.hasFile(path + QStringLiteral("/box.bhx")) ||
+        return isBoxLeftOut(model, path) || model.hasFile(path + QStringLiteral("/box.bhx")) ||
                model.hasFile(path + QStringLiteral("/behavior.bhx"));
     };
 }

@@ -27,13 +27,12 @@ class Siblings
 {
 public:
     explicit Siblings(const BoxLibraryNode& folder)
-        : m_isTop(folder.parent() == nullptr), m_path(folder.path())
+        : m_isTop(folder.parent() == nullptr), m_model(*folder.project()), m_path(folder.path())
     {
         for (const BoxLibraryNode* const child : folder.children()) {
             ++m_counts[child->name()];
         }
-        const auto* const model = folder.project();
-        const QStringList files = model->getFileList(m_path, true, false, false);
+        const QStringList files = m_model.getFileList(m_path, true, false, false);
         m_files = QSet<QString>(files.begin(), files.end());
     }
 
@@ -52,6 +51,7 @@ private:
     };
 
     bool m_isTop;
+    const pk::project::ProjectModel& m_model;
     QString m_path;
     std::unordered_map<std::string, int> m_counts;
     QSet<QString> m_files;
@@ -80,7 +80,8 @@ bool Siblings::keepsNumber(const std::string& name)
 std::string Siblings::obstacle(const BoxLibraryNode& child)
 {
     const std::string& name = child.name();
-    const std::string fileName = BoxLibraryNode::escapeFileName(name);
+    const std::string escaped = BoxLibraryNode::escapeFileName(name);
+    const QString fileName = QString::fromStdString(escaped);
     if (name.empty()) {
         return "it stands for no name";
     }
@@ -90,8 +91,8 @@ std::string Siblings::obstacle(const BoxLibraryNode& child)
     if (m_counts[name] > 1) {
         return "another node is called '" + name + "' too";
     }
-    if (m_files.contains(QString::fromStdString(fileName))) {
-        return "there is something else at '" + fileName + "'";
+    if (m_files.contains(fileName) || m_model.isLeftOut(prefixOf(m_path) + fileName)) {
+        return "there is something else at '" + escaped + "'";
     }
     return keepsNumber(name) ? "" : "the library would give '" + name + "' another number";
 }

@@ -1,6 +1,6 @@
 // Translation files that the library would lose.
+#include "box_reader.hpp"
 #include "check_fixes.hpp"
-#include "left_out.hpp"
 #include "translation_files.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -147,10 +147,10 @@ void TranslationFixes::removeUntranslated()
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*m_library->boxRoot())) {
         contexts.insert(node->translationContext());
     }
-    const LeftOut leftOut(m_library->projectModel());
     const QString prefix = contextOf(QString());
     const auto isLeftOut = [&](const QString& context) {
-        return context.startsWith(prefix) && leftOut.hasBoxAt(context.mid(prefix.size()));
+        return context.startsWith(prefix) &&
+               isBoxLeftOut(m_library->projectModel(), context.mid(prefix.size()));
     };
     // Of what somebody has worked on nothing goes.
     const auto isUseless = [&](const Message& message) {

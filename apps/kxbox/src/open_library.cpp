@@ -1,7 +1,6 @@
 #include "open_library.hpp"
 
 #include "failure.hpp"
-#include "left_out.hpp"
 #include "node_address.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -72,7 +71,7 @@ ProjectModel openProject(const std::string& path, Progress& progress)
 OpenLibrary::OpenLibrary(const std::string& path, Progress& progress)
     : m_path(path), m_progress(progress), m_library(new KX::BoxLibrary(openProject(path, progress)))
 {
-    m_areTranslationsLeftOut = LeftOut(m_library->projectModel()).hasAnyIn(translationsDirectory());
+    m_areTranslationsLeftOut = m_library->projectModel().hasLeftOut(translationsDirectory());
 }
 
 std::string OpenLibrary::nameOf(const BoxLibraryNode& node) const

@@ -81,6 +81,25 @@ void DirectorySource::load(Index& index)
     loadDirectory({m_root, {}, 0}, index.root());
 }
 
+bool DirectorySource::isLeftOut(const std::string& path) const
+{
+    for (std::size_t end = 0; !m_leftOut.empty() && end < path.size();) {
+        end = std::min(path.find('/', end + 1), path.size());
+        if (m_leftOut.count(path.substr(0, end)) > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool DirectorySource::hasLeftOut(const std::string& path) const
+{
+    const std::string prefix = path.empty() ? path : path + "/";
+    const auto below = m_leftOut.lower_bound(prefix);
+    return isLeftOut(path) ||
+           (below != m_leftOut.end() && below->compare(0, prefix.size(), prefix) == 0);
+}
+
 Metadata DirectorySource::loadMetadata() const
 {
     const std::string path = m_place.path + "/" + a_metadataFile;
@@ -279,6 +298,7 @@ void DirectorySource::loadDirectory(const Level& level, Entry& directory)
             warn(level.fd.path() + "/" + printable(name) + ": left out of the project, because " +
                      found->obstacle,
                  __FILE__, "load", __LINE__);
+            m_leftOut.insert(joinPath(level.path, name));
             continue;
         }
         const std::string path = joinPath(level.path, name);

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,6 +37,11 @@ public:
     /// order mark, directories that can't be read, and what has a path that no project can have.
     /// Throws IoError.
     void load(Index& index);
+
+    /// Whether load() left out what is at a path, or a directory above it.
+    bool isLeftOut(const std::string& path) const;
+    /// Whether it left out anything at a path, above or below it.
+    bool hasLeftOut(const std::string& path) const;
 
     /// Reads the metadata file. Throws FormatError, IoError, and LimitError for one with more than
     /// archive_limits::a_maxMetadataBytes.
@@ -110,6 +116,7 @@ private:
     std::int64_t m_time = 0;
     std::optional<Stamp> m_metadataStamp;
     std::size_t m_size = 0;
+    std::set<std::string> m_leftOut; ///< paths, as they are on the disk
     std::optional<JournalDirectory::Unfinished> m_unfinished;
 };
 

@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
 namespace kxbox::test {
 namespace {
 
@@ -281,6 +283,21 @@ INSTANTIATE_TEST_SUITE_P(Translations, Mendings,
 class CheckFix : public CheckTest
 {
 };
+
+TEST_F(CheckFix, LeavesANameThatALinkHas)
+{
+    const Words words = makeLibrary(
+        Form::Directory, {{"Motion/C%2FD/box.bhx", boxFile()}, {"Motion/E%2FF/box.bhx", boxFile()}},
+        {"--fix"});
+    ASSERT_EQ(::symlink("Walk", path("lib.bxl/Motion/C%2fD").toStdString().c_str()), 0);
+    const std::string fixed = "fixed: Motion/E%2FF: renamed to Motion/E%2fF\n"
+                              "not fixed: Motion/C%2FD: there is something else at 'C%2fD'\n";
+    const Ending ending = run(words);
+    EXPECT_EQ(ending.exitCode, 1) << ending.error;
+    EXPECT_EQ(ending.out.substr(0, fixed.size()), fixed);
+    EXPECT_TRUE(QFileInfo(path("lib.bxl/Motion/C%2fD")).isSymLink());
+    EXPECT_TRUE(QFileInfo(path("lib.bxl/Motion/E%2fF")).isDir());
+}
 
 TEST_F(CheckFix, SetsMissingMetadataAndLeavesOthers)
 {

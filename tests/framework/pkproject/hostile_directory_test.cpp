@@ -96,6 +96,10 @@ private:
     Tree m_outside;
 };
 
+class AnyDirectory : public HostileDirectory
+{
+};
+
 const Tree a_rest = {{"a", "a"}, {"d/", ""}, {"d/b", "b"}, {"d/e/", ""}, {"d/e/c", "c"}};
 
 struct Oddity
@@ -155,6 +159,8 @@ TEST_P(OddThing, IsLeftOutAndSaidOnceAndStaysWhereItIs)
                             ": left out of the project, because " + GetParam().reason};
     EXPECT_EQ(log.messages(), expected);
     EXPECT_EQ(treeOf(model), a_rest);
+    EXPECT_EQ(model.isLeftOut(q("d/odd")), GetParam().called == std::string("odd"));
+    EXPECT_TRUE(model.hasLeftOut(q("d")));
     model.writeFile(q("d/b"), "changed");
     model.writeFile(q("d/new"), "new");
     saveInPlace(model);
@@ -182,6 +188,35 @@ TEST_P(OddThing, DoesNotComeAlong)
     model.save(local("archive"), ArchiveFormat::Zip, false);
     EXPECT_EQ(treeOf(ProjectModel(local("archive"))), a_rest);
     EXPECT_EQ(log.messages(), Messages());
+}
+
+// Only what somebody knows is gone may count as that.
+TEST_F(AnyDirectory, TellsWhatItLeftOutFromWhatIsGone)
+{
+    link("b", "p/d/link");
+    link("nowhere", "p/dangling");
+    ProjectModel model(local("p"));
+    for (const char* const name : {"d/link", "d/link/c", "d/link/none/x", "dangling"}) {
+        EXPECT_TRUE(model.isLeftOut(q(name))) << name;
+        EXPECT_TRUE(model.hasLeftOut(q(name))) << name;
+    }
+    for (const char* const name :
+         {"", "d", "d/b", "d/e", "d/lin", "d/link2", "none", "none/d/link"}) {
+        EXPECT_FALSE(model.isLeftOut(q(name))) << name;
+    }
+    for (const char* const name : {"", "d"}) {
+        EXPECT_TRUE(model.hasLeftOut(q(name))) << name;
+    }
+    for (const char* const name : {"d/e", "d/l", "dang", "none"}) {
+        EXPECT_FALSE(model.hasLeftOut(q(name))) << name;
+    }
+    model.writeFile(q("d/b"), "changed");
+    saveInPlace(model);
+    EXPECT_TRUE(model.isLeftOut(q("d/link")));
+    model.save(local("archive"), ArchiveFormat::Zip, false);
+    EXPECT_FALSE(model.isLeftOut(q("d/link")));
+    EXPECT_FALSE(model.hasLeftOut(QString()));
+    EXPECT_FALSE(ProjectModel().hasLeftOut(QString()));
 }
 
 TEST_P(OddThing, GoesWithTheFolderThatASaveRemoves)

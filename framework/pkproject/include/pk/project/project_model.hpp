@@ -103,6 +103,15 @@ public:
     /// Whether `path` is a file of the project; false for a directory.
     bool hasFile(const QString& path) const;
 
+    /// Whether opening the source directory left out what is at `path`, or a directory above it,
+    /// because it is a link, is neither file nor directory, has a name that no project can have, or
+    /// can't be read. Somebody knows what is there: it is not gone. `path` as getFileList() would
+    /// have it, when the project was opened or last saved to another place.
+    bool isLeftOut(const QString& path) const;
+
+    /// Whether it left out anything in a directory, at any depth, or the directory.
+    bool hasLeftOut(const QString& directory) const;
+
     /// Opens a file as the C library's fopen() does, with any of its modes; null on failure. A file
     /// opened for writing replaces the project's file at once, with what is flushed; its directory
     /// must exist. The caller closes the stream, which stays valid whatever happens to the model:

@@ -58,7 +58,7 @@ Box load(const pk::project::ProjectModel& model, const QString& prefix)
     const auto box = file.root && isAccepted(*file.root)
                          ? file.root->firstChild(BoxConstants::a_boxBeacon)
                          : boost::shared_ptr<XmlElement>();
-    return {box, file.isUnread};
+    return {box, file.isUnread || (!file.root && model.isLeftOut(prefix + a_behaviorFile))};
 }
 
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix)

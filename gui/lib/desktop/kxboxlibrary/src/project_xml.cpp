@@ -38,6 +38,7 @@ Reading read(const pk::project::ProjectModel& model, const QString& path)
         reading.root = document ? document->root() : nullptr;
     } catch (const pk::project::Error& error) {
         if (!model.hasFile(path)) { // which is not asked before, as it mostly is there
+            reading.isUnread = model.isLeftOut(path);
             return reading;
         }
         // Nothing can be had of a damaged or endless file; of any other one, as one that is gone

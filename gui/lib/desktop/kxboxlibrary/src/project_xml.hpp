@@ -25,8 +25,8 @@ struct Reading
     /// The root element; null when there is no such file or it holds no document, as a damaged one
     /// in an archive.
     boost::shared_ptr<XmlElement> root;
-    /// There is a file that could not be read just now, as without permission or from a bad sector:
-    /// nothing is known of what it holds, so nothing may take its place.
+    /// There is a file that could not be read just now, as without permission or from a bad sector,
+    /// or a link: nothing is known of what it holds, so nothing may take its place.
     bool isUnread = false;
     QByteArray bytes; ///< of the file, where it could be read
 };

@@ -295,7 +295,7 @@ INSTANTIATE_TEST_SUITE_P(
         Attack{"ALink", marked(40, QByteArray("\xff\xa1", 2)), "is a link or a device"},
         Attack{"ADevice", marked(40, QByteArray("\xb6\x21", 2)), "is a link or a device"},
         Attack{"Encrypted", marked(8, QByteArray("\1\0", 2)), "encrypted archive"},
-        Attack{"OfAnotherMethod", marked(10, QByteArray("\x63\0", 2)), "damaged archive"},
+        Attack{"OfAnotherMethod", marked(10, QByteArray("\x63\0", 2)), "is packed by method 99"},
         Attack{"FalseSizes", marked(24, QByteArray("\xff\xff\xff\x7f", 4)), "damaged archive"},
         Attack{"Truncated", [](const QByteArray& good) { return good.left(good.size() / 2); },
                "its end is missing"},

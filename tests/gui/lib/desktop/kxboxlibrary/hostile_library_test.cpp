@@ -14,6 +14,7 @@ namespace {
 
 using pk::project::ArchiveFormat;
 using pk::project::ConflictError;
+using pk::project::IoError;
 
 // Everything below a directory with its bytes.
 std::map<std::string, std::string> bytesBelow(const QString& directory)
@@ -101,6 +102,33 @@ TEST_F(HostileLibrary, OpensWithoutWhatIsNoPartOfItAndSaysEachOnce)
     }
     EXPECT_EQ(filesOf(ProjectModel(path("Other.kbl"))), filesOf(ProjectModel(path("Other.bxl"))));
     EXPECT_TRUE(QFileInfo(path("L.bxl/F/S")).isSymLink());
+}
+
+// Of which nobody knows what is in them, as of one that can't be read.
+TEST_F(HostileLibrary, LeavesBoxAndOrderFilesThatAreLinksAsTheyAre)
+{
+    putLocal(path("L.bxl/Box/icon.png"), "icon");
+    putLocal(path("L.bxl/Old/icon.png"), "icon");
+    link("../../outside/box.bhx", "L.bxl/Box/box.bhx");
+    link("../../outside/box.bhx", "L.bxl/Old/behavior.bhx");
+    link("../../outside/box.bhx", "L.bxl/F/bxlinfo");
+    const Library library = opened();
+    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"A", "Box", "F", "Old"}));
+    for (const int child : {1, 3}) {
+        EXPECT_FALSE(library->node({child})->boxData());
+        EXPECT_TRUE(library->node({child})->children().isEmpty());
+    }
+    EXPECT_EQ(childNames(*library->node({2})), Names{"B"});
+    library->node({0})->boxData()->setTooltip(q("edited"));
+    EXPECT_THROW(library->node({2})->appendChild("New"), IoError);
+    library->node({1})->setName("Named");
+    library->save();
+    EXPECT_TRUE(QFileInfo(path("L.bxl/F/bxlinfo")).isSymLink());
+    EXPECT_TRUE(QFileInfo(path("L.bxl/Named/box.bhx")).isSymLink());
+    EXPECT_TRUE(QFileInfo(path("L.bxl/Old/behavior.bhx")).isSymLink());
+    EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Named/bxlinfo")));
+    EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Old/bxlinfo")));
+    EXPECT_EQ(opened()->node({0})->boxData()->tooltip(), q("edited"));
 }
 
 TEST_F(HostileLibrary, OfManyLevelsOpensAndIsSaved)
