@@ -23,11 +23,10 @@ void requireName(const std::string& name, const char* what)
     }
 }
 
-void requireHoldable(const std::string& text, const std::string& where)
+[[noreturn]] void failToHold(const std::string& where, const std::string& tag)
 {
-    if (!xml::isHoldable(text)) {
-        throw std::invalid_argument("characters that XML cannot hold in the " + where);
-    }
+    throw std::invalid_argument("characters that XML cannot hold in the " + where +
+                                " of element \"" + tag + "\"");
 }
 
 } // namespace
@@ -131,7 +130,9 @@ void XmlElement::visitAttributes(const AttributeVisitor& visit) const
 void XmlElement::putText(const std::string& name, const std::string& value, bool first)
 {
     requireName(name, "attribute");
-    requireHoldable(value, "attribute \"" + name + "\" of element \"" + m_tag + "\"");
+    if (!xml::isHoldable(value)) {
+        failToHold("attribute \"" + name + "\"", m_tag);
+    }
     auto& attributes = content().attributes;
     const auto found = std::find_if(attributes.begin(), attributes.end(),
                                     [&name](const auto& each) { return each.name == name; });
@@ -168,7 +169,9 @@ boost::shared_ptr<std::string> XmlElement::text() const
 
 void XmlElement::setText(const std::string& text, bool cdata)
 {
-    requireHoldable(text, "text of element \"" + m_tag + "\"");
+    if (!xml::isHoldable(text)) {
+        failToHold("text", m_tag);
+    }
     std::vector<Content::Node>& nodes = content().nodes;
     const auto isText = [](const Content::Node& node) {
         return node.kind == NodeKind::Text || node.kind == NodeKind::Section;

@@ -123,12 +123,17 @@ bool isName(std::string_view bytes)
 
 bool isHoldable(std::string_view bytes)
 {
-    while (!bytes.empty()) {
-        const CodePoint c = decode(bytes);
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto byte = static_cast<unsigned char>(bytes[at]);
+        if (byte >= 0x20 && byte < 0x80) { // as most are
+            ++at;
+            continue;
+        }
+        const CodePoint c = decode(bytes.substr(at));
         if (c.length == 0 || !isXmlChar(c.value)) {
             return false;
         }
-        bytes.remove_prefix(c.length);
+        at += c.length;
     }
     return true;
 }

@@ -1,6 +1,12 @@
 #include "xml_writer.hpp"
 
 #include "byte_class.hpp"
+#include "xml_text.hpp"
+
+#include <kx/xml_value.hpp>
+
+#include <algorithm>
+#include <stdexcept>
 
 namespace KX::xml {
 
@@ -253,3 +259,17 @@ void Writer::writeSection(std::string_view text)
 }
 
 } // namespace KX::xml
+
+void KX::appendXmlValue(std::string& text, std::string_view value)
+{
+    using namespace xml;
+    if (std::all_of(value.begin(), value.end(),
+                    [](char c) { return is(c, PlainValue) && !is(c, EscapedValue); })) {
+        text += value; // most are so
+        return;
+    }
+    if (!isHoldable(value)) {
+        throw std::invalid_argument("characters that XML cannot hold in an attribute");
+    }
+    appendEscaped(text, value, EscapedValue);
+}

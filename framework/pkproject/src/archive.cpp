@@ -288,40 +288,37 @@ std::vector<std::string> ArchiveSource::changesTo(const struct stat& now) const
         return {"it was written to in its place"}; // so that nothing is left of what it was
     }
     try {
-        auto before = ArchiveSource(m_place, duplicate(m_file), m_limits).contents();
-        auto after = ArchiveSource(m_place, openPath(m_place.path, O_RDONLY | O_NONBLOCK), m_limits)
-                         .contents();
+        ArchiveSource before(m_place, duplicate(m_file), m_limits);
+        ArchiveSource after(m_place, openPath(m_place.path, O_RDONLY | O_NONBLOCK), m_limits);
         std::vector<std::string> changes;
-        for (const auto& [name, item] : after) {
-            const auto old = before.find(name);
-            if (old == before.end()) {
-                changes.push_back(name + " was added");
-            } else if (!item.holdsTheSameAs(old->second)) {
+        const auto note = [&changes](const Item* was, const Item* is, const std::string& name) {
+            if (was == nullptr || is == nullptr) {
+                changes.push_back(name + (was == nullptr ? " was added" : " was removed"));
+            } else if (!is->holdsTheSameAs(*was)) {
                 changes.push_back(name + " was changed");
             }
-        }
-        for (const auto& old : before) {
-            if (after.count(old.first) == 0) {
-                changes.push_back(old.first + " was removed");
+        };
+        const std::vector<Item> old = before.items();
+        const std::vector<Item> present = after.items();
+        auto was = old.begin();
+        for (const Item& is : present) {
+            for (; was != old.end() && isBefore(was->path, is.path); ++was) {
+                note(&*was, nullptr, "'" + was->path + "'");
             }
+            const bool isKnown = was != old.end() && was->path == is.path;
+            note(isKnown ? &*was : nullptr, &is, "'" + is.path + "'");
+            was += isKnown ? 1 : 0;
+        }
+        for (; was != old.end(); ++was) {
+            note(&*was, nullptr, "'" + was->path + "'");
+        }
+        if (before.m_metadata || after.m_metadata) {
+            note(before.m_metadata.get(), after.m_metadata.get(), "the project's metadata");
         }
         return changes;
     } catch (const Error&) {
         return {"it can't be read any more"};
     }
-}
-
-// What an archive that was not loaded holds, by the names that people know it by.
-std::map<std::string, ArchiveSource::Item> ArchiveSource::contents()
-{
-    std::map<std::string, Item> contents;
-    for (Item& next : items()) {
-        contents.emplace("'" + next.path + "'", std::move(next));
-    }
-    if (m_metadata) {
-        contents.emplace("the project's metadata", *m_metadata);
-    }
-    return contents;
 }
 
 ArchiveSource::Item ArchiveSource::item(const ArchiveEntry& entry, std::uint64_t position) const
@@ -363,13 +360,13 @@ void ArchiveSource::setPath(Item& item, const std::string& name, bool isUnix) co
 // In the order of the tree.
 std::vector<ArchiveSource::Item> ArchiveSource::items()
 {
-    const std::vector<ArchiveEntry> entries = readDirectory();
+    std::vector<ArchiveEntry> entries = readDirectory();
     std::vector<Item> items;
     std::vector<Item> foreign;
     items.reserve(entries.size());
     std::uint64_t bytes = 0;
     for (std::size_t position = 0; position < entries.size(); ++position) {
-        Item next = item(entries[position], position);
+        Item next = item(std::exchange(entries[position], {}), position);
         bytes += std::min(next.bytes, std::numeric_limits<std::uint64_t>::max() - bytes);
         checkBounds(bytes, next.bytes, next.path);
         if (next.path.empty()) {
@@ -404,7 +401,8 @@ void ArchiveSource::sort(std::vector<Item>& items)
 {
     const auto order = [](const Item& a, const Item& b) { return isBefore(a.path, b.path); };
     if (!std::is_sorted(items.begin(), items.end(), order)) {
-        std::sort(items.begin(), items.end(), order);
+        // Which compares least, whatever order somebody chose: long names take long.
+        std::stable_sort(items.begin(), items.end(), order);
     }
 }
 

@@ -13,7 +13,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -105,7 +104,6 @@ private:
     void setMetadata(Item&& item);
     static void sort(std::vector<Item>& items);
     void append(Index& index, const Item& item, std::uint64_t& count) const;
-    std::map<std::string, Item> contents();
     std::vector<std::string> changesTo(const struct stat& now) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;

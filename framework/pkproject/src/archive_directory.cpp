@@ -142,6 +142,12 @@ struct Header
     std::size_t at = 0; ///< where it is
 };
 
+std::uint32_t checksumOf(std::string_view bytes)
+{
+    return static_cast<std::uint32_t>(
+        crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+}
+
 std::string nameOf(const Header& header)
 {
     if (!header.otherName.empty()) {
@@ -216,7 +222,7 @@ private:
     std::size_t readHeader(std::size_t at);
     void readFields(Header& header, std::string_view fields) const;
     void readBigField(Header& header, std::string_view field) const;
-    void readNameField(Header& header, std::string_view field) const;
+    void readNameField(Header& header, std::string_view field, std::uint32_t checksum) const;
     void checkHeader(const Header& header) const;
     void checkRanges(std::uint64_t end);
     std::uint64_t endOf(const Header& central);
@@ -359,6 +365,8 @@ std::size_t Reader::readHeader(std::size_t at)
 void Reader::readFields(Header& header, std::string_view fields) const
 {
     bool hasBig = false;
+    std::optional<std::uint32_t>
+        checksum; // of the name, for which there may be thousands of fields
     for (std::size_t at = 0; at + 4 <= fields.size();) {
         const std::uint16_t id = number16(fields, at);
         const std::size_t size = number16(fields, at + 2);
@@ -366,8 +374,9 @@ void Reader::readFields(Header& header, std::string_view fields) const
         if (id == a_bigField && !hasBig) {
             readBigField(header, field);
             hasBig = true;
-        } else if (id == a_nameField) {
-            readNameField(header, field);
+        } else if (id == a_nameField && field.size() > a_nameFieldHead && field[0] == 1) {
+            checksum = checksum ? checksum : checksumOf(header.name);
+            readNameField(header, field, *checksum);
         }
         at += 4 + size;
     }
@@ -390,12 +399,9 @@ void Reader::readBigField(Header& header, std::string_view field) const
 }
 
 // It is for the name with its checksum: whoever changes that may not know of it.
-void Reader::readNameField(Header& header, std::string_view field) const
+void Reader::readNameField(Header& header, std::string_view field, std::uint32_t checksum) const
 {
-    const auto checksum =
-        crc32_z(0, reinterpret_cast<const Bytef*>(header.name.data()), header.name.size());
-    if (field.size() <= a_nameFieldHead || field[0] != 1 || number32(field, 1) != checksum ||
-        !utf8(field.substr(a_nameFieldHead))) {
+    if (number32(field, 1) != checksum || !utf8(field.substr(a_nameFieldHead))) {
         return;
     }
     if (!header.otherName.empty()) { // readers might differ in which they take

@@ -1,6 +1,8 @@
 #include "xml_helpers.hpp"
 #include "xml_writer.hpp"
 
+#include <kx/xml_value.hpp>
+
 #include <ostream>
 
 using namespace KX::testing;
@@ -183,6 +185,27 @@ TEST(Writer, RefusesTreesDeeperThanAReaderTakes)
     } catch (const KX::xml::Unwritable& reason) {
         EXPECT_STREQ(reason.what(), "element \"deepest\" is nested deeper than 256 levels");
     }
+}
+
+TEST(AppendXmlValue, WritesWhatAnElementsAttributeIs)
+{
+    for (const char* const value :
+         {"", "plain", "<", "&", ">", "\"", "'", "\t", "\n", "\r", "\xC3\xA9 <\xF0\x9F\x98\x80"}) {
+        const auto one = make("a");
+        one->setAttribute("b", std::string(value), false);
+        std::string text = "<a b=\"";
+        KX::appendXmlValue(text, value);
+        EXPECT_EQ(text + "\" />", written(one));
+    }
+}
+
+TEST(AppendXmlValue, AppendsNothingThatXmlCannotHold)
+{
+    std::string text = "<a";
+    for (const char* const value : {"\x01", "a\xC3", "\xEF\xBF\xBE"}) {
+        EXPECT_THROW(KX::appendXmlValue(text, value), std::invalid_argument);
+    }
+    EXPECT_EQ(text, "<a");
 }
 
 } // namespace

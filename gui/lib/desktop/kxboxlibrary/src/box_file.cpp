@@ -54,11 +54,14 @@ void removeMetadata(pk::project::ProjectModel& model, const QString& prefix)
 
 Box load(const pk::project::ProjectModel& model, const QString& prefix)
 {
+    if (model.isLeftOut(prefix + a_boxFile)) { // which nothing may be written to
+        return {nullptr, true};
+    }
     const auto file = project_xml::read(model, pathOf(model, prefix));
     const auto box = file.root && isAccepted(*file.root)
                          ? file.root->firstChild(BoxConstants::a_boxBeacon)
                          : boost::shared_ptr<XmlElement>();
-    return {box, file.isUnread || (!file.root && model.isLeftOut(prefix + a_behaviorFile))};
+    return {box, file.isUnread || (!box && model.isLeftOut(prefix + a_behaviorFile))};
 }
 
 QByteArray loadBytes(const pk::project::ProjectModel& model, const QString& prefix)

@@ -265,7 +265,7 @@ void BoxLibraryNode::writeOrder(const QByteArray& present)
 {
     if (pk::project::ProjectModel* const model = project()) {
         checkIsRead();
-        std::vector<std::string> names;
+        std::vector<std::string_view> names;
         names.reserve(static_cast<std::size_t>(m_children.size()));
         for (const BoxLibraryNode* const child : std::as_const(m_children)) {
             names.push_back(child->m_name);

@@ -11,12 +11,25 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
 namespace KX {
 
 using pk::project::ProjectModel;
+
+namespace {
+
+/// Whether a project has a box file or an order file at its top.
+bool hasOwnFile(const ProjectModel& model)
+{
+    const QStringList files = model.getFileList(QString(), false, false, false);
+    return std::any_of(files.begin(), files.end(), box_file::isOwn) ||
+           files.contains(order_file::fileName());
+}
+
+} // namespace
 
 void BoxLibraryNode::initFromProject()
 {
@@ -137,13 +150,17 @@ BoxLibraryNode* BoxLibraryNode::clone() const
     const bool isRoot = m_parent == nullptr && m_library != nullptr;
     copy->initName(isRoot ? m_library->title().toStdString() : m_name);
     copy->m_detachedProject = copyFiles();
-    copy->m_isUnread = m_isUnread;
+    // What was left out of the project does not come along.
+    copy->m_isUnread = m_isUnread && hasOwnFile(*copy->m_detachedProject);
     removeLeftFiles(*copy->m_detachedProject, QString());
     if (m_boxData) {
         copy->m_boxData = m_boxData->clone(copy.get());
     }
     for (const BoxLibraryNode* const child : m_children) {
         copy->appendChildFromProject(child->m_fileName);
+    }
+    if (m_isUnread && !copy->m_isUnread) {
+        copy->saveFolder();
     }
     return copy.release();
 }

@@ -3,9 +3,10 @@
 #include "node_log.hpp"
 #include "project_xml.hpp"
 
-#include <boost/make_shared.hpp>
+#include <kx/xml_value.hpp>
 
 #include <stdexcept>
+#include <utility>
 
 namespace KX::order_file {
 
@@ -17,7 +18,47 @@ const char* const a_name = "name";
 
 QString pathOf(const QString& prefix)
 {
-    return prefix + QStringLiteral("bxlinfo");
+    return prefix + fileName();
+}
+
+/// Of a shorter order file XmlDocument reads all nodes.
+constexpr std::size_t a_surelyRead = 1'000'000;
+
+struct Text
+{
+    std::string xml;
+    std::vector<std::pair<std::string, std::string>> leftOut; ///< names, and why
+};
+
+/// The document as XmlDocument would write it. It is written anew with each child that comes, two
+/// million lines for two thousand of them.
+Text toText(const std::vector<std::string_view>& names)
+{
+    constexpr std::size_t a_usualLine = 48;
+    const std::string begin =
+        std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<") + a_folder;
+    const std::string beforeName = std::string("  <") + a_node + " " + a_name + "=\"";
+    Text text;
+    text.xml.reserve(a_usualLine * (names.size() + 3));
+    (text.xml += begin) += ">\n";
+    const std::size_t empty = text.xml.size();
+    for (const std::string_view name : names) {
+        const std::size_t before = text.xml.size();
+        try {
+            text.xml += beforeName;
+            appendXmlValue(text.xml, name);
+            text.xml += "\" />\n";
+        } catch (const std::invalid_argument& error) {
+            text.xml.resize(before);
+            text.leftOut.emplace_back(name, error.what());
+        }
+    }
+    if (text.xml.size() == empty) {
+        text.xml = begin + " />\n";
+    } else {
+        ((text.xml += "</") += a_folder) += ">\n";
+    }
+    return text;
 }
 
 /// Whether a project has a directory, at a cost that does not depend on what is in the project.
@@ -41,6 +82,11 @@ bool hasPlace(pk::project::ProjectModel& model, const QString& prefix)
 
 } // namespace
 
+QString fileName()
+{
+    return QStringLiteral("bxlinfo");
+}
+
 Order read(pk::project::ProjectModel& model, const QString& prefix)
 {
     const auto file = project_xml::read(model, pathOf(prefix));
@@ -59,32 +105,25 @@ Order read(pk::project::ProjectModel& model, const QString& prefix)
 }
 
 void write(pk::project::ProjectModel& model, const QString& prefix,
-           const std::vector<std::string>& names, const QByteArray& present)
+           const std::vector<std::string_view>& names, const QByteArray& present)
 {
-    const auto folder = boost::make_shared<XmlElement>(a_folder);
-    for (const std::string& name : names) {
-        const auto node = boost::make_shared<XmlElement>(a_node);
-        try {
-            node->setAttribute(a_name, name, false);
-        } catch (const std::invalid_argument& error) {
-            logNode(pk::log::Warning,
-                    "Could not write the place of '" + name + "' into '" +
-                        pathOf(prefix).toStdString() + "', reason: " + error.what(),
-                    __func__, __LINE__);
-            continue;
-        }
-        folder->addChild(node);
-    }
-    QByteArray bytes;
-    try {
-        bytes = project_xml::toBytes(folder);
-    } catch (const std::runtime_error& error) {
+    const auto warn = [&prefix](const std::string& what, const std::string& reason) {
         logNode(pk::log::Warning,
-                "Could not write the order of " + std::to_string(names.size()) + " nodes into '" +
-                    pathOf(prefix).toStdString() + "', reason: " + error.what(),
-                __func__, __LINE__);
+                "Could not write the " + what + " into '" + pathOf(prefix).toStdString() +
+                    "', reason: " + reason,
+                "write", __LINE__);
+    };
+    const Text text = toText(names); // before anything is logged, after which no node may be left
+    for (const auto& [name, reason] : text.leftOut) {
+        warn("place of '" + name + "'", reason);
+    }
+    std::string reason;
+    if (text.xml.size() > a_surelyRead &&
+        !XmlDocument::loadFromXmlBytes(text.xml.data(), text.xml.size(), &reason, nullptr)) {
+        warn("order of " + std::to_string(names.size()) + " nodes", reason);
         return;
     }
+    const QByteArray bytes(text.xml.data(), static_cast<int>(text.xml.size()));
     try {
         if (bytes != present && hasPlace(model, prefix)) {
             model.writeFile(pathOf(prefix), bytes);

@@ -6,11 +6,15 @@
 #include <QString>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The order file of a folder, "bxlinfo": an XML document "Folder" with a child "Node" for each of
 /// the folder's children, whose attribute "name" is the child's display name.
 namespace KX::order_file {
+
+/// "bxlinfo".
+QString fileName();
 
 /// What an order file says: nothing when there is no such file or it is no order file.
 struct Order
@@ -30,6 +34,6 @@ Order read(pk::project::ProjectModel& model, const QString& prefix);
 /// warning in the log. Throws pk::project::IoError, which names the file, when it can't be written,
 /// as on a full disk; the one before stays then.
 void write(pk::project::ProjectModel& model, const QString& prefix,
-           const std::vector<std::string>& names, const QByteArray& present = {});
+           const std::vector<std::string_view>& names, const QByteArray& present = {});
 
 } // namespace KX::order_file

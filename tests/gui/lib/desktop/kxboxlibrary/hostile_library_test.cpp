@@ -111,10 +111,12 @@ TEST_F(HostileLibrary, LeavesBoxAndOrderFilesThatAreLinksAsTheyAre)
     putLocal(path("L.bxl/Old/icon.png"), "icon");
     link("../../outside/box.bhx", "L.bxl/Box/box.bhx");
     link("../../outside/box.bhx", "L.bxl/Old/behavior.bhx");
+    putLocal(path("L.bxl/Own/behavior.bhx"), boxFile());
+    link("../../outside/box.bhx", "L.bxl/Own/box.bhx");
     link("../../outside/box.bhx", "L.bxl/F/bxlinfo");
     const Library library = opened();
-    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"A", "Box", "F", "Old"}));
-    for (const int child : {1, 3}) {
+    EXPECT_EQ(childNames(*library->boxRoot()), (Names{"A", "Box", "F", "Old", "Own"}));
+    for (const int child : {1, 3, 4}) {
         EXPECT_FALSE(library->node({child})->boxData());
         EXPECT_TRUE(library->node({child})->children().isEmpty());
     }
@@ -129,6 +131,28 @@ TEST_F(HostileLibrary, LeavesBoxAndOrderFilesThatAreLinksAsTheyAre)
     EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Named/bxlinfo")));
     EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Old/bxlinfo")));
     EXPECT_EQ(opened()->node({0})->boxData()->tooltip(), q("edited"));
+}
+
+// It has nothing of the kind itself, at whatever depth.
+TEST_F(HostileLibrary, ClonesFoldersAndBoxesWhoseFilesAreLinksAsFolders)
+{
+    putLocal(path("L.bxl/F/Box/icon.png"), "icon");
+    link("../../../outside/box.bhx", "L.bxl/F/Box/box.bhx");
+    link("../../outside/box.bhx", "L.bxl/F/bxlinfo");
+    const Library library = opened();
+    const auto boxOf = [](BoxLibraryNode& folder) { return folder.child(1); };
+    BoxLibraryNode* const folder =
+        library->boxRoot()->insertChild(0, library->node({1})->clone()); // behind A
+    ASSERT_EQ(childNames(*folder), (Names{"B", "Box"}));
+    ASSERT_EQ(library->node({2})->name(), "F");
+    BoxLibraryNode* const box =
+        library->boxRoot()->insertChild(0, boxOf(*library->node({2}))->clone());
+    for (BoxLibraryNode* const node : {folder, boxOf(*folder), box}) {
+        EXPECT_TRUE(library->projectModel().hasFile(node->path() + q("/bxlinfo"))) << node->name();
+        EXPECT_NE(node->appendChild("New"), nullptr);
+    }
+    library->save();
+    EXPECT_TRUE(QFileInfo(path("L.bxl/F/Box/box.bhx")).isSymLink());
 }
 
 TEST_F(HostileLibrary, OfManyLevelsOpensAndIsSaved)

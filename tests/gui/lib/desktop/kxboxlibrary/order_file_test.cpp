@@ -1,5 +1,8 @@
 #include "order_file.hpp"
+#include "project_xml.hpp"
 #include "support.hpp"
+
+#include <boost/make_shared.hpp>
 
 #include <ostream>
 
@@ -35,12 +38,12 @@ TEST(OrderFile, GivesNoNamesWhereThereIsNone)
 TEST(OrderFile, OfMoreNodesThanAreReadStaysAsItWas)
 {
     ProjectModel model = project({{"bxlinfo", orderFile({"A"})}});
-    std::vector<std::string> names(300'001);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        names[i] = std::to_string(i);
+    std::vector<std::string> numbers(300'001);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        numbers[i] = std::to_string(i);
     }
     const LogRecords records;
-    order_file::write(model, QString(), names);
+    order_file::write(model, QString(), {numbers.begin(), numbers.end()});
     EXPECT_EQ(records.all().size(), 1U);
     EXPECT_EQ(order_file::read(model, QString()).names, Names{"A"});
 }
@@ -97,6 +100,24 @@ TEST(OrderFile, IsACanonicalDocument)
               "</Folder>\n");
 }
 
+// The file is made without a tree of elements.
+TEST(OrderFile, IsWhatADocumentOfItsElementsIs)
+{
+    const std::vector<std::string> names{"plain", R"(<&>"')", "\t\n\r", "\xc3\xbc", ""};
+    for (std::size_t count = 0; count <= names.size(); ++count) {
+        const auto folder = boost::make_shared<XmlElement>("Folder");
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto node = boost::make_shared<XmlElement>("Node");
+            node->setAttribute("name", names[i], false);
+            folder->addChild(node);
+        }
+        ProjectModel model;
+        order_file::write(model, QString(),
+                          {names.begin(), names.begin() + static_cast<int>(count)});
+        EXPECT_EQ(model.readFile(q("bxlinfo")), project_xml::toBytes(folder));
+    }
+}
+
 TEST(OrderFile, ReplacesTheOneBefore)
 {
     ProjectModel model = project({{"A/bxlinfo", orderFile({"B", "C", "D"})}});
@@ -110,7 +131,7 @@ TEST(OrderFile, KeepsEveryNameThatXmlCanHold)
     const Names names{R"(<&>"')", " spaces ",         "tab\there", "line\nfeed", "carriage\rreturn",
                       "\xc3\xbc", "\xf0\x9f\x98\x80", "A",         "A",          ""};
     ProjectModel model;
-    order_file::write(model, QString(), names);
+    order_file::write(model, QString(), {names.begin(), names.end()});
     EXPECT_EQ(order_file::read(model, QString()).names, names);
 }
 
