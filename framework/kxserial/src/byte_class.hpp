@@ -62,9 +62,15 @@ constexpr std::array<unsigned char, 256> classifyAll()
 
 inline constexpr std::array<unsigned char, 256> a_byteClasses = detail::classifyAll();
 
+/// Those of the bits that hold.
+constexpr unsigned classOf(char byte, unsigned bits)
+{
+    return a_byteClasses[static_cast<unsigned char>(byte)] & bits;
+}
+
 constexpr bool is(char byte, ByteClass bits)
 {
-    return (a_byteClasses[static_cast<unsigned char>(byte)] & bits) != 0;
+    return classOf(byte, bits) != 0;
 }
 
 } // namespace KX::xml

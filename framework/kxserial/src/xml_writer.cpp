@@ -264,7 +264,7 @@ void KX::appendXmlValue(std::string& text, std::string_view value)
 {
     using namespace xml;
     if (std::all_of(value.begin(), value.end(),
-                    [](char c) { return is(c, PlainValue) && !is(c, EscapedValue); })) {
+                    [](char c) { return classOf(c, PlainValue | EscapedValue) == PlainValue; })) {
         text += value; // most are so
         return;
     }

@@ -4,11 +4,13 @@
 #include <QString>
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace pk::project {
 
@@ -36,7 +38,7 @@ StagedFile::StagedFile(std::shared_ptr<Staging> staging, std::string path)
 StagedFile::~StagedFile()
 {
     if (m_maker.isHere()) {
-        ::unlink(m_path.c_str());
+        m_staging->takeBack(std::move(m_path), m_isSmall && m_sealed && !m_pathIsKept);
     }
 }
 
@@ -126,6 +128,7 @@ std::string StagingRoot::makeDirectory()
 Staging::~Staging()
 {
     if (!m_directory.empty() && m_maker.isHere()) {
+        takeBack({}, true);
         ::rmdir(m_directory.c_str());
     }
 }
@@ -137,6 +140,7 @@ const std::string& Staging::directory()
         m_directory = root->makeDirectory();
         m_root = std::move(root);
         m_maker = {};
+        m_spare.clear(); // it is not here
     }
     return m_directory;
 }
@@ -153,11 +157,49 @@ std::shared_ptr<StagedFile> Staging::newFile(const std::string& name)
 std::shared_ptr<StagedFile> Staging::write(const std::string& name, const char* bytes,
                                            std::size_t size)
 {
+    constexpr std::size_t a_small = std::size_t{1} << 20;
     auto staged = newFile(name);
-    const Fd file = create(*staged);
+    Fd file = openSpare(staged->path());
+    if (!file) {
+        file = create(*staged);
+    }
     Disk::instance().write(file, bytes, size);
     staged->seal();
+    if (size <= a_small) {
+        staged->setSmall();
+    }
     return staged;
+}
+
+void Staging::takeBack(std::string path, bool isSmall) noexcept
+{
+    if (isSmall) {
+        path.swap(m_spare);
+    }
+    if (!path.empty()) {
+        ::unlink(path.c_str());
+    }
+}
+
+// The spare file, empty, at a new path; no file when there is none, or others may have it: open, as
+// whoever reads it by a stream, or under another name, as a project that it was saved to. Where the
+// kernel can't tell, they may.
+Fd Staging::openSpare(const std::string& path)
+{
+    const std::string spare = std::exchange(m_spare, {});
+    if (spare.empty() || ::rename(spare.c_str(), path.c_str()) != 0) {
+        return {};
+    }
+    // From here on nobody finds it. A write lease is granted only while nobody else has it open;
+    // who opens it in that moment must not cause the signal that ends a program.
+    Fd file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW), path);
+    if (!file || statOf(file).st_nlink != 1 || ::fcntl(file.get(), F_SETSIG, SIGURG) != 0 ||
+        ::fcntl(file.get(), F_SETLEASE, F_WRLCK) != 0 ||
+        ::fcntl(file.get(), F_SETLEASE, F_UNLCK) != 0 || ::ftruncate(file.get(), 0) != 0) {
+        ::unlink(path.c_str());
+        return {};
+    }
+    return file;
 }
 
 std::shared_ptr<StagedFile> Staging::copy(const std::string& name, const Fd& from)

@@ -47,7 +47,7 @@ TEST_F(AStaging, IsRemovedWithItsLastOwner)
     const auto other = staging->write("a", "2", 1);
     staging.reset();
     file.reset();
-    EXPECT_EQ(m_files.tree().size(), 4U);
+    EXPECT_EQ(m_files.tree().size(), 5U); // the file is there for the next
     EXPECT_EQ(readAll(other->open()), "2");
 }
 
@@ -98,6 +98,76 @@ TEST_F(AStaging, LeavesNothing)
         staging->write("b", "2", 1);
     }
     EXPECT_TRUE(m_files.tree().empty());
+}
+
+namespace {
+
+ino_t inodeOf(const StagedFile& file)
+{
+    return statOf(file.path())->st_ino;
+}
+
+} // namespace
+
+TEST_F(AStaging, WritesIntoTheFileThatNobodyNeedsAnyMore)
+{
+    const auto staging = Staging::make();
+    auto file = staging->write("a", "more text", 9);
+    const ino_t inode = inodeOf(*file);
+    const std::string path = file->path();
+    file.reset();
+    file = staging->write("b", "text", 4);
+    EXPECT_EQ(inodeOf(*file), inode);
+    EXPECT_EQ(readAll(file->open()), "text");
+    EXPECT_EQ(QFileInfo(QString::fromStdString(file->path())).fileName().right(2), q("-b"));
+    EXPECT_FALSE(statOf(path));
+    EXPECT_EQ(m_files.tree().size(), 4U);
+}
+
+TEST_F(AStaging, WritesIntoNoFileThatSomebodyHas)
+{
+    const auto staging = Staging::make();
+    const auto other = Staging::make();
+    auto file = staging->write("a", "old", 3);
+    const Fd reader = file->open();
+    file.reset();
+    file = staging->write("b", "new", 3);
+    EXPECT_EQ(readAll(reader), "old");
+    EXPECT_EQ(readAll(file->open()), "new");
+
+    const auto linked = other->link("c", file->path());
+    file.reset();
+    file = staging->write("d", "newer", 5);
+    EXPECT_EQ(readAll(linked->open()), "new");
+    EXPECT_EQ(readAll(file->open()), "newer");
+    EXPECT_EQ(m_files.tree().size(), 6U);
+}
+
+TEST_F(AStaging, KeepsNothingLargeAndNoPathThatSomebodyWasTold)
+{
+    const auto staging = Staging::make();
+    staging->write("a", std::string(1'100'000, 'a').c_str(), 1'100'000);
+    EXPECT_EQ(m_files.tree().size(), 3U);
+    auto file = staging->write("b", "b", 1);
+    file->keepPath();
+    file.reset();
+    EXPECT_EQ(m_files.tree().size(), 3U);
+}
+
+TEST_F(AStaging, OfAForkedProcessLeavesTheFileThatNobodyNeeds)
+{
+    const auto staging = Staging::make();
+    const ino_t inode = inodeOf(*staging->write("a", "1", 1));
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const auto file = staging->write("b", "2", 1);
+        ::_exit(inodeOf(*file) != inode && readAll(file->open()) == "2" ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(inodeOf(*staging->write("c", "3", 1)), inode);
 }
 
 TEST_F(AStaging, TakesTheLongestName)

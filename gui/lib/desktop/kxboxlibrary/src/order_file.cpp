@@ -35,28 +35,27 @@ struct Text
 Text toText(const std::vector<std::string_view>& names)
 {
     constexpr std::size_t a_usualLine = 48;
-    const std::string begin =
-        std::string("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<") + a_folder;
-    const std::string beforeName = std::string("  <") + a_node + " " + a_name + "=\"";
+    const std::string node = std::string("  <") + a_node + " " + a_name + "=\"";
+    const std::string first = ">\n" + node;
+    const std::string next = "\" />\n" + node;
     Text text;
     text.xml.reserve(a_usualLine * (names.size() + 3));
-    (text.xml += begin) += ">\n";
+    (text.xml += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<") += a_folder;
     const std::size_t empty = text.xml.size();
     for (const std::string_view name : names) {
         const std::size_t before = text.xml.size();
         try {
-            text.xml += beforeName;
+            text.xml += before == empty ? first : next;
             appendXmlValue(text.xml, name);
-            text.xml += "\" />\n";
         } catch (const std::invalid_argument& error) {
             text.xml.resize(before);
             text.leftOut.emplace_back(name, error.what());
         }
     }
     if (text.xml.size() == empty) {
-        text.xml = begin + " />\n";
+        text.xml += " />\n";
     } else {
-        ((text.xml += "</") += a_folder) += ">\n";
+        ((text.xml += "\" />\n</") += a_folder) += ">\n";
     }
     return text;
 }
@@ -123,7 +122,7 @@ void write(pk::project::ProjectModel& model, const QString& prefix,
         warn("order of " + std::to_string(names.size()) + " nodes", reason);
         return;
     }
-    const QByteArray bytes(text.xml.data(), static_cast<int>(text.xml.size()));
+    const auto bytes = QByteArray::fromRawData(text.xml.data(), static_cast<int>(text.xml.size()));
     try {
         if (bytes != present && hasPlace(model, prefix)) {
             model.writeFile(pathOf(prefix), bytes);
