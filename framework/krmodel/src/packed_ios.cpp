@@ -5,6 +5,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace KR {
 
@@ -78,10 +79,14 @@ void pack(const XmlElement& io, char kind, std::string& packed)
 {
     packed += kind;
     const auto& names = kinds()[static_cast<std::size_t>(kind)].attributes;
+    auto expected = names.begin(); // they mostly come in this order
     io.visitAttributes([&](std::string_view name, std::string_view value) {
-        const auto found = std::find(names.begin(), names.end(), name);
+        const auto found = expected != names.end() && *expected == name
+                               ? expected
+                               : std::find(names.begin(), names.end(), name);
         if (found != names.end()) {
             packText(static_cast<char>(a_firstAttribute + (found - names.begin())), value, packed);
+            expected = std::next(found);
         }
     });
     if (kind == ParameterKind) {

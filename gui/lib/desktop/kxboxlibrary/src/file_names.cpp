@@ -4,6 +4,8 @@
 #include <QLatin1String>
 #include <QString>
 
+#include <algorithm>
+
 namespace KX::file_names {
 
 namespace {
@@ -29,6 +31,16 @@ QString escaped(QChar character)
     return QStringLiteral("%%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
 }
 
+/// Whether all characters stand for themselves wherever they are, but for spaces at the ends. That
+/// is seen without decoding, and most names are so.
+bool isPlain(const std::string& name)
+{
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_' || c == '-' || c == '(' || c == ')' || c == ' ';
+    });
+}
+
 bool isHexadecimal(QChar character)
 {
     const ushort c = character.unicode();
@@ -39,6 +51,9 @@ bool isHexadecimal(QChar character)
 
 std::string escape(const std::string& name)
 {
+    if (isPlain(name) && (name.empty() || (name.front() != ' ' && name.back() != ' '))) {
+        return name;
+    }
     // No backslash: libraries exist whose directories have one in their names.
     const QLatin1String special("%<>:\"/|?*");
     QString fileName;
@@ -59,6 +74,9 @@ std::string escape(const std::string& name)
 
 std::string unEscape(const std::string& fileName)
 {
+    if (isPlain(fileName)) {
+        return fileName;
+    }
     const QString text = decode(fileName);
     QString name;
     for (int i = 0; i < text.size(); ++i) {
