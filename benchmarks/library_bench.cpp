@@ -363,8 +363,15 @@ void Bench::creating()
             folder->appendChild(box);
         }
     };
+    // The files go to memory: both sides leave thousands of deleted ones, and ext4 looks at each
+    // that was deleted in the last minutes when it needs a new one.
+    const QByteArray temporary = qgetenv("TMPDIR");
+    if (fs::is_directory("/dev/shm")) {
+        qputenv("TMPDIR", "/dev/shm");
+    }
     compare("create 2,000 boxes in a folder, beside 200", "15", {[&] { create(2000); }},
-            {[&] { create(200); }}, 5);
+            {[&] { create(200); }});
+    temporary.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", temporary);
 }
 
 // The folder is cloned, the clone is put back, and removed. Its messages are those of the folder.

@@ -5,6 +5,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 namespace KR {
@@ -80,7 +81,7 @@ void pack(const XmlElement& io, char kind, std::string& packed)
     packed += kind;
     const auto& names = kinds()[static_cast<std::size_t>(kind)].attributes;
     auto expected = names.begin(); // they mostly come in this order
-    io.visitAttributes([&](std::string_view name, std::string_view value) {
+    const auto packOne = [&](std::string_view name, std::string_view value) {
         const auto found = expected != names.end() && *expected == name
                                ? expected
                                : std::find(names.begin(), names.end(), name);
@@ -88,7 +89,8 @@ void pack(const XmlElement& io, char kind, std::string& packed)
             packText(static_cast<char>(a_firstAttribute + (found - names.begin())), value, packed);
             expected = std::next(found);
         }
-    });
+    };
+    io.visitAttributes(std::cref(packOne)); // a copy would be put on the heap
     if (kind == ParameterKind) {
         packChoices(io, packed);
     }

@@ -78,23 +78,34 @@ DirectorySource::DirectorySource(Place place, Fd root)
 void DirectorySource::load(Index& index)
 {
     index.root().mode = static_cast<std::uint16_t>(statOf(m_root).st_mode & 0777);
-    loadDirectory({m_root, {}, 0}, index.root());
+    loadDirectory({openTop(), {}, 0}, index.root());
 }
 
-bool DirectorySource::isLeftOut(const std::string& path) const
+// The directory, to be read from its beginning.
+Fd DirectorySource::openTop() const
 {
-    for (std::size_t end = 0; !m_leftOut.empty() && end < path.size();) {
-        end = std::min(path.find('/', end + 1), path.size());
-        if (m_leftOut.count(path.substr(0, end)) > 0) {
+    Fd top = openBeneath(m_root, {}, O_RDONLY | O_DIRECTORY);
+    if (!top) {
+        throwErrno(m_place.path);
+    }
+    return {top.release(), m_place.path};
+}
+
+bool DirectorySource::isLeftOut(const QString& path) const
+{
+    const std::string name = m_leftOut.empty() ? std::string() : path.toStdString();
+    for (std::size_t end = 0; end < name.size();) {
+        end = std::min(name.find('/', end + 1), name.size());
+        if (m_leftOut.count(name.substr(0, end)) > 0) {
             return true;
         }
     }
     return false;
 }
 
-bool DirectorySource::hasLeftOut(const std::string& path) const
+bool DirectorySource::hasLeftOut(const QString& path) const
 {
-    const std::string prefix = path.empty() ? path : path + "/";
+    const std::string prefix = path.isEmpty() ? std::string() : path.toStdString() + "/";
     const auto below = m_leftOut.lower_bound(prefix);
     return isLeftOut(path) ||
            (below != m_leftOut.end() && below->compare(0, prefix.size(), prefix) == 0);
@@ -253,26 +264,29 @@ void DirectorySource::checkPlace() const
 
 // Nothing for what is gone meanwhile.
 std::optional<DirectorySource::Found> DirectorySource::look(const Level& level,
-                                                            const std::string& name)
+                                                            const DirectoryEntry& entry)
 {
+    const std::string& name = entry.name;
+    Found found;
+    found.obstacle = obstacleOf(level, name);
+    // Opening a directory tells all that a look before would.
+    if (entry.isDirectory && found.obstacle.empty()) {
+        found.directory = openDirectoryIn(level.fd, name, found.info);
+        if (found.directory) {
+            return found;
+        }
+    }
     const auto info = statIn(level.fd, name);
     if (!info) {
         return std::nullopt;
     }
-    Found found;
     found.info = *info;
     if (S_ISLNK(info->st_mode)) {
         found.obstacle = "it is a symbolic link";
     } else if (!S_ISREG(info->st_mode) && !S_ISDIR(info->st_mode)) {
         found.obstacle = "it is neither a file nor a directory";
-    } else if (beginsWithMark(name)) {
-        found.obstacle = "its name begins with a byte order mark";
-    } else if (!isUtf8(name)) {
-        found.obstacle = "its name is not UTF-8";
-    } else if (isTooLong(joinPath(level.path, name).size(), level.depth + 1)) {
-        found.obstacle = "its path is too long";
-    } else if (S_ISDIR(info->st_mode)) {
-        found.directory = openDirectoryIn(level.fd, name);
+    } else if (S_ISDIR(info->st_mode) && found.obstacle.empty()) {
+        found.directory = openDirectoryIn(level.fd, name, found.info);
         if (!found.directory && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP)) {
             return std::nullopt; // gone or replaced just now
         }
@@ -284,13 +298,27 @@ std::optional<DirectorySource::Found> DirectorySource::look(const Level& level,
     return found;
 }
 
+// Why no project can have what has this name; empty when one can.
+std::string DirectorySource::obstacleOf(const Level& level, const std::string& name)
+{
+    if (beginsWithMark(name)) {
+        return "its name begins with a byte order mark";
+    }
+    if (!isUtf8(name)) {
+        return "its name is not UTF-8";
+    }
+    const std::size_t bytes = level.path.size() + (level.path.empty() ? 0 : 1) + name.size();
+    return isTooLong(bytes, level.depth + 1) ? "its path is too long" : "";
+}
+
 void DirectorySource::loadDirectory(const Level& level, Entry& directory)
 {
-    for (std::string& name : namesIn(level.fd)) {
+    for (DirectoryEntry& listed : entriesIn(level.fd)) {
+        std::string& name = listed.name;
         if (directory.parent == nullptr && isReservedName(name)) {
             continue;
         }
-        const auto found = look(level, name);
+        const auto found = look(level, listed);
         if (!found) {
             continue;
         }
@@ -317,11 +345,12 @@ void DirectorySource::compare(const Level& level, const Entry& directory,
                               std::vector<std::string>& changes)
 {
     auto known = childrenInSource(directory);
-    for (const std::string& name : namesIn(level.fd)) {
+    for (const DirectoryEntry& listed : entriesIn(level.fd)) {
+        const std::string& name = listed.name;
         if (level.path.empty() && isReservedName(name)) {
             continue;
         }
-        const auto found = look(level, name);
+        const auto found = look(level, listed);
         const auto it = known.find(name);
         const bool isDirectory = found && S_ISDIR(found->info.st_mode);
         if (!found || (!found->obstacle.empty() && (it == known.end() || !isDirectory))) {
@@ -361,7 +390,7 @@ std::vector<std::string> DirectorySource::changesSince(const Base& base) const
     if (now.time != base.stamp.time) {
         changes.push_back("'" + m_place.path + "' had entries added or removed");
     }
-    collectChanges({m_root, {}, 0}, base.time, changes);
+    collectChanges({openTop(), {}, 0}, base.time, changes);
     return changes;
 }
 
@@ -369,11 +398,12 @@ void DirectorySource::collectChanges(const Level& level, std::int64_t time,
                                      std::vector<std::string>& changes)
 {
     constexpr std::int64_t second = 1'000'000'000;
-    for (const std::string& name : namesIn(level.fd)) {
+    for (const DirectoryEntry& listed : entriesIn(level.fd)) {
+        const std::string& name = listed.name;
         if (level.path.empty() && isReservedName(name) && name != a_metadataFile) {
             continue;
         }
-        const auto found = look(level, name);
+        const auto found = look(level, listed);
         if (!found) {
             continue;
         }

@@ -7,6 +7,8 @@
 #include "metadata.hpp"
 #include "place.hpp"
 
+#include <QString>
+
 #include <memory>
 #include <optional>
 #include <set>
@@ -39,9 +41,9 @@ public:
     void load(Index& index);
 
     /// Whether load() left out what is at a path, or a directory above it.
-    bool isLeftOut(const std::string& path) const;
+    bool isLeftOut(const QString& path) const;
     /// Whether it left out anything at a path, above or below it.
-    bool hasLeftOut(const std::string& path) const;
+    bool hasLeftOut(const QString& path) const;
 
     /// Reads the metadata file. Throws FormatError, IoError, and LimitError for one with more than
     /// archive_limits::a_maxMetadataBytes.
@@ -100,7 +102,9 @@ private:
         std::string path; ///< below the project
         std::size_t depth;
     };
-    static std::optional<Found> look(const Level& level, const std::string& name);
+    static std::optional<Found> look(const Level& level, const DirectoryEntry& entry);
+    static std::string obstacleOf(const Level& level, const std::string& name);
+    Fd openTop() const;
     void checkPlace() const;
     std::pair<Fd, std::int64_t> openFile(const Entry& entry) const;
     Fd openNow(const Entry& entry, const std::string& path, int flags) const;

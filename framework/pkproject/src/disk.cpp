@@ -362,7 +362,7 @@ std::optional<struct stat> statIn(const Fd& directory, const std::string& name)
     return std::nullopt;
 }
 
-Fd openDirectoryIn(const Fd& directory, const std::string& name)
+Fd openDirectoryIn(const Fd& directory, const std::string& name, struct stat& info)
 {
     if (const int error = Disk::instance().refusal(directory.path())) {
         errno = error;
@@ -370,7 +370,6 @@ Fd openDirectoryIn(const Fd& directory, const std::string& name)
     }
     Fd fd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
           directory.path() + "/" + name);
-    struct stat info = {};
     if (fd && ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) != 0) {
         const int error = errno;
         fd.reset();
@@ -379,31 +378,40 @@ Fd openDirectoryIn(const Fd& directory, const std::string& name)
     return fd;
 }
 
-std::vector<std::string> namesIn(const Fd& directory)
+std::vector<DirectoryEntry> entriesIn(const Fd& directory)
 {
     refuseLook(directory.path());
     alignas(struct dirent64) char buffer[a_bufferSize / 2];
-    std::vector<std::string> names;
-    if (::lseek(directory.get(), 0, SEEK_SET) < 0) {
-        throwErrno(directory.path());
-    }
+    std::vector<DirectoryEntry> entries;
     for (;;) {
         const ssize_t got = ::getdents64(directory.get(), buffer, sizeof buffer);
         if (got < 0) {
             throwErrno(directory.path());
         }
         if (got == 0) {
-            return names;
+            return entries;
         }
         for (ssize_t at = 0; at < got;) {
             const auto* const entry = reinterpret_cast<const struct dirent64*>(buffer + at);
             const char* const name = static_cast<const char*>(entry->d_name);
             if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
-                names.emplace_back(name);
+                entries.push_back({name, entry->d_type == DT_DIR});
             }
             at += entry->d_reclen;
         }
     }
+}
+
+std::vector<std::string> namesIn(const Fd& directory)
+{
+    if (::lseek(directory.get(), 0, SEEK_SET) < 0) {
+        throwErrno(directory.path());
+    }
+    std::vector<std::string> names;
+    for (DirectoryEntry& entry : entriesIn(directory)) {
+        names.push_back(std::move(entry.name));
+    }
+    return names;
 }
 
 bool sameBytes(const Fd& a, const Fd& b)

@@ -129,11 +129,20 @@ Fd openBeneath(const Fd& directory, const std::string& path, int flags);
 /// lstat() of what an open directory has under a name; nothing when there is nothing.
 std::optional<struct stat> statIn(const Fd& directory, const std::string& name);
 
-/// Opens a directory in an open one to be read; a link is not followed. Gives nothing, with errno
-/// set, when it can't be read or entered.
-Fd openDirectoryIn(const Fd& directory, const std::string& name);
+/// Opens a directory in an open one to be read, and looks at it; a link is not followed. Gives
+/// nothing, with errno set, when it can't be read or entered.
+Fd openDirectoryIn(const Fd& directory, const std::string& name, struct stat& info);
 
-/// The names in an open directory, "." and ".." left out, in no order.
+struct DirectoryEntry
+{
+    std::string name;
+    bool isDirectory; ///< false also where the file system does not say
+};
+
+/// What is in an open directory that nobody has read from, "." and ".." left out, in no order.
+std::vector<DirectoryEntry> entriesIn(const Fd& directory);
+
+/// The names alone, also of a directory that was read before.
 std::vector<std::string> namesIn(const Fd& directory);
 
 /// Most bytes that a QByteArray holds.

@@ -97,13 +97,13 @@ bool ProjectModel::hasFile(const QString& path) const
 bool ProjectModel::isLeftOut(const QString& path) const
 {
     const DirectorySource* const source = m_store->directory();
-    return source != nullptr && source->isLeftOut(path.toStdString());
+    return source != nullptr && source->isLeftOut(path);
 }
 
 bool ProjectModel::hasLeftOut(const QString& directory) const
 {
     const DirectorySource* const source = m_store->directory();
-    return source != nullptr && source->hasLeftOut(directory.toStdString());
+    return source != nullptr && source->hasLeftOut(directory);
 }
 
 FILE* ProjectModel::fopen(const QString& path, const QString& mode)

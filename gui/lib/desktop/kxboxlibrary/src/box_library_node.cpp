@@ -74,11 +74,15 @@ pk::project::ProjectModel* BoxLibraryNode::project() const
 
 QString BoxLibraryNode::path() const
 {
-    QStringList names;
+    std::vector<const std::string*> names;
     for (const BoxLibraryNode* node = this; node->m_parent != nullptr; node = node->m_parent) {
-        names.prepend(QString::fromStdString(node->m_fileName));
+        names.push_back(&node->m_fileName);
     }
-    return names.join(QLatin1Char('/'));
+    std::string path;
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        (path += name == names.rbegin() ? "" : "/") += **name;
+    }
+    return QString::fromStdString(path);
 }
 
 QString BoxLibraryNode::prefix() const
