@@ -6,7 +6,6 @@
 #include <kx/xml_value.hpp>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace KX::xml {
 
@@ -260,16 +259,17 @@ void Writer::writeSection(std::string_view text)
 
 } // namespace KX::xml
 
-void KX::appendXmlValue(std::string& text, std::string_view value)
+bool KX::appendXmlValue(std::string& text, std::string_view value)
 {
     using namespace xml;
     if (std::all_of(value.begin(), value.end(),
                     [](char c) { return classOf(c, PlainValue | EscapedValue) == PlainValue; })) {
         text += value; // most are so
-        return;
+        return true;
     }
     if (!isHoldable(value)) {
-        throw std::invalid_argument("characters that XML cannot hold in an attribute");
+        return false;
     }
     appendEscaped(text, value, EscapedValue);
+    return true;
 }

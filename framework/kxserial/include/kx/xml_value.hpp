@@ -11,7 +11,7 @@ namespace KX {
 /// double quotes: with references where it needs them. For documents of one simple form that are
 /// written often, of which a tree of elements would cost twenty times as much.
 ///
-/// Throws std::invalid_argument, and appends nothing, for characters that XML can't hold.
-KXSERIAL_EXPORT void appendXmlValue(std::string& text, std::string_view value);
+/// Gives false, and appends nothing, when the value has characters that XML can't hold.
+[[nodiscard]] KXSERIAL_EXPORT bool appendXmlValue(std::string& text, std::string_view value);
 
 } // namespace KX

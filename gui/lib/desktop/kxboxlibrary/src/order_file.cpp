@@ -5,7 +5,6 @@
 
 #include <kx/xml_value.hpp>
 
-#include <stdexcept>
 #include <utility>
 
 namespace KX::order_file {
@@ -27,7 +26,7 @@ constexpr std::size_t a_surelyRead = 1'000'000;
 struct Text
 {
     std::string xml;
-    std::vector<std::pair<std::string, std::string>> leftOut; ///< names, and why
+    std::vector<std::string> leftOut; ///< names that XML can't hold
 };
 
 /// The document as XmlDocument would write it. It is written anew with each child that comes, two
@@ -44,12 +43,10 @@ Text toText(const std::vector<std::string_view>& names)
     const std::size_t empty = text.xml.size();
     for (const std::string_view name : names) {
         const std::size_t before = text.xml.size();
-        try {
-            text.xml += before == empty ? first : next;
-            appendXmlValue(text.xml, name);
-        } catch (const std::invalid_argument& error) {
+        text.xml += before == empty ? first : next;
+        if (!appendXmlValue(text.xml, name)) {
             text.xml.resize(before);
-            text.leftOut.emplace_back(name, error.what());
+            text.leftOut.emplace_back(name);
         }
     }
     if (text.xml.size() == empty) {
@@ -113,8 +110,10 @@ void write(pk::project::ProjectModel& model, const QString& prefix,
                 "write", __LINE__);
     };
     const Text text = toText(names); // before anything is logged, after which no node may be left
-    for (const auto& [name, reason] : text.leftOut) {
-        warn("place of '" + name + "'", reason);
+    for (const std::string& name : text.leftOut) {
+        warn("place of '" + name + "'",
+             std::string("characters that XML cannot hold in the attribute \"") + a_name +
+                 "\" of element \"" + a_node + "\"");
     }
     std::string reason;
     if (text.xml.size() > a_surelyRead &&
