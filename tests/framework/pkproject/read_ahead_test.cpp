@@ -20,6 +20,11 @@ protected:
         return got < 0 ? QByteArray("<error>") : bytes.left(static_cast<int>(got));
     }
 
+    QByteArray byteAt(std::uint64_t offset) const
+    {
+        return m_bytes.mid(static_cast<int>(offset), 1);
+    }
+
     const TemporaryDirectory m_directory;
     const QString m_path = m_directory.path("f");
     const QByteArray m_bytes = [] {
@@ -62,10 +67,10 @@ TEST_F(AReadAhead, LeavesTheFilesPositionToOthers)
 // What has been read is seen by its being as it was before the file changed.
 TEST_F(AReadAhead, ReadsOnceWhatLiesCloseTogether)
 {
-    constexpr auto least = static_cast<int>(ReadAhead::a_leastWindow);
-    EXPECT_EQ(read(50, 1), m_bytes.mid(50, 1));
+    constexpr std::uint64_t least = ReadAhead::a_leastWindow;
+    EXPECT_EQ(read(50, 1), byteAt(50));
     putLocal(m_path, QByteArray(a_size, 'y'));
-    EXPECT_EQ(read(50 + least - 1, 1), m_bytes.mid(50 + least - 1, 1));
+    EXPECT_EQ(read(50 + least - 1, 1), byteAt(50 + least - 1));
     EXPECT_EQ(read(50 + least, 1), QByteArray("y"));
     EXPECT_EQ(read(49, 2), QByteArray("yy"));
     EXPECT_EQ(read(51, 1), QByteArray("y"));
@@ -73,15 +78,15 @@ TEST_F(AReadAhead, ReadsOnceWhatLiesCloseTogether)
 
 TEST_F(AReadAhead, ReadsMoreAtOnceTheMoreIsWanted)
 {
-    constexpr auto least = static_cast<int>(ReadAhead::a_leastWindow);
+    constexpr std::uint64_t least = ReadAhead::a_leastWindow;
     read(0, 1);
     read(2 * least - 1, 1); // reads two of the least windows
     putLocal(m_path, QByteArray(a_size, 'y'));
-    EXPECT_EQ(read(4 * least - 2, 1), m_bytes.mid(4 * least - 2, 1));
+    EXPECT_EQ(read(4 * least - 2, 1), byteAt(4 * least - 2));
     EXPECT_EQ(read(9 * least, 1), QByteArray("y")); // far away, and so one
     putLocal(m_path, m_bytes);
     EXPECT_EQ(read(10 * least - 1, 1), QByteArray("y"));
-    EXPECT_EQ(read(10 * least, 1), m_bytes.mid(10 * least, 1));
+    EXPECT_EQ(read(10 * least, 1), byteAt(10 * least));
 }
 
 TEST_F(AReadAhead, SaysThatNothingCanBeRead)
