@@ -3,10 +3,12 @@
 #include <QDir>
 #include <QString>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <mutex>
+#include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,17 +30,46 @@ Fd create(const StagedFile& file)
     return fd;
 }
 
+// How often this process was forked. What was made since no other process knows.
+unsigned forks()
+{
+    static std::atomic<unsigned> count{0};
+    static const int registered = ::pthread_atfork(
+        nullptr, [] { ++count; }, nullptr);
+    static_cast<void>(registered);
+    return count;
+}
+
+// Opens and empties a file; -1 when somebody has it open, as whoever reads it by a stream, or under
+// another name, as another model's. Where the kernel can't tell, they may.
+int openEmptied(const std::string& path) noexcept
+{
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW);
+    struct stat info = {};
+    // A write lease is granted only while nobody else has the file open. Who opens it in that
+    // moment must not cause the signal that ends a program.
+    const bool isMine = fd >= 0 && ::fstat(fd, &info) == 0 && info.st_nlink == 1 &&
+                        ::fcntl(fd, F_SETSIG, SIGURG) == 0 &&
+                        ::fcntl(fd, F_SETLEASE, F_WRLCK) == 0 &&
+                        ::fcntl(fd, F_SETLEASE, F_UNLCK) == 0 && ::ftruncate(fd, 0) == 0;
+    if (!isMine && fd >= 0) {
+        ::close(fd);
+    }
+    return isMine ? fd : -1;
+}
+
 } // namespace
 
 StagedFile::StagedFile(std::shared_ptr<Staging> staging, std::string path)
-    : m_staging(std::move(staging)), m_path(std::move(path))
+    : m_staging(std::move(staging)), m_path(std::move(path)), m_forks(forks())
 {
 }
 
 StagedFile::~StagedFile()
 {
     if (m_maker.isHere()) {
-        m_staging->takeBack(std::move(m_path), m_isSmall && m_sealed && !m_pathIsKept);
+        const bool isUnknown = m_sealed && !m_pathIsKept && m_forks == forks();
+        m_staging->takeBack(std::move(m_path), isUnknown);
     }
 }
 
@@ -128,7 +159,9 @@ std::string StagingRoot::makeDirectory()
 Staging::~Staging()
 {
     if (!m_directory.empty() && m_maker.isHere()) {
-        takeBack({}, true);
+        if (m_spare) {
+            ::unlink(m_spare.path().c_str());
+        }
         ::rmdir(m_directory.c_str());
     }
 }
@@ -140,7 +173,7 @@ const std::string& Staging::directory()
         m_directory = root->makeDirectory();
         m_root = std::move(root);
         m_maker = {};
-        m_spare.clear(); // it is not here
+        m_spare.reset(); // it is not here
     }
     return m_directory;
 }
@@ -157,49 +190,38 @@ std::shared_ptr<StagedFile> Staging::newFile(const std::string& name)
 std::shared_ptr<StagedFile> Staging::write(const std::string& name, const char* bytes,
                                            std::size_t size)
 {
-    constexpr std::size_t a_small = std::size_t{1} << 20;
     auto staged = newFile(name);
-    Fd file = openSpare(staged->path());
+    Fd file = takeSpare(staged->path());
     if (!file) {
         file = create(*staged);
     }
     Disk::instance().write(file, bytes, size);
     staged->seal();
-    if (size <= a_small) {
-        staged->setSmall();
-    }
     return staged;
 }
 
-void Staging::takeBack(std::string path, bool isSmall) noexcept
+void Staging::takeBack(std::string path, bool isUnknown) noexcept
 {
-    if (isSmall) {
-        path.swap(m_spare);
-    }
-    if (!path.empty()) {
+    const int spare = isUnknown && !m_spare ? openEmptied(path) : -1;
+    if (spare >= 0) {
+        m_spare = Fd(spare, std::move(path));
+    } else {
         ::unlink(path.c_str());
     }
 }
 
-// The spare file, empty, at a new path; no file when there is none, or others may have it: open, as
-// whoever reads it by a stream, or under another name, as a project that it was saved to. Where the
-// kernel can't tell, they may.
-Fd Staging::openSpare(const std::string& path)
+// The spare file at a new path; none when there is none.
+Fd Staging::takeSpare(const std::string& path)
 {
-    const std::string spare = std::exchange(m_spare, {});
-    if (spare.empty() || ::rename(spare.c_str(), path.c_str()) != 0) {
+    Fd spare = std::move(m_spare);
+    if (!spare) {
         return {};
     }
-    // From here on nobody finds it. A write lease is granted only while nobody else has it open;
-    // who opens it in that moment must not cause the signal that ends a program.
-    Fd file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW), path);
-    if (!file || statOf(file).st_nlink != 1 || ::fcntl(file.get(), F_SETSIG, SIGURG) != 0 ||
-        ::fcntl(file.get(), F_SETLEASE, F_WRLCK) != 0 ||
-        ::fcntl(file.get(), F_SETLEASE, F_UNLCK) != 0 || ::ftruncate(file.get(), 0) != 0) {
-        ::unlink(path.c_str());
+    if (::rename(spare.path().c_str(), path.c_str()) != 0) {
+        ::unlink(spare.path().c_str());
         return {};
     }
-    return file;
+    return {spare.release(), path};
 }
 
 std::shared_ptr<StagedFile> Staging::copy(const std::string& name, const Fd& from)

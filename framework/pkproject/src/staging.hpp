@@ -58,9 +58,6 @@ public:
     /// How many bytes it has; nothing when somebody may still write it. Throws IoError.
     std::optional<std::int64_t> size() const;
 
-    /// Says that it has few bytes, so that it can be kept for others when nobody needs it.
-    void setSmall() { m_isSmall = true; }
-
     /// Whether the bytes can't change any more. For a file handed out as a stream the kernel is
     /// asked whether the stream is still open; where it can't tell, the answer is no.
     bool isSealed();
@@ -71,7 +68,7 @@ private:
     Maker m_maker;
     bool m_sealed = false;
     bool m_pathIsKept = false;
-    bool m_isSmall = false;
+    unsigned m_forks; ///< how often the process had been forked when it was made
 };
 
 /// The private directory of this process below the system's place for temporary files, with one
@@ -134,20 +131,20 @@ public:
     /// directory: the same file under a second name where the file system has that. Throws IoError.
     std::shared_ptr<StagedFile> link(const std::string& name, const std::string& path);
 
-    /// Takes back a file that nobody needs any more. One is kept for the next bytes that are
-    /// written: a file that is written again and again would otherwise be one new and one deleted
-    /// file each time, and ext4 looks at all that were deleted in the last minutes when it needs a
-    /// new one.
-    void takeBack(std::string path, bool isSmall) noexcept;
+    /// Takes back a file that nobody needs any more. One that nobody knows is kept, empty, for the
+    /// next bytes that are written: a file that is written again and again would otherwise be one
+    /// new and one deleted file each time, and ext4 looks at all that were deleted in the last
+    /// minutes when it needs a new one.
+    void takeBack(std::string path, bool isUnknown) noexcept;
 
 private:
     Staging() = default;
-    Fd openSpare(const std::string& path);
+    Fd takeSpare(const std::string& path);
 
     std::shared_ptr<StagingRoot> m_root;
     Maker m_maker; ///< of the directory
     std::string m_directory;
-    std::string m_spare; ///< the path of a file that nobody needs; empty when there is none
+    Fd m_spare; ///< an empty file that nobody needs; none at times
     std::uint64_t m_lastNumber = 0;
 };
 

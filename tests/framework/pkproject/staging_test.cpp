@@ -143,15 +143,53 @@ TEST_F(AStaging, WritesIntoNoFileThatSomebodyHas)
     EXPECT_EQ(m_files.tree().size(), 6U);
 }
 
-TEST_F(AStaging, KeepsNothingLargeAndNoPathThatSomebodyWasTold)
+TEST_F(AStaging, KeepsNoBytesAndNoPathThatSomebodyWasTold)
 {
     const auto staging = Staging::make();
-    staging->write("a", std::string(1'100'000, 'a').c_str(), 1'100'000);
-    EXPECT_EQ(m_files.tree().size(), 3U);
-    auto file = staging->write("b", "b", 1);
+    auto file = staging->write("a", "a", 1);
     file->keepPath();
     file.reset();
     EXPECT_EQ(m_files.tree().size(), 3U);
+    file = staging->write("b", "some bytes", 10);
+    const std::string path = file->path();
+    file.reset();
+    EXPECT_EQ(statOf(path)->st_size, 0);
+}
+
+TEST_F(AStaging, LeavesNothingWhereAFileCanNotBeGivenAnotherName)
+{
+    {
+        const auto staging = Staging::make();
+        auto file = staging->write("a", "1", 1);
+        const std::string path = file->path();
+        file.reset();
+        ASSERT_EQ(::mkdir((staging->directory() + "/2-b").c_str(), 0777), 0);
+        EXPECT_THROW(staging->write("b", "2", 1), IoError);
+        EXPECT_FALSE(statOf(path));
+        ASSERT_EQ(::rmdir((staging->directory() + "/2-b").c_str()), 0);
+    }
+    EXPECT_TRUE(m_files.tree().empty());
+}
+
+// It may read what it knows of.
+TEST_F(AStaging, WritesIntoNoFileThatAForkedProcessKnows)
+{
+    const auto staging = Staging::make();
+    auto file = staging->write("a", "1", 1);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    const std::string path = file->path();
+    file.reset();
+    EXPECT_FALSE(statOf(path));
+    file = staging->write("b", "2", 1);
+    const std::string younger = file->path();
+    file.reset();
+    EXPECT_TRUE(statOf(younger));
 }
 
 TEST_F(AStaging, OfAForkedProcessLeavesTheFileThatNobodyNeeds)
