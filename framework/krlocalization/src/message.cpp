@@ -27,13 +27,13 @@ struct Message::Data : QSharedData
     bool plural = false;
     bool hasForms = false; // whether there is a first form, which may be empty
 
-    bool operator==(const Data& other) const;
+    bool hasSameText(const Data& other) const;
 };
 
-bool Message::Data::operator==(const Data& other) const
+bool Message::Data::hasSameText(const Data& other) const
 {
-    return source == other.source && context == other.context && comment == other.comment &&
-           id == other.id && translation == other.translation && otherForms == other.otherForms &&
+    return source == other.source && comment == other.comment && id == other.id &&
+           translation == other.translation && otherForms == other.otherForms &&
            hasForms == other.hasForms && state == other.state && plural == other.plural &&
            locations == other.locations && oldSource == other.oldSource &&
            oldComment == other.oldComment && extraComment == other.extraComment &&
@@ -236,7 +236,12 @@ bool Message::isExtraKey(const QString& key)
 
 bool Message::operator==(const Message& other) const
 {
-    return m_data == other.m_data || *m_data == *other.m_data;
+    return m_data == other.m_data || (context() == other.context() && hasSameText(other));
+}
+
+bool Message::hasSameText(const Message& other) const
+{
+    return m_data == other.m_data || m_data->hasSameText(*other.m_data);
 }
 
 } // namespace KR::Localization

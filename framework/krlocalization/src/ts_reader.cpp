@@ -20,7 +20,6 @@ namespace {
 using pugi::xml_node;
 
 constexpr QChar a_variantSeparator(0x9C);
-constexpr std::size_t a_mostMegabytes = 240; // with what a program has anyway, less than 256
 
 /// A text element of a message and the field that it fills.
 struct TextField
@@ -318,8 +317,8 @@ void Reader::addLocation(MessageLocations& locations, const QString& fileName, c
 
 Translator readTs(const QByteArray& bytes)
 {
-    if (memoryToRead(bytes) > a_mostMegabytes << 20U) {
-        throw DamagedFile("it would take more than " + std::to_string(a_mostMegabytes) +
+    if (takesTooMuchMemory(bytes)) {
+        throw DamagedFile("it would take more than " + std::to_string(a_mostMegabytesToRead) +
                           " MiB of memory");
     }
     return Reader(bytes).read();

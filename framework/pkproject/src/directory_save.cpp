@@ -12,9 +12,10 @@ namespace pk::project {
 namespace {
 
 // A project of up to this many files and directories is compared with the disk as a whole before it
-// is saved, which costs some microseconds for each. In a larger one only what the save touches is
-// compared, unless something hints at other changes, so that saving costs no more the larger it is.
-constexpr std::size_t a_comparedWhole = 1000;
+// is saved, which costs some microseconds for each: so many cost less than the syncing. In a larger
+// one only what the save touches is compared, unless something hints at other changes, so that
+// saving costs no more the larger it is.
+constexpr std::size_t a_comparedWhole = 128;
 
 // From this many on, one sync of the file system is cheaper than one for each file.
 constexpr std::size_t a_manyFiles = 32;

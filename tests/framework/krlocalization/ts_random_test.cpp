@@ -239,6 +239,29 @@ private:
 
 } // namespace
 
+// What was read of a file that was written is read of it again, whatever contexts are called then.
+TEST(TsRandom, IsReadBackWhereThatIsSaid)
+{
+    int known = 0;
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        const QByteArray file = QByteArray::fromStdString(RandomFile(seed).make());
+        const auto before = TS::translatorFrom(TS::translatorTo(TS::translatorFrom(file), false));
+        ASSERT_EQ(TS::translatorFrom(TS::translatorTo(before, false)), before) << seed;
+        auto renamed = before;
+        for (auto& message : renamed.messages()) {
+            if (seed % 2 != 0 || message.context().startsWith(QLatin1String("Library:/W"))) {
+                message.setContext(QStringLiteral("New/") + message.context());
+            }
+        }
+        const QByteArray bytes = TS::translatorTo(renamed, false);
+        if (TS::isReadBack(bytes, renamed, before)) {
+            ++known;
+            ASSERT_EQ(TS::translatorFrom(bytes), renamed) << seed;
+        }
+    }
+    EXPECT_GT(known, 500);
+}
+
 TEST(TsRandom, WritesWhatLconvertWritesOfEveryFile)
 {
     for (unsigned seed = 1; seed <= 400; ++seed) {

@@ -108,6 +108,8 @@ public:
     /// Whether all fields are the same; at once when the messages share their data.
     bool operator==(const Message& other) const;
     bool operator!=(const Message& other) const { return !(*this == other); }
+    /// Whether all fields but the context are the same; at once when the messages share their data.
+    bool hasSameText(const Message& other) const;
     /// Whether the messages are copies of one message, unchanged since.
     bool isSharedWith(const Message& other) const { return m_data == other.m_data; }
 

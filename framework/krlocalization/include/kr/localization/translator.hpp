@@ -120,12 +120,16 @@ private:
 template <class Patcher>
 void Translator::rewriteContexts(Patcher& patcher)
 {
+    QString last; // which the messages of a context share, as when they were read
     // A range over the list would copy it even when no message changes.
     for (int i = 0; i < m_messages.size(); ++i) { // NOLINT(modernize-loop-convert): see above
         QString context = m_messages.at(i).context();
         if (patcher(context)) {
+            if (context != last) {
+                last = context;
+            }
             dropIndex();
-            m_messages[i].setContext(context);
+            m_messages[i].setContext(last);
         }
     }
 }

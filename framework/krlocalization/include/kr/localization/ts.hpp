@@ -38,4 +38,12 @@ KRLOCALIZATION_EXPORT Translator translatorFrom(const QByteArray& bytes);
 /// location stays absolute.
 KRLOCALIZATION_EXPORT QByteArray translatorTo(const Translator& translator, bool withoutObsolete);
 
+/// Whether translatorFrom(bytes) surely gives `translator`, of which translatorTo(translator,
+/// false) has made `bytes`: what is written need not be what is read. It is told without reading,
+/// in a fifth of the time, by `known`, which another file of translatorTo() was read as: only
+/// names of contexts may be different, of few messages, and none of them in need of a closer look,
+/// as white space and control characters are. In doubt false.
+KRLOCALIZATION_EXPORT bool isReadBack(const QByteArray& bytes, const Translator& translator,
+                                      const Translator& known);
+
 } // namespace KR::Localization::TS

@@ -15,11 +15,17 @@ QMap<QString, QByteArray> TranslationMemo::write(const QHash<QString, Translator
     QMap<QString, QByteArray> bytes;
     for (auto it = translators.cbegin(); it != translators.cend(); ++it) {
         const auto known = m_files.constFind(it.key());
-        const bool isAsBefore =
-            known != m_files.cend() && known->wasRead && known->translator == it.value();
-        const auto file = files.insert(
-            it.key(), isAsBefore ? *known : File{TS::translatorTo(it.value(), false), false, {}});
-        bytes.insert(it.key(), file->bytes);
+        const bool isKnown = known != m_files.cend() && known->wasRead;
+        File file;
+        if (isKnown && known->translator == it.value()) {
+            file = *known;
+        } else {
+            file.bytes = TS::translatorTo(it.value(), false);
+            file.wasRead = isKnown && TS::isReadBack(file.bytes, it.value(), known->translator);
+            file.translator = file.wasRead ? it.value() : Translator();
+        }
+        bytes.insert(it.key(), file.bytes);
+        files.insert(it.key(), file);
     }
     m_files = std::move(files);
     return bytes;

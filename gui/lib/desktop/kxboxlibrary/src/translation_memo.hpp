@@ -12,7 +12,8 @@ namespace KX {
 /// Makes and reads translation files, as KR::Localization::TS does, and remembers of each language
 /// what was made last and what it was read as. Most edits of a library concern few languages or
 /// none, and yet all files are written and read: with this, a language that is as before costs a
-/// comparison. The price is the bytes of each file in memory.
+/// comparison, and one in which only contexts have other names is not read. The price is the bytes
+/// of each file in memory.
 class TranslationMemo
 {
 public:
@@ -27,8 +28,8 @@ private:
     struct File
     {
         QByteArray bytes;
-        bool wasRead;
-        KR::Localization::Translator translator; // once it was read; written it gives `bytes` again
+        bool wasRead = false;                    // or it is known what reading would give
+        KR::Localization::Translator translator; // that; written it gives `bytes` again
     };
     QHash<QString, File> m_files; // by language
 };

@@ -62,6 +62,17 @@ TEST(TranslationMemo, WritesAChangedLanguageAnew)
     EXPECT_EQ(memo.read(files.value(q("fr"))), changed);
 }
 
+TEST(TranslationMemo, KnowsWhatRenamedContextsAreReadAs)
+{
+    TranslationMemo memo;
+    Translator renamed = memo.read(memo.write(twoLanguages()).value(q("fr")));
+    renamed.messages()[1].setContext(q("Library:/C"));
+    const QByteArray bytes = memo.write(translators({renamed})).value(q("fr"));
+    EXPECT_EQ(memo.read(bytes), TS::translatorFrom(bytes));
+    // It was not read: that would have made other messages.
+    EXPECT_TRUE(memo.read(bytes).messages().at(1).isSharedWith(renamed.messages().at(1)));
+}
+
 // What is written need not be what was given: messages with the same key are merged, for one.
 TEST(TranslationMemo, GivesWhatAFileSaysAndNotWhatItWasMadeOf)
 {
