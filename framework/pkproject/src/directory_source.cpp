@@ -91,26 +91,6 @@ Fd DirectorySource::openTop() const
     return {top.release(), m_place.path};
 }
 
-bool DirectorySource::isLeftOut(const QString& path) const
-{
-    const std::string name = m_leftOut.empty() ? std::string() : path.toStdString();
-    for (std::size_t end = 0; end < name.size();) {
-        end = std::min(name.find('/', end + 1), name.size());
-        if (m_leftOut.count(name.substr(0, end)) > 0) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool DirectorySource::hasLeftOut(const QString& path) const
-{
-    const std::string prefix = path.isEmpty() ? std::string() : path.toStdString() + "/";
-    const auto below = m_leftOut.lower_bound(prefix);
-    return isLeftOut(path) ||
-           (below != m_leftOut.end() && below->compare(0, prefix.size(), prefix) == 0);
-}
-
 Metadata DirectorySource::loadMetadata() const
 {
     const std::string path = m_place.path + "/" + a_metadataFile;
@@ -326,7 +306,7 @@ void DirectorySource::loadDirectory(const Level& level, Entry& directory)
             warn(level.fd.path() + "/" + printable(name) + ": left out of the project, because " +
                      found->obstacle,
                  __FILE__, "load", __LINE__);
-            m_leftOut.insert(joinPath(level.path, name));
+            Index::leaveOut(directory, std::move(name));
             continue;
         }
         const std::string path = joinPath(level.path, name);

@@ -11,7 +11,6 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,11 +38,6 @@ public:
     /// order mark, directories that can't be read, and what has a path that no project can have.
     /// Throws IoError.
     void load(Index& index);
-
-    /// Whether load() left out what is at a path, or a directory above it.
-    bool isLeftOut(const QString& path) const;
-    /// Whether it left out anything at a path, above or below it.
-    bool hasLeftOut(const QString& path) const;
 
     /// Reads the metadata file. Throws FormatError, IoError, and LimitError for one with more than
     /// archive_limits::a_maxMetadataBytes.
@@ -120,7 +114,6 @@ private:
     std::int64_t m_time = 0;
     std::optional<Stamp> m_metadataStamp;
     std::size_t m_size = 0;
-    std::set<std::string> m_leftOut; ///< paths, as they are on the disk
     std::optional<JournalDirectory::Unfinished> m_unfinished;
 };
 

@@ -116,6 +116,39 @@ Entry* Index::find(const ProjectPath& path) const
     return entry;
 }
 
+bool Index::isLeftOut(const ProjectPath& path) const
+{
+    const Entry* entry = m_root.get();
+    for (const std::string& name : path) {
+        const Entry* const next = entry->isDirectory() ? child(*entry, name) : nullptr;
+        if (next == nullptr) {
+            return entry->isDirectory() && std::binary_search(entry->folder->leftOut.begin(),
+                                                              entry->folder->leftOut.end(), name);
+        }
+        entry = next;
+    }
+    return false;
+}
+
+bool Index::hasLeftOut(const ProjectPath& path) const
+{
+    std::vector<const Entry*> entries{find(path)};
+    while (!entries.empty() && entries.back() != nullptr) {
+        const Entry& entry = *entries.back();
+        entries.pop_back();
+        if (!entry.isDirectory()) {
+            continue;
+        }
+        if (!entry.folder->leftOut.empty()) {
+            return true;
+        }
+        for (const auto& child : entry.folder->children) {
+            entries.push_back(child.get());
+        }
+    }
+    return isLeftOut(path);
+}
+
 Entry& Index::get(const ProjectPath& path) const
 {
     Entry* const entry = find(path);
@@ -324,6 +357,12 @@ void Index::sortLoaded(Entry& directory)
     children.shrink_to_fit();
     std::sort(children.begin(), children.end(),
               [](const auto& a, const auto& b) { return a->name < b->name; });
+    std::sort(directory.folder->leftOut.begin(), directory.folder->leftOut.end());
+}
+
+void Index::leaveOut(Entry& directory, std::string name)
+{
+    directory.folder->leftOut.push_back(std::move(name));
 }
 
 void Index::settle(bool wholeTree, bool keepStaged)
@@ -358,6 +397,7 @@ Entry* Index::revive(Entry& directory, const std::string& name, bool isDirectory
     const auto it = directory.folder->ghosts.find(name);
     if (it == directory.folder->ghosts.end() || !it->second.removed ||
         it->second.removed->isDirectory() != isDirectory ||
+        (isDirectory && !it->second.removed->folder->leftOut.empty()) ||
         it->second.removed->mode != mode.value_or(it->second.removed->mode)) {
         return nullptr;
     }
@@ -469,6 +509,9 @@ void Index::settle(Entry& entry, bool wholeTree, bool keepStaged,
         if (entry.rewritten) {
             stillTouched.insert(&entry);
         }
+    }
+    if (entry.isDirectory() && wholeTree) {
+        entry.folder->leftOut.clear(); // another source has nothing else
     }
     if (entry.isDirectory() && (wholeTree || isNew)) {
         for (const std::unique_ptr<Entry>& child : entry.folder->children) {

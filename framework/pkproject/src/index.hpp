@@ -76,6 +76,7 @@ struct Folder
 {
     std::vector<std::unique_ptr<Entry>> children; ///< sorted by the bytes of their names
     std::map<std::string, Ghost> ghosts;          ///< by the names that the source has them under
+    std::vector<std::string> leftOut; ///< sorted names of what the source has there all the same
 };
 
 /// What only few entries have.
@@ -111,6 +112,13 @@ public:
     Entry* find(const ProjectPath& path) const;
     /// As find(), but throws PathNotFound.
     Entry& get(const ProjectPath& path) const;
+
+    /// Whether the source has something at the path, or at one above it, that is no part of the
+    /// project: in a directory of the source, wherever that is in the tree now. Of what was removed
+    /// nothing is left.
+    bool isLeftOut(const ProjectPath& path) const;
+    /// Whether that is so at the path or anywhere below it.
+    bool hasLeftOut(const ProjectPath& path) const;
 
     /// The entry called `name` in a directory, or null.
     static Entry* child(const Entry& directory, const std::string& name);
@@ -168,6 +176,8 @@ public:
     static Entry& appendLoaded(Entry& directory, std::string name, bool isDirectory,
                                std::uint16_t mode);
     static void sortLoaded(Entry& directory);
+    /// The name of something in a directory of the source that does not become an entry.
+    static void leaveOut(Entry& directory, std::string name);
 
     /// Declares the tree to be what the source holds: ghosts are dropped and nothing is new, moved
     /// or rewritten, except files whose staged bytes can still change, which stay rewritten. The

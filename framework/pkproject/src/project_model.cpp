@@ -96,14 +96,16 @@ bool ProjectModel::hasFile(const QString& path) const
 
 bool ProjectModel::isLeftOut(const QString& path) const
 {
-    const DirectorySource* const source = m_store->directory();
-    return source != nullptr && source->isLeftOut(path);
+    try {
+        return m_store->index().isLeftOut(parsePath(path));
+    } catch (const InvalidPath&) {
+        return false;
+    }
 }
 
 bool ProjectModel::hasLeftOut(const QString& directory) const
 {
-    const DirectorySource* const source = m_store->directory();
-    return source != nullptr && source->hasLeftOut(directory);
+    return m_store->index().hasLeftOut(parsePath(directory));
 }
 
 FILE* ProjectModel::fopen(const QString& path, const QString& mode)

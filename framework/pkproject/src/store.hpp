@@ -29,8 +29,6 @@ public:
     const QString& sourcePath() const { return m_sourcePath; }
     const Metadata& metadata() const { return m_metadata; }
     Index& index() const { return *m_index; }
-    /// The source when it is a directory, else null.
-    const DirectorySource* directory() const { return m_contents.directory.get(); }
     /// For files that apply() is to put.
     Staging& staging() { return *m_contents.staging(); }
 

@@ -333,6 +333,22 @@ TEST_P(Translations, OfWhatIsLeftOutOfADirectoryStay)
     EXPECT_NE(getTs("de"), before);
 }
 
+TEST_P(Translations, OfWhatIsLeftOutStayWhereItsFolderGoes)
+{
+    makeLibrary();
+    ASSERT_EQ(run({"tr", "add", "lib", "de"}).exitCode, 0);
+    ASSERT_EQ(run({"tr", "set", "lib", "Motion/Walk", "de", "Goes", "Geht"}).exitCode, 0);
+    if (!QFileInfo(path("lib")).isDir()) {
+        return; // an archive has nothing of the kind
+    }
+    ASSERT_TRUE(QFile::rename(path("lib/Motion/Walk/box.bhx"), path("elsewhere")));
+    ASSERT_EQ(
+        ::symlink("../../../elsewhere", path("lib/Motion/Walk/box.bhx").toStdString().c_str()), 0);
+    const std::string before = getTs("de");
+    EXPECT_EQ(run({"batch", "lib", "-"}, "rename Motion Moved\ntr update\n").exitCode, 0);
+    EXPECT_EQ(q(getTs("de").c_str()).replace(q("/Moved"), q("/Motion")).toStdString(), before);
+}
+
 TEST_P(Translations, NeedAllTheirWords)
 {
     makeLibrary();

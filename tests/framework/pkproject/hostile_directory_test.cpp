@@ -219,6 +219,37 @@ TEST_F(AnyDirectory, TellsWhatItLeftOutFromWhatIsGone)
     EXPECT_FALSE(ProjectModel().hasLeftOut(QString()));
 }
 
+TEST_F(AnyDirectory, KnowsWhatItLeftOutWhereItsFolderIs)
+{
+    link("nowhere", "p/d/link");
+    ProjectModel model(local("p"));
+    model.move(q("d"), q("moved"), false);
+    EXPECT_TRUE(model.isLeftOut(q("moved/link")));
+    EXPECT_FALSE(model.isLeftOut(q("d/link")));
+    model.mkdir(q("d"), false);
+    model.writeFile(q("d/link"), "a file of its own");
+    EXPECT_FALSE(model.isLeftOut(q("d/link")));
+    saveInPlace(model);
+    EXPECT_TRUE(model.isLeftOut(q("moved/link")));
+    EXPECT_EQ(ProjectModel(local("p")).readFile(q("d/link")), QByteArray("a file of its own"));
+    EXPECT_TRUE(ProjectModel(local("p")).isLeftOut(q("moved/link")));
+    EXPECT_FALSE(model.isLeftOut(q("moved/../link")));
+    model.remove(q("moved"));
+    EXPECT_FALSE(model.hasLeftOut(QString()));
+}
+
+TEST_F(AnyDirectory, OfARemovedFolderIsNotInTheWayOfANewOne)
+{
+    link("nowhere", "p/d/link");
+    ProjectModel model(local("p"));
+    model.remove(q("d"));
+    model.mkdir(q("d"), false);
+    EXPECT_FALSE(model.hasLeftOut(QString()));
+    model.writeFile(q("d/link"), "a file of its own");
+    saveInPlace(model);
+    EXPECT_EQ(ProjectModel(local("p")).readFile(q("d/link")), QByteArray("a file of its own"));
+}
+
 TEST_P(OddThing, GoesWithTheFolderThatASaveRemoves)
 {
     ProjectModel model(local("p"));

@@ -105,8 +105,9 @@ public:
 
     /// Whether opening the source directory left out what is at `path`, or a directory above it,
     /// because it is a link, is neither file nor directory, has a name that no project can have, or
-    /// can't be read. Somebody knows what is there: it is not gone. `path` as getFileList() would
-    /// have it, when the project was opened or last saved to another place.
+    /// can't be read. Somebody knows what is there: it is not gone. It moves and goes with its
+    /// directory, is not copied, not saved elsewhere, and does not count where the project has a
+    /// file of its own.
     bool isLeftOut(const QString& path) const;
 
     /// Whether it left out anything in a directory, at any depth, or the directory.

@@ -5,6 +5,7 @@
 #include <pk/project/error.hpp>
 
 #include <QDirIterator>
+#include <boost/make_shared.hpp>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -131,6 +132,54 @@ TEST_F(HostileLibrary, LeavesBoxAndOrderFilesThatAreLinksAsTheyAre)
     EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Named/bxlinfo")));
     EXPECT_FALSE(QFileInfo::exists(path("L.bxl/Old/bxlinfo")));
     EXPECT_EQ(opened()->node({0})->boxData()->tooltip(), q("edited"));
+}
+
+// The new box has its own file at the place where the link was or is.
+TEST_F(HostileLibrary, KeepsEditsOfNewBoxesWhereLinksWere)
+{
+    const RootBoxDescription description{"Box", boost::make_shared<XmlElement>("Box")};
+    const auto edit = [&](const Library& library) {
+        BoxLibraryNode* const box = library->boxRoot()->appendChild(description);
+        EXPECT_EQ(box->path(), q("Box"));
+        box->boxData()->setTooltip(q("first"));
+        box->boxData()->setTooltip(q("second"));
+        return box;
+    };
+    const auto expectEdited = [](const Library& library, const char* name) {
+        const BoxLibraryNode* const box = library->boxRoot()->child(name);
+        ASSERT_NE(box, nullptr);
+        ASSERT_NE(box->boxData(), nullptr);
+        EXPECT_EQ(box->boxData()->tooltip(), q("second"));
+    };
+    putLocal(path("L.bxl/Box/icon.png"), "icon");
+    link("../../outside/box.bhx", "L.bxl/Box/box.bhx");
+    {
+        const Library library = opened();
+        library->node({1})->setName("Moved");
+        edit(library);
+        library->save();
+        expectEdited(opened(), "Box");
+        library->boxRoot()->child("Box")->setName("Third");
+        library->boxRoot()->child("Moved")->setName("Box");
+        library->save();
+    }
+    {
+        const Library library = opened();
+        library->boxRoot()->removeChild(library->boxRoot()->child("Box")->index());
+        edit(library);
+        library->save();
+        expectEdited(opened(), "Box");
+        expectEdited(opened(), "Third");
+        library->boxRoot()->removeChild(library->boxRoot()->child("Box")->index());
+        library->save();
+    }
+    link("../outside", "L.bxl/Box");
+    const Library library = opened();
+    edit(library);
+    EXPECT_THROW(library->save(), pk::project::Error);
+    library->saveTo(path("Other.bxl"), BoxLibrary::Directory);
+    expectEdited(Library(new BoxLibrary(ProjectModel(path("Other.bxl")))), "Box");
+    EXPECT_FALSE(holdsSecret(path("L.bxl")) || holdsSecret(path("Other.bxl")));
 }
 
 // It has nothing of the kind itself, at whatever depth.
