@@ -5,6 +5,7 @@
 #include "open_library.hpp"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kxbox {
@@ -98,9 +99,9 @@ private:
     void putNew(const BoxTexts& box);
 
     const Catalogue& m_catalogue;
-    QSet<TextKey> m_known;             // the texts that have messages
-    QHash<QString, int> m_lastMessage; // its position, by context
-    QHash<QString, bool> m_unknown;    // by context, as far as asked
+    std::set<TextKey> m_known;        // the texts that have messages
+    QMap<QString, int> m_lastMessage; // its position, by context
+    QMap<QString, bool> m_unknown;    // by context, as far as asked
     QList<Message> m_messages;
     UpdateCounts m_counts;
 };
@@ -140,7 +141,7 @@ void Catalogue::Update::put(Message message)
         m_messages.append(message);
         return;
     }
-    if (!m_catalogue.m_texts.contains(keyOf(message))) {
+    if (m_catalogue.m_texts.count(keyOf(message)) == 0) {
         putGone(std::move(message));
         return;
     }
@@ -180,7 +181,7 @@ void Catalogue::Update::putGone(Message message)
 void Catalogue::Update::putNew(const BoxTexts& box)
 {
     for (const QString& text : box.texts) {
-        if (!m_known.contains({box.context, text})) {
+        if (m_known.count({box.context, text}) == 0) {
             m_messages.append(Message(box.context, text));
             ++m_counts.added;
         }

@@ -5,13 +5,13 @@
 #include <kr/localization/translator.hpp>
 #include <kxboxlibrary/box_library.hpp>
 
-#include <QHash>
-#include <QSet>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
 #include <cstddef>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -65,8 +65,8 @@ private:
 
     QString m_prefix;
     std::vector<BoxTexts> m_boxes;
-    QHash<QString, std::size_t> m_boxByContext; // its place in m_boxes
-    QSet<TextKey> m_texts;
+    QMap<QString, std::size_t> m_boxByContext; // its place in m_boxes
+    std::set<TextKey> m_texts;
     IsUnknown m_isUnknown;
 };
 

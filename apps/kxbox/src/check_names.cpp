@@ -1,7 +1,7 @@
 #include "checks.hpp"
 #include "reserved_names.hpp"
 
-#include <QHash>
+#include <QMap>
 #include <QSet>
 
 #include <algorithm>
@@ -48,7 +48,7 @@ void checkDirectory(const SurveyedNode& node, Problems& problems)
 
 void checkSiblings(const SurveyedNode& folder, Problems& problems)
 {
-    QHash<QString, QString> firstOfName;
+    QMap<QString, QString> firstOfName;
     for (const QString& directory : folder.directories) {
         const QString name = displayNameOf(directory);
         const auto first = firstOfName.constFind(name);
@@ -122,7 +122,7 @@ std::vector<std::string> faultsOf(const QString& name)
 /// accents, are the same.
 void checkCollisions(const QStringList& paths, Problems& problems)
 {
-    QHash<QString, QString> firsts;
+    QMap<QString, QString> firsts;
     for (const QString& path : paths) {
         const QString composed = nameOf(path).normalized(QString::NormalizationForm_C);
         const QString place = prefixOf(directoryOf(path)) + composed.toCaseFolded();

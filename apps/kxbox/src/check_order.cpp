@@ -1,7 +1,8 @@
 #include "checks.hpp"
 
-#include <QHash>
-#include <QSet>
+#include <QMap>
+
+#include <set>
 
 namespace kxbox {
 
@@ -16,8 +17,8 @@ void checkEntries(const SurveyedNode& folder, Problems& problems)
     const std::string path = folder.order.path.toStdString();
     // What entries can stand for. A directory that is not named as the library would name it has
     // none, which checkNames() says.
-    QHash<QString, bool> isListed;
-    QSet<QString> misnamed;
+    QMap<QString, bool> isListed;
+    std::set<QString> misnamed;
     for (const QString& directory : folder.directories) {
         const QString canonical = fileNameOf(displayNameOf(directory));
         if (canonical == directory) {
@@ -26,10 +27,9 @@ void checkEntries(const SurveyedNode& folder, Problems& problems)
             misnamed.insert(canonical);
         }
     }
-    QSet<QString> told;
+    std::set<QString> told;
     const auto warn = [&](const std::string& name, const QString& directory, const char* text) {
-        if (!told.contains(directory)) {
-            told.insert(directory);
+        if (told.insert(directory).second) {
             problems.add({Severity::Warning, a_entryKind, path, "'" + name + text, name});
         }
     };
@@ -38,7 +38,7 @@ void checkEntries(const SurveyedNode& folder, Problems& problems)
         const auto found = isListed.find(directory);
         if (found != isListed.end() && !*found) {
             *found = true;
-        } else if (!misnamed.contains(directory)) {
+        } else if (misnamed.count(directory) == 0) {
             warn(name, directory,
                  found != isListed.end() ? "' is listed twice" : "' has no directory");
         }

@@ -1,9 +1,9 @@
 #include "checks.hpp"
 #include "translation_files.hpp"
 
-#include <QHash>
 #include <QMap>
-#include <QSet>
+
+#include <set>
 
 namespace kxbox {
 
@@ -11,7 +11,7 @@ using KR::Localization::Message;
 
 namespace {
 
-using FilesByLanguage = QHash<QString, QString>; // the path of the first
+using FilesByLanguage = QMap<QString, QString>; // the path of the first
 
 void addError(const char* kind, const TranslationFile& file, const std::string& text,
               Problems& problems)
@@ -54,12 +54,13 @@ bool checkFile(const TranslationFile& file, FilesByLanguage& files, Problems& pr
     return true;
 }
 
-void checkMessages(const TranslationFile& file, const QSet<QString>& contexts, Problems& problems)
+void checkMessages(const TranslationFile& file, const std::set<QString>& contexts,
+                   Problems& problems)
 {
     QMap<QString, int> unknown;
     const auto& messages = file.translator.messages();
     for (const Message& message : messages) {
-        if (isInUse(message) && !contexts.contains(message.context())) {
+        if (isInUse(message) && contexts.count(message.context()) == 0) {
             ++unknown[message.context()];
         }
     }
@@ -82,7 +83,7 @@ void checkMessages(const TranslationFile& file, const QSet<QString>& contexts, P
 
 void checkTranslations(const Survey& survey, Problems& problems)
 {
-    QSet<QString> contexts;
+    std::set<QString> contexts;
     for (const SurveyedNode& node : survey.nodes) {
         contexts.insert(contextOf(node.path));
     }

@@ -4,7 +4,7 @@
 #include "messages.hpp"
 #include "table.hpp"
 
-#include <QHash>
+#include <QMap>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -54,7 +54,7 @@ TextState stateOf(const Message& message)
                                                        : TextState::Unfinished;
 }
 
-using TextStates = QHash<TextKey, TextState>;
+using TextStates = QMap<TextKey, TextState>;
 
 TextStates textStates(const Translator& translator)
 {

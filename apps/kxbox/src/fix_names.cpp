@@ -4,10 +4,8 @@
 
 #include <kr/localization/context_patchers.hpp>
 
-#include <QSet>
-
-#include <unordered_map>
-#include <unordered_set>
+#include <map>
+#include <set>
 
 namespace kxbox {
 
@@ -33,7 +31,7 @@ public:
             ++m_counts[child->name()];
         }
         const QStringList files = m_model.getFileList(m_path, true, false, false);
-        m_files = QSet<QString>(files.begin(), files.end());
+        m_files = std::set<QString>(files.begin(), files.end());
     }
 
     /// Why a child can't have the directory that goes with its name; empty when it can.
@@ -46,16 +44,16 @@ private:
     /// The names that are given after a base name, up to the first that is free.
     struct Chain
     {
-        std::unordered_set<std::string> names;
+        std::set<std::string> names;
         bool isComplete = false;
     };
 
     bool m_isTop;
     const pk::project::ProjectModel& m_model;
     QString m_path;
-    std::unordered_map<std::string, int> m_counts;
-    QSet<QString> m_files;
-    std::unordered_map<std::string, Chain> m_chains;
+    std::map<std::string, int> m_counts;
+    std::set<QString> m_files;
+    std::map<std::string, Chain> m_chains;
 };
 
 bool Siblings::isTaken(const std::string& name) const
@@ -91,7 +89,7 @@ std::string Siblings::obstacle(const BoxLibraryNode& child)
     if (m_counts[name] > 1) {
         return "another node is called '" + name + "' too";
     }
-    if (m_files.contains(fileName) || m_model.isLeftOut(prefixOf(m_path) + fileName)) {
+    if (m_files.count(fileName) != 0 || m_model.isLeftOut(prefixOf(m_path) + fileName)) {
         return "there is something else at '" + escaped + "'";
     }
     return keepsNumber(name) ? "" : "the library would give '" + name + "' another number";

@@ -8,9 +8,9 @@
 
 #include <QMap>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kxbox {
@@ -37,10 +37,10 @@ public:
 private:
     /// False, and nothing changes, when the file would not hold all of it.
     bool write(TranslationFile& file, const Translator& translator) const;
-    static std::string languageObstacle(const QString& language, const QSet<QString>& taken);
+    static std::string languageObstacle(const QString& language, const std::set<QString>& taken);
     /// Puts `others` into `first`. What became of them is noted, and those that go are marked.
     void mergeInto(TranslationFile& first, const std::vector<TranslationFile*>& others,
-                   QSet<QString>& gone) const;
+                   std::set<QString>& gone) const;
 
     OpenLibrary& m_library;
     std::vector<TranslationFile>& m_files;
@@ -57,20 +57,21 @@ bool TranslationFixes::write(TranslationFile& file, const Translator& translator
     return bytes.has_value();
 }
 
-std::string TranslationFixes::languageObstacle(const QString& language, const QSet<QString>& taken)
+std::string TranslationFixes::languageObstacle(const QString& language,
+                                               const std::set<QString>& taken)
 {
     static const QRegularExpression form(QStringLiteral("^[A-Za-z]{2,3}([_-][A-Za-z0-9]{2,8})*$"));
     if (!form.match(language).hasMatch()) {
         return "its name says no language either";
     }
-    return taken.contains(language)
+    return taken.count(language) != 0
                ? "the language in its name, '" + language.toStdString() + "', has another file"
                : "";
 }
 
 void TranslationFixes::giveLanguages()
 {
-    QSet<QString> taken;
+    std::set<QString> taken;
     for (const TranslationFile& file : m_files) {
         taken.insert(file.language());
     }
@@ -96,7 +97,7 @@ void TranslationFixes::giveLanguages()
 
 void TranslationFixes::mergeInto(TranslationFile& first,
                                  const std::vector<TranslationFile*>& others,
-                                 QSet<QString>& gone) const
+                                 std::set<QString>& gone) const
 {
     Merger merger(first.translator);
     std::vector<const TranslationFile*> merged;
@@ -129,7 +130,7 @@ void TranslationFixes::mergeLanguages()
             files[file.language()].push_back(&file);
         }
     }
-    QSet<QString> gone;
+    std::set<QString> gone;
     for (const auto& ofLanguage : std::as_const(files)) {
         if (ofLanguage.size() > 1) {
             mergeInto(*ofLanguage.front(), {ofLanguage.begin() + 1, ofLanguage.end()}, gone);
@@ -137,13 +138,13 @@ void TranslationFixes::mergeLanguages()
     }
     m_files.erase(
         std::remove_if(m_files.begin(), m_files.end(),
-                       [&gone](const TranslationFile& file) { return gone.contains(file.path); }),
+                       [&gone](const TranslationFile& file) { return gone.count(file.path) != 0; }),
         m_files.end());
 }
 
 void TranslationFixes::removeUntranslated()
 {
-    QSet<QString> contexts;
+    std::set<QString> contexts;
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*m_library->boxRoot())) {
         contexts.insert(node->translationContext());
     }
@@ -155,7 +156,7 @@ void TranslationFixes::removeUntranslated()
     // Of what somebody has worked on nothing goes.
     const auto isUseless = [&](const Message& message) {
         return isInUse(message) && !message.isTranslated() &&
-               message.translatorComment().isEmpty() && !contexts.contains(message.context()) &&
+               message.translatorComment().isEmpty() && contexts.count(message.context()) == 0 &&
                !isLeftOut(message.context());
     };
     for (TranslationFile& file : m_files) {

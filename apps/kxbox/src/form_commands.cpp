@@ -8,7 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
-#include <map>
+#include <set>
 #include <sys/stat.h>
 
 namespace kxbox {
@@ -66,10 +66,10 @@ struct Behavior
 
 std::vector<Behavior> behaviorsOf(const OpenLibrary& library, const std::string& destination)
 {
-    const QSet<QString> paths = library.behaviors(*library->boxRoot());
+    const std::set<QString> paths = library.behaviors(*library->boxRoot());
     std::vector<Behavior> behaviors;
     for (const KX::BoxLibraryNode* const node : OpenLibrary::subtree(*library->boxRoot())) {
-        if (paths.contains(node->path())) {
+        if (paths.count(node->path()) != 0) {
             const std::string file =
                 destination + "/" + node->path().toStdString() + "/behavior.bhx";
             behaviors.push_back({library.address(*node), node->path(), file, stampOf(file)});

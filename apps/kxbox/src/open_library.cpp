@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kxbox {
@@ -182,11 +183,11 @@ std::vector<BoxLibraryNode*> OpenLibrary::subtree(BoxLibraryNode& node)
     return nodes;
 }
 
-QSet<QString> OpenLibrary::behaviors(BoxLibraryNode& node) const
+std::set<QString> OpenLibrary::behaviors(BoxLibraryNode& node) const
 {
     QStringList paths;
     m_library->xFindBehaviors(&node, paths);
-    return QSet<QString>(paths.begin(), paths.end());
+    return std::set<QString>(paths.begin(), paths.end());
 }
 
 void OpenLibrary::requireReadableTranslations() const

@@ -7,10 +7,10 @@
 #include <kxboxlibrary/box_library_node.hpp>
 #include <kxboxlibrary/tree_deleter.hpp>
 
-#include <QSet>
 #include <QString>
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -62,7 +62,7 @@ public:
     static std::vector<KX::BoxLibraryNode*> subtree(KX::BoxLibraryNode& node);
     static bool isFolder(const KX::BoxLibraryNode& node) { return node.boxData() == nullptr; }
     /// The paths of the behaviours at or below a node.
-    QSet<QString> behaviors(KX::BoxLibraryNode& node) const;
+    std::set<QString> behaviors(KX::BoxLibraryNode& node) const;
 
     /// Throws Failure when a translation file would be lost with the next change of messages,
     /// because it can't be read, names no language, or its language has another file.

@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <set>
 #include <tuple>
-#include <unordered_set>
 
 namespace kxbox {
 
@@ -50,7 +50,7 @@ void Problems::add(const Problems& others)
 
 void Problems::addFixed(const Problems& before)
 {
-    std::unordered_set<std::string> open;
+    std::set<std::string> open;
     for (const Problem& problem : m_problems) {
         open.insert(keyOf(problem));
     }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 namespace kxbox {
 
@@ -67,7 +68,7 @@ Outcome info(Session& session)
             resources += node->resources()->files.size();
         }
     }
-    const int behaviors = library.behaviors(*library->boxRoot()).size();
+    const auto behaviors = library.behaviors(*library->boxRoot()).size();
     const QStringList languages = languagesOf(*library);
     const QFileInfo place(library->path());
     const std::string form = place.isDir() ? "directory" : "archive";
@@ -122,7 +123,7 @@ private:
         if (OpenLibrary::isFolder(node)) {
             return "/";
         }
-        return m_behaviors.contains(node.path()) ? "  [behaviour]" : "";
+        return m_behaviors.count(node.path()) != 0 ? "  [behaviour]" : "";
     }
 
     Json entry(const std::string& name, const BoxLibraryNode& node) const
@@ -131,7 +132,7 @@ private:
         const bool isFolder = OpenLibrary::isFolder(node);
         json["kind"] = isFolder ? "folder" : "box";
         if (!isFolder) {
-            json["behaviour"] = m_behaviors.contains(node.path());
+            json["behaviour"] = m_behaviors.count(node.path()) != 0;
         }
         return json;
     }
@@ -156,7 +157,7 @@ private:
         }
     }
 
-    QSet<QString> m_behaviors;
+    std::set<QString> m_behaviors;
     int m_depth;
     std::string m_text;
     Json m_json;
@@ -239,7 +240,7 @@ Json boxJson(const OpenLibrary& library, BoxLibraryNode& node)
     Json json = {{"library", library.path()},
                  {"node", library.address(node)},
                  {"directory", node.path().toStdString()},
-                 {"behaviour", library.behaviors(node).contains(node.path())},
+                 {"behaviour", library.behaviors(node).count(node.path()) != 0},
                  {"tooltip", data.tooltip().toStdString()},
                  {"bitmaps", toJson(data.bitmaps())},
                  {"expanded", data.bitmapExpanded()}};

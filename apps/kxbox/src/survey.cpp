@@ -11,9 +11,9 @@
 #include <pk/project/error.hpp>
 
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kxbox {
@@ -173,10 +173,9 @@ void Surveyor::lookInto(SurveyedNode& box, const boost::shared_ptr<KX::XmlElemen
         return !name.startsWith(QLatin1Char('/')) && name != a_boxFile && name != a_behaviorFile &&
                name != a_oldMetadata && m_model.hasFile(prefixOf(box.path) + name);
     };
-    QSet<QString> seen;
+    std::set<QString> seen;
     for (const QString& bitmap : data.bitmaps()) {
-        if (!isResource(bitmap) && !seen.contains(bitmap)) {
-            seen.insert(bitmap);
+        if (!isResource(bitmap) && seen.insert(bitmap).second) {
             box.missingBitmaps.append(bitmap);
         }
     }

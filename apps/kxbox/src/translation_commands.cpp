@@ -12,6 +12,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kxbox {
@@ -68,11 +69,11 @@ void requireNewLanguage(const OpenLibrary& library, const QString& language)
 /// That of all translators when they agree on one, else English.
 QString sourceLanguage(const Translators& translators)
 {
-    QSet<QString> codes;
+    std::set<QString> codes;
     for (const Translator& translator : translators) {
         codes.insert(translator.sourceLanguageCode());
     }
-    const bool isOne = codes.size() == 1 && !codes.contains(QString());
+    const bool isOne = codes.size() == 1 && codes.count(QString()) == 0;
     return isOne ? *codes.begin() : QStringLiteral("en");
 }
 

@@ -42,9 +42,9 @@ bool hasWork(const Message& message)
 }
 
 /// The first of each key.
-QHash<Key, int> positionsOf(const Translator& translator)
+QMap<Key, int> positionsOf(const Translator& translator)
 {
-    QHash<Key, int> positions;
+    QMap<Key, int> positions;
     for (int i = 0; i < translator.messages().size(); ++i) {
         const Key key = keyOf(translator.messages().at(i));
         if (!positions.contains(key)) {
@@ -169,7 +169,7 @@ bool isInUse(const Message& message)
 
 int countContradictions(const Translator& translator)
 {
-    QHash<Key, QStringList> first;
+    QMap<Key, QStringList> first;
     int count = 0;
     for (const Message& message : translator.messages()) {
         if (!message.isTranslated()) {
@@ -190,7 +190,7 @@ std::optional<QByteArray> writeWhole(const Translator& translator)
 {
     QByteArray bytes = KR::Localization::TS::translatorTo(translator, false);
     const TranslationFile written = readTranslationFile(QString(), bytes);
-    const QHash<Key, int> positions = positionsOf(written.translator);
+    const QMap<Key, int> positions = positionsOf(written.translator);
     const auto& messages = translator.messages();
     const bool isWhole = std::all_of(messages.begin(), messages.end(), [&](const Message& message) {
         const int position = positions.value(keyOf(message), -1);
@@ -220,7 +220,7 @@ std::string Merger::add(const Translator& translator)
 {
     // What becomes of each key, in order; put into the messages when nothing contradicts.
     std::vector<Message> changed;
-    QHash<Key, int> positions;
+    QMap<Key, int> positions;
     const Message* contradiction = nullptr;
     int contradictions = 0;
     for (const Message& message : translator.messages()) {

@@ -2,7 +2,7 @@
 
 #include "survey.hpp"
 
-#include <QHash>
+#include <QMap>
 #include <QPair>
 
 #include <optional>
@@ -41,7 +41,7 @@ private:
     using Key = QPair<QString, QPair<QString, QString>>; // context, source and comment
 
     KR::Localization::Translator m_merged;
-    QHash<Key, int> m_positions; // the first message of each key
+    QMap<Key, int> m_positions; // the first message of each key
 };
 
 } // namespace kxbox
