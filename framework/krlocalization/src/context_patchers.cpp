@@ -11,12 +11,11 @@ namespace {
 constexpr QLatin1Char a_separator('/');
 
 /// The values of `map` by views of its keys, which live as long as the map is not changed.
-QHash<QStringView, QString> byView(const QMap<QString, QString>& map)
+std::map<QStringView, QString> byView(const QMap<QString, QString>& map)
 {
-    QHash<QStringView, QString> views;
-    views.reserve(map.size());
+    std::map<QStringView, QString> views;
     for (auto it = map.cbegin(); it != map.cend(); ++it) {
-        views.insert(it.key(), it.value());
+        views.emplace_hint(views.end(), it.key(), it.value());
     }
     return views;
 }
@@ -32,7 +31,7 @@ bool endsComponent(const QString& context, int length)
 ContextBoxNamePatcher::ContextBoxNamePatcher(const QString& context, QMap<QString, QString> names)
     : m_prefix(context + a_separator), m_names(std::move(names)), m_newNames(byView(m_names))
 {
-    m_newNames.remove(QStringView());
+    m_newNames.erase(QStringView());
 }
 
 bool ContextBoxNamePatcher::operator()(QString& context) const
@@ -42,9 +41,9 @@ bool ContextBoxNamePatcher::operator()(QString& context) const
         const int start = slash + 1;
         slash = context.indexOf(a_separator, start);
         const int end = slash < 0 ? context.size() : slash;
-        const auto name = m_newNames.constFind(QStringView(context).mid(start, end - start));
-        if (name != m_newNames.cend()) {
-            context = m_prefix + *name + context.midRef(end);
+        const auto name = m_newNames.find(QStringView(context).mid(start, end - start));
+        if (name != m_newNames.end()) {
+            context = m_prefix + name->second + context.midRef(end);
             return true;
         }
     }
@@ -68,9 +67,9 @@ bool ContextMatchPatcher::operator()(QString& context) const
         if (!endsComponent(context, length)) {
             continue;
         }
-        const auto found = m_newContexts.constFind(QStringView(context).left(length));
-        if (found != m_newContexts.cend()) {
-            context = *found + context.midRef(length);
+        const auto found = m_newContexts.find(QStringView(context).left(length));
+        if (found != m_newContexts.end()) {
+            context = found->second + context.midRef(length);
             return true;
         }
     }

@@ -1,16 +1,11 @@
 #include "duplicates.hpp"
 
 #include "position_table.hpp"
+#include "text_hash.hpp"
 
 namespace KR::Localization {
 
 namespace {
-
-std::size_t hashContents(const Message& message)
-{
-    const auto hash = hashText(message.source(), hashText(message.context()));
-    return message.source().isEmpty() ? hash : hashText(message.comment(), hash);
-}
 
 bool sameContents(const Message& a, const Message& b)
 {
@@ -51,6 +46,17 @@ public:
     QList<Message> result() const { return m_kept; }
 
 private:
+    std::size_t hashContents(const Message& message)
+    {
+        if (message.context() != m_context) {
+            m_context = message.context();
+            m_contextHash = hashText(m_context);
+        }
+        const auto hash = hashText(message.source(), m_contextHash);
+        const bool isAll = message.source().isEmpty() || message.comment().isEmpty();
+        return isAll ? hash : hashText(message.comment(), hash);
+    }
+
     int idSlot(const QString& id) const
     {
         return m_ids.find(hashText(id), [&](int i) { return m_kept.at(i).id() == id; });
@@ -79,6 +85,8 @@ private:
     QList<Message> m_kept;
     PositionTable m_ids;
     PositionTable m_contents;
+    QString m_context; // of the last message, as of most that follow
+    std::size_t m_contextHash = hashText(QString());
 };
 
 } // namespace

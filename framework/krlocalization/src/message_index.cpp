@@ -1,5 +1,7 @@
 #include "message_index.hpp"
 
+#include "text_hash.hpp"
+
 namespace KR::Localization {
 
 namespace {

@@ -1,23 +1,10 @@
 #pragma once
 
-#include <QString>
-
 #include <cstddef>
-#include <functional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace KR::Localization {
-
-/// The hash of a text, to be continued with the hash of another one.
-inline std::size_t hashText(const QString& text, std::size_t before = 0)
-{
-    const std::u16string_view view(reinterpret_cast<const char16_t*>(text.utf16()),
-                                   static_cast<std::size_t>(text.size()));
-    constexpr std::size_t odd = 0x9E3779B97F4A7C15U;
-    return (before * odd) ^ (before >> 29U) ^ std::hash<std::u16string_view>{}(view);
-}
 
 /// A hash table from keys to positions in a list, where the keys are: it stores hash and position
 /// alone and asks its caller whether the key at a position is the one that is looked for.

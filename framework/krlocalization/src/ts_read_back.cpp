@@ -1,8 +1,8 @@
+#include "position_table.hpp"
+#include "text_hash.hpp"
 #include "ts_memory.hpp"
 
 #include <kr/localization/ts.hpp>
-
-#include <QSet>
 
 #include <algorithm>
 
@@ -54,7 +54,7 @@ bool isReadBack(const QByteArray& bytes, const Translator& translator, const Tra
         hasManyChanges(messages, knownMessages)) {
         return false;
     }
-    QSet<QString> contexts;
+    PositionTable contexts;
     for (int i = 0; i < messages.size(); ++i) {
         const QString& context = messages.at(i).context();
         const QString& knownContext = knownMessages.at(i).context();
@@ -64,10 +64,13 @@ bool isReadBack(const QByteArray& bytes, const Translator& translator, const Tra
             return false;
         }
         if (begins) {
-            if (contexts.contains(context) || (context != knownContext && !isPlain(context))) {
+            int& first = contexts.at(hashText(context), [&](int position) {
+                return messages.at(position).context() == context;
+            });
+            if (first != PositionTable::a_none || (context != knownContext && !isPlain(context))) {
                 return false;
             }
-            contexts.insert(context);
+            first = i;
         }
     }
     return !takesTooMuchMemory(bytes);

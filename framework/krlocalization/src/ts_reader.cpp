@@ -3,7 +3,7 @@
 #include "ts_memory.hpp"
 #include "xml_source.hpp"
 
-#include <QHash>
+#include <QMap>
 #include <pugixml.hpp>
 
 #include <algorithm>
@@ -78,8 +78,8 @@ private:
 
     const XmlSource m_xml;
     Translator m_translator;
-    QString m_currentFile;             // of the first location of a message that names one
-    QHash<QString, int> m_currentLine; // per file, of the location before
+    QString m_currentFile;            // of the first location of a message that names one
+    QMap<QString, int> m_currentLine; // per file, of the location before
 };
 
 Translator Reader::read()

@@ -3,10 +3,11 @@
 #include "duplicates.hpp"
 #include "plural_forms.hpp"
 #include "position_table.hpp"
+#include "text_hash.hpp"
 #include "xml_text.hpp"
 
 #include <QDir>
-#include <QHash>
+#include <QMap>
 
 #include <algorithm>
 #include <cstddef>
@@ -159,8 +160,8 @@ private:
     const QList<Message> m_messages;
     const bool m_withoutObsolete;
     const int m_pluralForms;
-    QString m_currentFile;             // of the first location of a message that names one
-    QHash<QString, int> m_currentLine; // per file, of the location before
+    QString m_currentFile;            // of the first location of a message that names one
+    QMap<QString, int> m_currentLine; // per file, of the location before
     QByteArray m_bytes;
 };
 

@@ -311,6 +311,7 @@ void ArchiveSave::addDirectory(zip_t* zip, Entry& directory)
 
 void ArchiveSave::addFolder(zip_t* zip, const std::string& name, mode_t mode)
 {
+    m_names.add(name);
     const zip_int64_t position = zip_dir_add(zip, name.c_str(), encodingOf(name));
     finishEntry(zip, position, name, mode);
     // Or the archive library makes a compressor for nothing, of 256 KB that it clears.
@@ -338,6 +339,7 @@ void ArchiveSave::addFile(zip_t* zip, Entry& entry)
         m_leftOut.push_back(&entry);
         return;
     }
+    m_names.add(name);
     m_added.push_back({&entry, position, 0});
     m_inputs.push_back(std::make_unique<Input>(*this, m_added.size() - 1,
                                                static_cast<zip_uint64_t>(statOf(file).st_size)));
@@ -362,6 +364,7 @@ void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t
         addFolder(zip, name, before != 0 ? before : S_IFDIR | 0755);
         return;
     }
+    m_names.add(name);
     const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
     addSource(zip, name, zip_source_zip(zip, from, position, 0, 0, -1),
               mode != 0     ? mode

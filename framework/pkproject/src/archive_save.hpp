@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive_names.hpp"
 #include "contents.hpp"
 #include "index.hpp"
 #include "metadata.hpp"
@@ -34,7 +35,8 @@ public:
 
     /// Writes the archive to a new file and waits until it is on the disk. The file stays open for
     /// reading. A file that openUnlessGone() does not find is left out. Throws IoError, InvalidPath
-    /// for a name that no archive can hold, and what Contents::open() throws.
+    /// for a name that no archive can hold, LimitError for names that ArchiveNames refuses, and
+    /// what Contents::open() throws.
     Fd write(const std::string& path, mode_t mode);
 
     /// Tells the index's entries, and the source that the new archive becomes, where things are in
@@ -68,6 +70,7 @@ private:
     bool m_keepForeign = false;
     bool m_verifyOriginals = false;
     std::vector<std::unique_ptr<Input>> m_inputs;
+    ArchiveNames m_names;
     std::vector<Added> m_added;
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign; ///< in the new archive
     std::vector<Entry*> m_leftOut;

@@ -385,11 +385,11 @@ std::vector<DirectoryEntry> entriesIn(const Fd& directory)
     std::vector<DirectoryEntry> entries;
     for (;;) {
         const ssize_t got = ::getdents64(directory.get(), buffer, sizeof buffer);
+        if (got == 0 || (got < 0 && errno == ENOENT)) { // or it was removed just now
+            return entries;
+        }
         if (got < 0) {
             throwErrno(directory.path());
-        }
-        if (got == 0) {
-            return entries;
         }
         for (ssize_t at = 0; at < got;) {
             const auto* const entry = reinterpret_cast<const struct dirent64*>(buffer + at);

@@ -40,9 +40,9 @@ unsigned forks()
     return count;
 }
 
-// Opens and empties a file; -1 when somebody has it open, as whoever reads it by a stream, or under
-// another name, as another model's. Where the kernel can't tell, they may.
-int openEmptied(const std::string& path) noexcept
+// Empties a file, unless somebody has it open, as whoever reads it by a stream, or under another
+// name, as another model's. Where the kernel can't tell, they may.
+bool empty(const std::string& path) noexcept
 {
     const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW);
     struct stat info = {};
@@ -52,10 +52,10 @@ int openEmptied(const std::string& path) noexcept
                         ::fcntl(fd, F_SETSIG, SIGURG) == 0 &&
                         ::fcntl(fd, F_SETLEASE, F_WRLCK) == 0 &&
                         ::fcntl(fd, F_SETLEASE, F_UNLCK) == 0 && ::ftruncate(fd, 0) == 0;
-    if (!isMine && fd >= 0) {
+    if (fd >= 0) {
         ::close(fd);
     }
-    return isMine ? fd : -1;
+    return isMine;
 }
 
 } // namespace
@@ -159,8 +159,8 @@ std::string StagingRoot::makeDirectory()
 Staging::~Staging()
 {
     if (!m_directory.empty() && m_maker.isHere()) {
-        if (m_spare) {
-            ::unlink(m_spare.path().c_str());
+        if (!m_spare.empty()) {
+            ::unlink(m_spare.c_str());
         }
         ::rmdir(m_directory.c_str());
     }
@@ -173,7 +173,7 @@ const std::string& Staging::directory()
         m_directory = root->makeDirectory();
         m_root = std::move(root);
         m_maker = {};
-        m_spare.reset(); // it is not here
+        m_spare.clear(); // it is not here
     }
     return m_directory;
 }
@@ -202,26 +202,27 @@ std::shared_ptr<StagedFile> Staging::write(const std::string& name, const char* 
 
 void Staging::takeBack(std::string path, bool isUnknown) noexcept
 {
-    const int spare = isUnknown && !m_spare ? openEmptied(path) : -1;
-    if (spare >= 0) {
-        m_spare = Fd(spare, std::move(path));
+    if (isUnknown && m_spare.empty() && empty(path)) {
+        m_spare = std::move(path);
     } else {
         ::unlink(path.c_str());
     }
 }
 
-// The spare file at a new path; none when there is none.
+// The spare file at a new path; none when there is none. It is not open while it is one: a program
+// may have more models than it can have open files.
 Fd Staging::takeSpare(const std::string& path)
 {
-    Fd spare = std::move(m_spare);
-    if (!spare) {
+    const std::string spare = std::exchange(m_spare, {});
+    if (spare.empty()) {
         return {};
     }
-    if (::rename(spare.path().c_str(), path.c_str()) != 0) {
-        ::unlink(spare.path().c_str());
+    Fd file(::open(spare.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW), path);
+    if (!file || ::rename(spare.c_str(), path.c_str()) != 0) {
+        ::unlink(spare.c_str());
         return {};
     }
-    return {spare.release(), path};
+    return file;
 }
 
 std::shared_ptr<StagedFile> Staging::copy(const std::string& name, const Fd& from)

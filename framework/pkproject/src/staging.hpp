@@ -144,7 +144,7 @@ private:
     std::shared_ptr<StagingRoot> m_root;
     Maker m_maker; ///< of the directory
     std::string m_directory;
-    Fd m_spare; ///< an empty file that nobody needs; none at times
+    std::string m_spare; ///< path of an empty file that nobody needs; of none at times
     std::uint64_t m_lastNumber = 0;
 };
 

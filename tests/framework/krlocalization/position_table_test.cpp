@@ -44,12 +44,3 @@ TEST(PositionTable, FindsWhatLiesBehindARemovedEntry)
     EXPECT_EQ(table.find(1, [](int p) { return p == 1; }), 1);
     EXPECT_EQ(table.find(1, [](int p) { return p == 0; }), PositionTable::a_none);
 }
-
-TEST(HashText, TellsTheOrderOfTexts)
-{
-    using KR::Localization::hashText;
-    const QString a = QStringLiteral("a");
-    const QString b = QStringLiteral("b");
-    EXPECT_EQ(hashText(b, hashText(a)), hashText(b, hashText(a)));
-    EXPECT_NE(hashText(b, hashText(a)), hashText(a, hashText(b)));
-}

@@ -586,6 +586,23 @@ INSTANTIATE_TEST_SUITE_P(
                            400}),
     [](const auto& burden) { return std::string(burden.param.name); });
 
+// Or it would take hours, with a million of them.
+TEST_F(AnArchiveOfAStranger, WithNamesOfOneHashIsSavedAsADirectory)
+{
+    put(many(7'000, [](std::uint64_t i) { return saying(colliding(i, 18)); }));
+    ProjectModel model(path());
+    model.writeFile(q("new"), "x");
+    const std::string message =
+        messageOf<LimitError>([&] { model.save(QString(), ArchiveFormat::Source, true); });
+    EXPECT_NE(message.find("take too long to tell apart in an archive"), std::string::npos)
+        << message;
+    model.save(m_directory.path("copy"), ArchiveFormat::Directory, false);
+    EXPECT_EQ(
+        ProjectModel(m_directory.path("copy")).getFileList(QString(), false, false, false).size(),
+        7'001);
+    EXPECT_EQ(ProjectModel(path()).getFileList(QString(), false, false, false).size(), 7'000);
+}
+
 TEST_F(AnArchiveOfAStranger, IsUnpackedPieceByPiece)
 {
     // The checksum is wrong, which shows only when all has been read.

@@ -156,6 +156,22 @@ TEST_F(AStaging, KeepsNoBytesAndNoPathThatSomebodyWasTold)
     EXPECT_EQ(statOf(path)->st_size, 0);
 }
 
+TEST_F(AStaging, HasNothingOpenForTheFileThatNobodyNeeds)
+{
+    const auto open = [] { return QDir(q("/proc/self/fd")).entryList().size(); };
+    std::vector<std::shared_ptr<Staging>> others{Staging::make()};
+    others.back()->write("a", "x", 1);
+    const int before = open();
+    for (int i = 0; i < 20; ++i) {
+        others.push_back(Staging::make());
+        others.back()->write("a", "x", 1);
+        ASSERT_EQ(
+            QDir(QString::fromStdString(others.back()->directory())).entryList(QDir::Files).size(),
+            1);
+    }
+    EXPECT_EQ(open(), before);
+}
+
 TEST_F(AStaging, LeavesNothingWhereAFileCanNotBeGivenAnotherName)
 {
     {

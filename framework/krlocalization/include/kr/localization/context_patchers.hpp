@@ -2,11 +2,11 @@
 
 #include <krlocalization/export.hpp>
 
-#include <QHash>
 #include <QMap>
 #include <QString>
 #include <QStringView>
 
+#include <map>
 #include <vector>
 
 /// What is done to the contexts of messages when boxes are inserted, renamed and removed.
@@ -28,14 +28,14 @@ public:
     /// Looks for the leftmost component after the first "/" that is a former name. If there is one,
     /// `context` becomes the parent's context, "/", the new name and all that followed the
     /// component, and the result is true, also when that is what it was before. Otherwise nothing
-    /// changes and the result is false. Takes time in proportion to the context, whatever the
-    /// number of names.
+    /// changes and the result is false. Takes time in proportion to the context and to the
+    /// logarithm of the number of names.
     bool operator()(QString& context) const;
 
 private:
     QString m_prefix;
     QMap<QString, QString> m_names;
-    QHash<QStringView, QString> m_newNames; // its keys look into those of m_names
+    std::map<QStringView, QString> m_newNames; // its keys look into those of m_names
 };
 
 /// Gives contexts new values, and so everything below them.
@@ -52,8 +52,8 @@ public:
 
 private:
     QMap<QString, QString> m_contexts;
-    QHash<QStringView, QString> m_newContexts; // its keys look into those of m_contexts
-    std::vector<int> m_lengths;                // of the keys, each once, the longest first
+    std::map<QStringView, QString> m_newContexts; // its keys look into those of m_contexts
+    std::vector<int> m_lengths;                   // of the keys, each once, the longest first
 };
 
 /// Finds a context and everything below it.

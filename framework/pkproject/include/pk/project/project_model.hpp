@@ -183,7 +183,8 @@ public:
     /// what changed. A name that leads out of an archive where backslashes separate names or "C:"
     /// is a drive ("C:/a", or ".." and a backslash) is no error in a directory, but InvalidPath for
     /// an archive; a path that moving made too long is InvalidPath in both; and an archive that the
-    /// model could not open within its limits is LimitError.
+    /// model could not open within its limits, or with thousands of names that were made to look
+    /// alike to the archive library, is LimitError.
     /// Throws FormatError when an archive that is the source is damaged where it has to be read.
     /// Throws LockError when another program is saving the target, IoError with path and reason for
     /// everything the operating system refuses. After an error the target and the model are as

@@ -12,8 +12,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <unordered_map>
-#include <utility>
+#include <vector>
 
 namespace KX {
 
@@ -50,26 +49,26 @@ void BoxLibraryNode::initFromProject()
 void BoxLibraryNode::loadFolder(ProjectModel& model)
 {
     const QString prefix = this->prefix();
-    std::vector<std::string> directories;
+    std::vector<std::string> directories; // sorted
     for (const QString& entry : model.getFileList(prefix, true, false, true)) {
         if (!entry.contains(QLatin1Char('/'))) {
             directories.push_back(entry.toStdString());
         }
     }
-    std::unordered_map<std::string, bool> unlisted;
-    for (const std::string& directory : directories) {
-        unlisted.emplace(directory, true);
-    }
+    std::vector<bool> isListed(directories.size());
     const auto order = order_file::read(model, prefix);
     for (const std::string& name : order.names) {
-        const auto found = unlisted.find(file_names::escape(name));
-        if (found != unlisted.end() && std::exchange(found->second, false)) {
-            appendChildFromProject(found->first);
+        const std::string fileName = file_names::escape(name);
+        const auto found = std::lower_bound(directories.begin(), directories.end(), fileName);
+        const auto place = static_cast<std::size_t>(found - directories.begin());
+        if (found != directories.end() && *found == fileName && !isListed[place]) {
+            isListed[place] = true;
+            appendChildFromProject(fileName);
         }
     }
-    for (const std::string& directory : directories) {
-        if (unlisted[directory] && directory != BoxConstants::a_boxLibraryTranslations) {
-            appendChildFromProject(directory);
+    for (std::size_t i = 0; i < directories.size(); ++i) {
+        if (!isListed[i] && directories[i] != BoxConstants::a_boxLibraryTranslations) {
+            appendChildFromProject(directories[i]);
         }
     }
     m_isUnread = order.isUnread;

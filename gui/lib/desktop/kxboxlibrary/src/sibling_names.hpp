@@ -1,14 +1,14 @@
 #pragma once
 
+#include <map>
 #include <string>
-#include <unordered_map>
 
 namespace KX {
 
 /// The names of one folder's children, to find one that is free.
 ///
-/// Finding a free name takes constant time for each name tried, and a number that was found taken
-/// is not tried again until it is free: n boxes of the same name cost n tries.
+/// Finding a free name takes a look into an ordered map for each name tried, and a number that was
+/// found taken is not tried again until it is free: n boxes of the same name cost n tries.
 class SiblingNames
 {
 public:
@@ -20,10 +20,10 @@ public:
     std::string firstFree(const std::string& base);
 
 private:
-    std::unordered_map<std::string, int> m_counts;
+    std::map<std::string, int> m_counts;
     // By base: the number of which, and of no smaller one, it is not known that it is taken. The
     // base itself has number 1; where there is no entry, 1 is not known to be taken.
-    std::unordered_map<std::string, int> m_firstUnknown;
+    std::map<std::string, int> m_firstUnknown;
 };
 
 } // namespace KX

@@ -11,7 +11,7 @@ using namespace KR::Localization;
 
 QMap<QString, QByteArray> TranslationMemo::write(const QHash<QString, Translator>& translators)
 {
-    QHash<QString, File> files;
+    QMap<QString, File> files;
     QMap<QString, QByteArray> bytes;
     for (auto it = translators.cbegin(); it != translators.cend(); ++it) {
         const auto known = m_files.constFind(it.key());

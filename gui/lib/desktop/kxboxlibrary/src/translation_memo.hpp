@@ -31,7 +31,7 @@ private:
         bool wasRead = false;                    // or it is known what reading would give
         KR::Localization::Translator translator; // that; written it gives `bytes` again
     };
-    QHash<QString, File> m_files; // by language
+    QMap<QString, File> m_files; // by language
 };
 
 } // namespace KX
