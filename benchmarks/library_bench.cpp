@@ -335,6 +335,11 @@ void Bench::renaming()
                                 library->boxRoot()->appendChild("There")};
     compare("move the folder of all boxes", "2.5", {[&] {
                 std::swap(places[0], places[1]);
+                places[0]->moveIn(0, {&folder});
+            }},
+            floor);
+    compare("take the folder of all boxes and insert it elsewhere", "-", {[&] {
+                std::swap(places[0], places[1]);
                 const QString old = folder.translationContext();
                 Node taken(folder.take());
                 places[0]->appendChild(taken.release());

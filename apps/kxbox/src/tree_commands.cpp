@@ -2,7 +2,6 @@
 #include "command_line.hpp"
 #include "commands.hpp"
 #include "failure.hpp"
-#include "log_watch.hpp"
 #include "reserved_names.hpp"
 
 #include <kr/localization/context_patchers.hpp>
@@ -12,6 +11,8 @@
 #include <QMap>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace kxbox {
 
@@ -141,81 +142,38 @@ void requireNotBelow(const OpenLibrary& library, const BoxLibraryNode& folder,
     }
 }
 
-/// Takes a node out of its folder, with its files, and puts it at the end of another.
-void transfer(OpenLibrary& library, BoxLibraryNode& node, BoxLibraryNode& folder)
-{
-    BoxLibraryNode& oldFolder = *node.parent();
-    const QString oldPath = node.path();
-    const LogWatch aboutTheCopy({"pkproject"}); // which does not stay
-    std::unique_ptr<BoxLibraryNode, KX::TreeDeleter> taken(node.take());
-    folder.appendChild(taken.get());
-    static_cast<void>(taken.release()); // it is the folder's now
-    // In place of the copy that take() made: with all that a library does not copy, such as what
-    // version control keeps in a directory, and to be saved as a rename.
-    library->projectModel().move(oldPath, node.path(), true);
-    oldFolder.saveFolder();
-}
-
-/// Brings `nodes`, which are children of `folder`, together in front of `next`, or to the end when
-/// that is null. `next` is none of them.
-void bringTogether(BoxLibraryNode& folder, const std::vector<BoxLibraryNode*>& nodes,
-                   const BoxLibraryNode* next)
-{
-    for (BoxLibraryNode* const node : nodes) {
-        const int from = node->index();
-        const int to = next == nullptr ? folder.children().size() : next->index();
-        folder.moveChildren(from, from, to);
-    }
-    folder.saveFolder();
-}
-
 void moveNodes(OpenLibrary& library, Changes& changes, const MoveArguments& arguments)
 {
     const std::vector<BoxLibraryNode*> nodes = library.nodesBelowRoot(arguments.nodes);
     BoxLibraryNode& folder = library.folder(arguments.folder);
     requireNotBelow(library, folder, nodes);
-    const auto isMoved = [&nodes](const BoxLibraryNode* node) {
-        return std::find(nodes.begin(), nodes.end(), node) != nodes.end();
-    };
-    const BoxLibraryNode* next = nullptr;
+    const int count = folder.children().size();
     if (arguments.at) {
-        const int count = folder.children().size();
         requireIndex(library, folder, "--at", *arguments.at, count);
-        const auto begin = folder.children().begin() + *arguments.at;
-        const auto found = std::find_if_not(begin, folder.children().end(), isMoved);
-        next = found == folder.children().end() ? nullptr : *found;
     }
     library.requireReadableTranslations();
-    for (const BoxLibraryNode* const node : nodes) {
-        if (node->parent() != &folder) {
-            checkName(node->name(), folder.parent() == nullptr);
-        }
-    }
-
-    const QList<BoxLibraryNode*> orderBefore = folder.children();
-    QMap<QString, QString> contexts;
-    library.progress().begin("moving", nodes.size());
+    std::vector<std::pair<BoxLibraryNode*, Place>> comers;
     for (BoxLibraryNode* const node : nodes) {
         if (node->parent() != &folder) {
-            const Place before(library, *node);
-            const auto messages = countMessages(*library, before.context);
-            transfer(library, *node, folder);
-            const Place after(library, *node);
-            // Of a node that was there once, or they would take the place of this one's.
-            const auto leftOver = countMessages(*library, after.context);
-            if (!leftOver.isEmpty()) {
-                library->removeTranslations(after.context);
-                changes.addMessages(after.context, QString(), leftOver);
-            }
-            contexts.insert(before.context, after.context);
-            notePlace(changes, "move", before, after, before.name, messages);
+            checkName(node->name(), folder.parent() == nullptr);
+            comers.emplace_back(node, Place(library, *node));
         }
+    }
+    const QList<BoxLibraryNode*> orderBefore = folder.children();
+    const KX::BoxLibrary::Translators translations = library->translations();
+    library.progress().begin("moving", nodes.size());
+    folder.moveIn(arguments.at.value_or(count), {nodes.begin(), nodes.end()});
+    for (const auto& [node, before] : comers) {
+        const Place after(library, *node);
+        // Of a node that was there once, which would have taken the place of this one's.
+        const auto leftOver = countMessages(translations, after.context);
+        if (!leftOver.isEmpty()) {
+            changes.addMessages(after.context, QString(), leftOver);
+        }
+        notePlace(changes, "move", before, after, before.name,
+                  countMessages(translations, before.context));
         library.progress().step();
     }
-    if (!contexts.isEmpty()) {
-        library->changeContextes(contexts);
-    }
-    bringTogether(folder, nodes, next);
     if (folder.children() != orderBefore) {
         for (const BoxLibraryNode* const node : nodes) {
             changes.add("position", library.address(*node), std::to_string(node->index()));

@@ -393,6 +393,20 @@ void BoxLibrary::changeContextes(const QMap<QString, QString>& contexts)
     setTranslations(rewritten);
 }
 
+void BoxLibrary::moveMessages(const QMap<QString, QString>& contexts)
+{
+    QMap<QString, QString> places;
+    for (const QString& context : contexts) {
+        places.insert(context, context);
+    }
+    const KR::Localization::ContextMatchPatcher isLeft(places);
+    Translators moved = m_translators;
+    KR::Localization::removeMessages(moved, [&isLeft](QString context) { return isLeft(context); });
+    const KR::Localization::ContextMatchPatcher patcher(contexts);
+    KR::Localization::rewriteContexts(moved, patcher);
+    setTranslations(moved);
+}
+
 // Editing and export
 
 void BoxLibrary::insertChildren(BoxLibraryNode* parent, int index, QList<BoxLibraryNode*> nodes,

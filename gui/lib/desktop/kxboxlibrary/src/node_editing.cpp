@@ -7,6 +7,8 @@
 #include <kxboxlibrary/box_library_node.hpp>
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <utility>
 
 namespace KX {
@@ -236,6 +238,112 @@ BoxLibraryNode* BoxLibraryNode::take()
     setParent(nullptr);
     m_detachedProject = std::move(own);
     return this;
+}
+
+bool BoxLibraryNode::canMoveIn(const QList<BoxLibraryNode*>& nodes) const
+{
+    const auto top = [](const BoxLibraryNode* node) {
+        while (node->m_parent != nullptr) {
+            node = node->m_parent;
+        }
+        return node;
+    };
+    std::set<const BoxLibraryNode*> seen;
+    return !m_boxData && !nodes.isEmpty() &&
+           std::all_of(nodes.begin(), nodes.end(), [&](const BoxLibraryNode* node) {
+               return node != nullptr && node->m_parent != nullptr && top(node) == top(this) &&
+                      !isBelow(node) && seen.insert(node).second;
+           });
+}
+
+bool BoxLibraryNode::moveIn(int index, const QList<BoxLibraryNode*>& nodes)
+{
+    if (!canMoveIn(nodes)) {
+        return false;
+    }
+    std::set<BoxLibraryNode*> folders{this};
+    std::map<BoxLibraryNode*, QString> contexts; // as they were, also of one below another
+    for (BoxLibraryNode* const node : nodes) {
+        folders.insert(node->m_parent);
+        contexts[node] = node->translationContext();
+    }
+    for (const BoxLibraryNode* const folder : folders) {
+        folder->checkIsRead();
+    }
+    int at = qBound(0, index, m_children.size());
+    while (at < m_children.size() && contexts.count(m_children.at(at)) > 0) {
+        ++at;
+    }
+    BoxLibraryNode* const next = child(at);
+    QList<BoxLibraryNode*> here;
+    QMap<QString, QString> newContexts;
+    const auto move = [&] {
+        for (BoxLibraryNode* const node : nodes) {
+            if (node->m_parent != this) {
+                moveIn(node);
+                newContexts.insert(contexts[node], node->translationContext());
+            }
+            here.append(node);
+        }
+    };
+    const auto moveMessages = [&] {
+        bringTogether(here, next);
+        BoxLibrary* const library = this->library();
+        if (library != nullptr && !newContexts.isEmpty()) {
+            library->moveMessages(newContexts);
+        }
+    };
+    const auto writeOrders = [&] {
+        for (BoxLibraryNode* const folder : folders) {
+            folder->saveFolder();
+        }
+    };
+    runThen(move, [&] {
+        runThen(moveMessages, [&] { runThen(writeOrders, [this] { setDirty(true); }); });
+    });
+    return true;
+}
+
+void BoxLibraryNode::moveIn(BoxLibraryNode* node)
+{
+    BoxLibraryNode* const folder = node->m_parent;
+    const int index = node->index();
+    const QString from = node->path();
+    const std::string name = node->m_name;
+    const std::string fileName = node->m_fileName;
+    folder->detach(node);
+    attach(m_children.size(), node);
+    try {
+        node->initName(name);
+        if (ProjectModel* const model = project()) {
+            node->clearPlace(*model);
+            model->move(from, node->path(), false);
+        }
+    } catch (...) {
+        detach(node);
+        node->setNames(name, fileName);
+        folder->attach(index, node);
+        throw;
+    }
+    node->stopForwarding(folder);
+    forward(node);
+    node->setParent(this);
+}
+
+void BoxLibraryNode::bringTogether(const QList<BoxLibraryNode*>& nodes, BoxLibraryNode* next)
+{
+    const std::set<BoxLibraryNode*> moved(nodes.begin(), nodes.end());
+    QList<BoxLibraryNode*> children;
+    children.reserve(m_children.size());
+    for (BoxLibraryNode* const child : std::as_const(m_children)) {
+        if (child == next) {
+            children += nodes;
+        }
+        if (moved.count(child) == 0) {
+            children.append(child);
+        }
+    }
+    m_children = next == nullptr ? children + nodes : children;
 }
 
 void BoxLibraryNode::moveChildren(int first, int last, int destination)

@@ -165,6 +165,10 @@ public:
     /// message the longest counts, and contexts can be swapped.
     void changeContextes(const QMap<QString, QString>& contexts);
 
+    /// The same for nodes that came to new places: messages that are at a new context, or below it,
+    /// were left there by others and go.
+    void moveMessages(const QMap<QString, QString>& contexts);
+
     // Editing and export
 
     /// Inserts detached nodes below `parent` at consecutive positions from `index` on (which is

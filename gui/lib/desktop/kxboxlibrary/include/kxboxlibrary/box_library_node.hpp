@@ -237,6 +237,22 @@ public:
     /// parent everything in its project. Throws pk::project::PathNotFound when it is not there.
     void unInit();
 
+    /// Moves nodes of the same tree into this folder with their files and messages, whatever is in
+    /// them at the cost of renaming one: what take() and insertChildren() do by copying. They come,
+    /// in the order of the list, in front of the child that is at `index` before the move, or the
+    /// first one behind it that is not in the list; the number of children is the end. Those from
+    /// other folders get free names (initName()), and this folder becomes their QObject parent and
+    /// forwards their changes. Messages that another node left at a new place go, as its files do.
+    /// No signal is emitted but the library's, for being dirty and for its messages.
+    ///
+    /// False, and nothing happens, when this is a box, there are no nodes, or one of them is null,
+    /// given twice, of another tree, its top, or this folder or above it. Throws IoError, before
+    /// anything happens, when the order file of a folder in question could not be read when it was
+    /// loaded. When a node can't be moved, that is thrown (PathNotFound when it has no directory,
+    /// InvalidPath when it would be too deep): those before it are moved. When the messages or an
+    /// order file can't be written, that comes last, when all is moved.
+    bool moveIn(int index, const QList<BoxLibraryNode*>& nodes);
+
     /// Moves the children from `first` to `last`, both included, in front of the one that is at
     /// `destination` before the move; the number of children is the end. Only the order of the
     /// list changes: it reaches the order file with the next saveFolder(), save() or saveAll(), and
@@ -317,6 +333,11 @@ private:
     /// throws.
     void adopt(int index, BoxLibraryNode* child, const std::string& name,
                const std::function<void()>& fill);
+    bool canMoveIn(const QList<BoxLibraryNode*>& nodes) const;
+    /// Moves one node to the end of this folder; no order file is written.
+    void moveIn(BoxLibraryNode* node);
+    /// Puts children, in the order of the list, in front of `next`, or at the end.
+    void bringTogether(const QList<BoxLibraryNode*>& nodes, BoxLibraryNode* next);
 
     /// saveFolder() of a folder whose order file holds the bytes `present`, if any.
     void writeOrder(const QByteArray& present);
