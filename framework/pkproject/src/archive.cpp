@@ -181,6 +181,10 @@ std::vector<ArchiveEntry> ArchiveSource::readDirectory()
 {
     ArchiveDirectory directory = readArchiveDirectory(m_file, m_place.path, m_limits);
     m_input = std::make_unique<Input>(m_file, directory.end, std::move(directory.headers));
+    m_contents.reserve(directory.entries.size());
+    for (const ArchiveEntry& entry : directory.entries) {
+        m_contents.push_back(entry.content);
+    }
     return std::move(directory.entries);
 }
 
@@ -229,7 +233,7 @@ Metadata ArchiveSource::loadMetadata()
     if (!m_metadata) {
         return {};
     }
-    return parseMetadata(readAll(m_metadata->position, m_metadata->bytes, a_metadataFile),
+    return parseMetadata(readAll(m_metadata->position, a_metadataFile),
                          m_place.path + "/" + a_metadataFile);
 }
 
@@ -240,15 +244,14 @@ QByteArray ArchiveSource::read(const Entry& entry, std::int64_t most)
         throw LimitError(m_place.path + ": '" + path + "' has more than the " +
                          std::to_string(most) + " bytes that are read");
     }
-    return readAll(entry.stamp.id, static_cast<std::uint64_t>(entry.stamp.bytes), path);
+    return readAll(entry.stamp.id, path);
 }
 
-QByteArray ArchiveSource::readAll(std::uint64_t position, std::uint64_t size,
-                                  const std::string& name)
+QByteArray ArchiveSource::readAll(std::uint64_t position, const std::string& name)
 {
     QByteArray bytes;
-    bytes.reserve(static_cast<int>(size));
-    read(position, size, name,
+    bytes.reserve(static_cast<int>(content(position).bytes));
+    read(position, name,
          [&](const char* more, std::size_t count) { bytes.append(more, static_cast<int>(count)); });
     return bytes;
 }
@@ -258,15 +261,15 @@ std::shared_ptr<StagedFile> ArchiveSource::unpack(const Entry& entry, Staging& s
     auto staged = staging.newFile(entry.name);
     Disk& disk = Disk::instance();
     const Fd file = disk.create(staged->path(), 0600);
-    read(entry.stamp.id, static_cast<std::uint64_t>(entry.stamp.bytes), Index::sourcePath(entry),
+    read(entry.stamp.id, Index::sourcePath(entry),
          [&](const char* bytes, std::size_t size) { disk.write(file, bytes, size); });
     staged->seal();
     return staged;
 }
 
-void ArchiveSource::verify(std::uint64_t position, std::uint64_t size, const std::string& name)
+void ArchiveSource::verify(std::uint64_t position, const std::string& name)
 {
-    read(position, size, name, [](const char*, std::size_t) {});
+    read(position, name, [](const char*, std::size_t) {});
 }
 
 void ArchiveSource::checkUnchanged() const
@@ -325,8 +328,8 @@ ArchiveSource::Item ArchiveSource::item(const ArchiveEntry& entry, std::uint64_t
 {
     Item item;
     item.position = position;
-    item.bytes = entry.bytes;
-    item.checksum = entry.checksum;
+    item.bytes = entry.content.bytes;
+    item.checksum = entry.content.checksum;
     item.isDirectory = !entry.name.empty() && entry.name.back() == '/';
     item.mode = item.isDirectory ? 0755 : 0644;
     setPath(item, entry.name, entry.isUnix);
@@ -433,9 +436,35 @@ void ArchiveSource::checkBounds(std::uint64_t bytes, std::uint64_t fileBytes,
     }
 }
 
-void ArchiveSource::read(std::uint64_t position, std::uint64_t size, const std::string& name,
-                         const Sink& sink)
+const PackedEntry& ArchiveSource::content(std::uint64_t position)
 {
+    if (!m_input) {
+        readDirectory();
+    }
+    return m_contents.at(position);
+}
+
+void ArchiveSource::read(std::uint64_t position, const std::string& name,
+                         const Unpacker::Sink& sink)
+{
+    const PackedEntry& entry = content(position);
+    if (!Unpacker::canRead(entry.method)) {
+        readByLibrary(position, name, sink);
+        return;
+    }
+    try {
+        if (const char* const fault = m_unpacker.read(entry, sink)) {
+            failDamaged("'" + name + "': " + fault);
+        }
+    } catch (const ReadFailure& failure) {
+        failUnread("'" + name + "': " + failure.what());
+    }
+}
+
+void ArchiveSource::readByLibrary(std::uint64_t position, const std::string& name,
+                                  const Unpacker::Sink& sink)
+{
+    const std::uint64_t size = content(position).bytes;
     const std::unique_ptr<zip_file_t, ZipFileClose> file(zip_fopen_index(handle(), position, 0));
     if (!file) {
         failToRead(zip_get_error(handle()), "'" + name + "': ");
@@ -469,9 +498,14 @@ void ArchiveSource::failToRead(zip_error_t* error, const std::string& what) cons
     const std::string reason = what + zip_error_strerror(error);
     const bool hasFailed = m_input && m_input->takeFailure();
     if (hasFailed || zip_error_code_zip(error) == ZIP_ER_MEMORY) {
-        throw IoError(m_place.path + ": it can't be read: " + reason);
+        failUnread(reason);
     }
     failDamaged(reason);
+}
+
+void ArchiveSource::failUnread(const std::string& reason) const
+{
+    throw IoError(m_place.path + ": it can't be read: " + reason);
 }
 
 void ArchiveSource::failDamaged(const std::string& reason) const

@@ -6,6 +6,7 @@
 #include "metadata.hpp"
 #include "place.hpp"
 #include "staging.hpp"
+#include "unpacker.hpp"
 
 #include <pk/project/archive_limits.hpp>
 
@@ -44,7 +45,8 @@ private:
 
 /// The archive that a model was opened from or saved to. The open file is held, so that its bytes
 /// stay as they were even when the file on disk is replaced. Its central directory is read when it
-/// is first needed, and the archive library opens it when a file of it is.
+/// is first needed, and the archive library opens it when entries are copied out of it, or one is
+/// packed by a method that few archives have.
 class ArchiveSource
 {
 public:
@@ -78,7 +80,7 @@ public:
     std::shared_ptr<StagedFile> unpack(const Entry& entry, Staging& staging);
 
     /// Unpacks an entry, as unpack() does, only to see that it is undamaged.
-    void verify(std::uint64_t position, std::uint64_t size, const std::string& name);
+    void verify(std::uint64_t position, const std::string& name);
 
     /// The archive for copying entries out of it. Throws as load().
     zip_t* handle();
@@ -107,19 +109,22 @@ private:
     std::vector<std::string> changesTo(const struct stat& now) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
-    using Sink = std::function<void(const char* bytes, std::size_t size)>;
-    void read(std::uint64_t position, std::uint64_t size, const std::string& name,
-              const Sink& sink);
-    QByteArray readAll(std::uint64_t position, std::uint64_t size, const std::string& name);
+    const PackedEntry& content(std::uint64_t position);
+    void read(std::uint64_t position, const std::string& name, const Unpacker::Sink& sink);
+    void readByLibrary(std::uint64_t position, const std::string& name, const Unpacker::Sink& sink);
+    QByteArray readAll(std::uint64_t position, const std::string& name);
     [[noreturn]] void failToRead(zip_error_t* error, const std::string& what) const;
+    [[noreturn]] void failUnread(const std::string& reason) const;
     [[noreturn]] void failDamaged(const std::string& reason) const;
 
     Place m_place;
     Fd m_file;
     Stamp m_stamp;
     ArchiveLimits m_limits;
-    std::unique_ptr<Input> m_input;         ///< of the archive library, from readDirectory() on
-    ZipHandle m_zip;                        ///< null until it is needed
+    std::unique_ptr<Input> m_input;      ///< of the archive library, from readDirectory() on
+    ZipHandle m_zip;                     ///< null until it is needed
+    std::vector<PackedEntry> m_contents; ///< by their positions, from readDirectory() on
+    Unpacker m_unpacker{m_file};
     std::unique_ptr<const Item> m_metadata; ///< null for none
     std::vector<std::pair<std::uint64_t, std::string>> m_foreign;
 };

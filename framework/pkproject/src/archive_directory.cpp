@@ -139,7 +139,8 @@ struct Header
 
     // Of the header in the central directory alone.
     std::uint64_t offset = 0;
-    std::size_t at = 0; ///< where it is
+    std::size_t at = 0;      ///< where it is
+    std::uint64_t begin = 0; ///< of the packed bytes
 };
 
 std::uint32_t checksumOf(std::string_view bytes)
@@ -225,7 +226,7 @@ private:
     void readNameField(Header& header, std::string_view field, std::uint32_t checksum) const;
     void checkHeader(const Header& header) const;
     void checkRanges(std::uint64_t end);
-    std::uint64_t endOf(const Header& central);
+    std::uint64_t findContent(Header& central);
     ArchiveDirectory result(std::uint64_t end) const;
     ArchiveEntry entryOf(const Header& header) const;
     std::string shown(const Header& header) const;
@@ -438,9 +439,9 @@ void Reader::checkHeader(const Header& header) const
 
 void Reader::checkRanges(std::uint64_t end)
 {
-    std::vector<const Header*> headers;
+    std::vector<Header*> headers;
     headers.reserve(m_headers.size());
-    for (const Header& header : m_headers) {
+    for (Header& header : m_headers) {
         headers.push_back(&header);
     }
     std::sort(headers.begin(), headers.end(), [](const Header* a, const Header* b) {
@@ -448,11 +449,11 @@ void Reader::checkRanges(std::uint64_t end)
     });
     const Header* before = nullptr;
     std::uint64_t free = 0;
-    for (const Header* const header : headers) {
+    for (Header* const header : headers) {
         if (before != nullptr && header->offset < free) {
             fail("'" + nameOf(*before) + "' and '" + nameOf(*header) + "' share bytes");
         }
-        free = endOf(*header);
+        free = findContent(*header);
         if (free > end) {
             fail("'" + nameOf(*header) + "' is cut off");
         }
@@ -460,8 +461,9 @@ void Reader::checkRanges(std::uint64_t end)
     }
 }
 
-// Where an entry's packed bytes end. Its local header must be there and say what the other does.
-std::uint64_t Reader::endOf(const Header& central)
+// Takes note of where an entry's packed bytes begin, and gives where they end. Its local header
+// must be there and say what the other does.
+std::uint64_t Reader::findContent(Header& central)
 {
     const auto name = [&central] { return "'" + nameOf(central) + "'"; };
     const std::string head = read(central.offset, a_localSize);
@@ -484,6 +486,7 @@ std::uint64_t Reader::endOf(const Header& central)
     if (local.name != central.name || !agree(central, local)) {
         fail("the two headers of " + name() + " differ");
     }
+    central.begin = begin;
     return begin + central.packed;
 }
 
@@ -515,8 +518,7 @@ ArchiveEntry Reader::entryOf(const Header& header) const
 {
     ArchiveEntry entry;
     entry.name = nameOf(header);
-    entry.bytes = header.bytes;
-    entry.checksum = header.crc;
+    entry.content = {header.begin, header.packed, header.bytes, header.crc, header.method};
     entry.isUnix = number(m_directory, header.at + 5, 1) == a_unix;
     entry.mode = entry.isUnix ? number16(m_directory, header.at + 40) : 0;
     return entry;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "disk.hpp"
+#include "unpacker.hpp"
 
 #include <pk/project/archive_limits.hpp>
 
@@ -14,10 +15,9 @@ namespace pk::project {
 struct ArchiveEntry
 {
     std::string name; ///< in UTF-8, without a NUL
-    std::uint64_t bytes = 0;
-    std::uint32_t checksum = 0; ///< CRC-32 of the bytes
-    bool isUnix = false;        ///< whether it was made on such a system
-    mode_t mode = 0;            ///< of that system; 0 when it does not say
+    PackedEntry content;
+    bool isUnix = false; ///< whether it was made on such a system
+    mode_t mode = 0;     ///< of that system; 0 when it does not say
 };
 
 /// The list of what an archive holds.

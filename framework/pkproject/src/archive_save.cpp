@@ -326,8 +326,7 @@ void ArchiveSave::addFile(zip_t* zip, Entry& entry)
     if (const Entry* const original = m_contents.archive ? originalInSource(entry) : nullptr) {
         m_added.push_back({&entry, position, static_cast<std::uint64_t>(original->stamp.bytes)});
         if (m_verifyOriginals) {
-            m_contents.archive->verify(original->stamp.id,
-                                       static_cast<std::uint64_t>(original->stamp.bytes), name);
+            m_contents.archive->verify(original->stamp.id, name);
         }
         addOriginal(zip, name, original->stamp.id, mode);
         return;

@@ -245,8 +245,8 @@ TEST_F(ArchiveHeaders, TellWhatAnEntryIs)
     EXPECT_EQ(directory.entries[0].mode, mode_t{S_IFDIR | 0700});
     EXPECT_FALSE(directory.entries[1].isUnix);
     EXPECT_EQ(directory.entries[1].mode, 0U);
-    EXPECT_EQ(directory.entries[1].bytes, 5U);
-    EXPECT_EQ(directory.entries[1].checksum, crcOf("bytes"));
+    EXPECT_EQ(directory.entries[1].content.bytes, 5U);
+    EXPECT_EQ(directory.entries[1].content.checksum, crcOf("bytes"));
 }
 
 struct PathInArchive
