@@ -90,6 +90,7 @@ private:
     void rename();
     void edit();
     void move();
+    void moveIn();
     void cut();
     void copy();
     void paste();
@@ -162,7 +163,7 @@ void Session::operate()
         &Session::cut,        &Session::copy,
         &Session::paste,      &Session::remove,
         &Session::reorder,    &Session::addMessage,
-        &Session::addMessage, &Session::addForeignMessage,
+        &Session::moveIn,     &Session::addForeignMessage,
         &Session::writeAll,   &Session::saveAndRead};
     m_mustBeDirty = false;
     (this->*operations.at(m_choices.below(operations.size())))();
@@ -428,6 +429,58 @@ void Session::move()
     if (m_choices.yes()) {
         dropLeftFiles();
     }
+}
+
+void Session::moveIn()
+{
+    const Place folder = anyFolder();
+    std::vector<Place> moved;
+    QList<Node*> nodes;
+    std::set<const Twin*> twins;
+    bool isAllowed = true;
+    for (std::size_t count = m_choices.below(3); count > 0; --count) {
+        const Place place = anyBelowRoot();
+        if (place.node == nullptr) {
+            return;
+        }
+        for (const Node* above = folder.node; above != nullptr; above = above->parent()) {
+            isAllowed = isAllowed && above != place.node;
+        }
+        isAllowed = twins.insert(place.twin).second && isAllowed;
+        moved.push_back(place);
+        nodes.append(place.node);
+        m_notes += "move '" + place.node->path().toStdString() + "' into '" +
+                   folder.node->path().toStdString() + "'\n";
+    }
+    isAllowed = isAllowed && !nodes.isEmpty();
+    const int index = anyIndex(folder);
+    if (folder.node->moveIn(index, nodes) != isAllowed) {
+        fail("nodes are moved where they make a tree, and nowhere else", m_notes);
+    }
+    if (!isAllowed) {
+        return;
+    }
+    auto& children = folder.twin->children;
+    auto next = children.begin() + std::clamp(index, 0, static_cast<int>(children.size()));
+    next = std::find_if(next, children.end(),
+                        [&](const auto& twin) { return twins.count(twin.get()) == 0; });
+    const Twin* const behind = next != children.end() ? next->get() : nullptr;
+    const auto placeOf = [](Twin::Children& among, const Twin* wanted) {
+        return std::find_if(among.begin(), among.end(),
+                            [wanted](const auto& twin) { return twin.get() == wanted; });
+    };
+    for (const Place& place : moved) {
+        const auto found = placeOf(place.parent->children, place.twin);
+        std::unique_ptr<Twin> twin = std::move(*found);
+        place.parent->children.erase(found);
+        if (place.parent != folder.twin) {
+            checkName(*place.node, twin->name);
+            twin->name = place.node->name();
+            folder.twin->left.erase(place.node->fileName());
+        }
+        children.insert(placeOf(children, behind), std::move(twin));
+    }
+    m_mustBeDirty = true;
 }
 
 void Session::cut()

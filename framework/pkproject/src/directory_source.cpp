@@ -110,34 +110,62 @@ Metadata DirectorySource::loadMetadata() const
 
 Fd DirectorySource::open(const Entry& entry) const
 {
-    return openFile(entry).first;
+    const std::string path = Index::sourcePath(entry);
+    Fd file = openAnything(entry, path);
+    requireFile(file, path);
+    return file;
 }
 
 QByteArray DirectorySource::read(const Entry& entry, std::int64_t most) const
 {
-    const auto [file, size] = openFile(entry);
-    return readAll(file, size, most);
+    const std::string path = Index::sourcePath(entry);
+    const Fd file = openAnything(entry, path);
+    // What has as many bytes as when it was looked at is a file, and needs no other look.
+    const std::int64_t size = entry.stamp.bytes;
+    if (size > 0 && size <= most) {
+        QByteArray bytes(static_cast<int>(size) + 1, Qt::Uninitialized);
+        if (::read(file.get(), bytes.data(), static_cast<std::size_t>(bytes.size())) == size) {
+            bytes.chop(1);
+            return bytes;
+        }
+    }
+    const std::int64_t sizeNow = requireFile(file, path);
+    ::lseek(file.get(), 0, SEEK_SET);
+    return readAll(file, sizeNow, most);
 }
 
-// The file and its size.
-std::pair<Fd, std::int64_t> DirectorySource::openFile(const Entry& entry) const
+// Whatever is there now.
+Fd DirectorySource::openAnything(const Entry& entry, const std::string& path) const
 {
-    const std::string path = Index::sourcePath(entry);
     // Without O_NONBLOCK a pipe that somebody put in the file's place would block.
     Fd file = openNow(entry, path, O_RDONLY | O_NONBLOCK);
     if (!file && errno != ENOENT && errno != ENOTDIR) {
         throwErrno(m_place.path + "/" + path);
     }
-    const auto info = file ? std::optional<struct stat>(statOf(file)) : std::nullopt;
-    if (!info || S_ISDIR(info->st_mode)) {
-        throw PathNotFound(m_place.path + "/" + path +
-                           ": removed by someone else since the project was opened");
+    if (!file) {
+        failRemoved(path);
     }
-    if (!S_ISREG(info->st_mode)) {
+    return file;
+}
+
+// Gives the size.
+std::int64_t DirectorySource::requireFile(const Fd& file, const std::string& path) const
+{
+    const struct stat info = statOf(file);
+    if (S_ISDIR(info.st_mode)) {
+        failRemoved(path);
+    }
+    if (!S_ISREG(info.st_mode)) {
         throw IoError(m_place.path + "/" + path +
                       ": replaced by someone else since the project was opened");
     }
-    return {std::move(file), info->st_size};
+    return info.st_size;
+}
+
+void DirectorySource::failRemoved(const std::string& path) const
+{
+    throw PathNotFound(m_place.path + "/" + path +
+                       ": removed by someone else since the project was opened");
 }
 
 std::string DirectorySource::localPath(const Entry& entry) const

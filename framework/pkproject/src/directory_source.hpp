@@ -100,7 +100,9 @@ private:
     static std::string obstacleOf(const Level& level, const std::string& name);
     Fd openTop() const;
     void checkPlace() const;
-    std::pair<Fd, std::int64_t> openFile(const Entry& entry) const;
+    Fd openAnything(const Entry& entry, const std::string& path) const;
+    std::int64_t requireFile(const Fd& file, const std::string& path) const;
+    [[noreturn]] void failRemoved(const std::string& path) const;
     Fd openNow(const Entry& entry, const std::string& path, int flags) const;
     void loadDirectory(const Level& level, Entry& directory);
     static void compare(const Level& level, const Entry& directory,

@@ -54,10 +54,12 @@ void removeMetadata(pk::project::ProjectModel& model, const QString& prefix)
 
 Box load(const pk::project::ProjectModel& model, const QString& prefix)
 {
-    if (model.isLeftOut(prefix + a_boxFile)) { // which nothing may be written to
+    const QString path = pathOf(model, prefix);
+    const QString own = prefix + a_boxFile;
+    if (path != own && model.isLeftOut(own)) { // which nothing may be written to
         return {nullptr, true};
     }
-    const auto file = project_xml::read(model, pathOf(model, prefix));
+    const auto file = project_xml::read(model, path);
     const auto box = file.root && isAccepted(*file.root)
                          ? file.root->firstChild(BoxConstants::a_boxBeacon)
                          : boost::shared_ptr<XmlElement>();
