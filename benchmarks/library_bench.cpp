@@ -87,7 +87,7 @@ std::string printed(double milliseconds)
     std::ostringstream text;
     text.precision(milliseconds < 10 ? 2 : 3);
     if (milliseconds < 1) {
-        text << milliseconds * 1000 << " µs";
+        text << std::fixed << std::setprecision(0) << milliseconds * 1000 << " µs";
     } else if (milliseconds < 1000) {
         text << milliseconds << " ms";
     } else {
