@@ -36,7 +36,8 @@ BoxLibraryNode* at(const Library& library, const Names& names)
 Names contexts(const Library& library)
 {
     Names result;
-    for (const auto& message : library->translations().value(q("fr")).messages()) {
+    const KR::Localization::Translator french = library->translations().value(q("fr"));
+    for (const auto& message : french.messages()) {
         result.push_back(message.context().toStdString());
     }
     std::sort(result.begin(), result.end());

@@ -248,9 +248,9 @@ public:
     /// False, and nothing happens, when this is a box, there are no nodes, or one of them is null,
     /// given twice, of another tree, its top, or this folder or above it. Throws IoError, before
     /// anything happens, when the order file of a folder in question could not be read when it was
-    /// loaded. When a node can't be moved, that is thrown (PathNotFound when it has no directory,
-    /// InvalidPath when it would be too deep): those before it are moved. When the messages or an
-    /// order file can't be written, that comes last, when all is moved.
+    /// loaded. When a node can't be moved, that is thrown (PathNotFound: it has no directory;
+    /// InvalidPath: it would be too deep; AlreadyExists: a file is there), those before it are
+    /// moved. When the messages or an order file can't be written, that comes last.
     bool moveIn(int index, const QList<BoxLibraryNode*>& nodes);
 
     /// Moves the children from `first` to `last`, both included, in front of the one that is at
