@@ -369,6 +369,7 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
     items.reserve(entries.size());
     std::uint64_t bytes = 0;
     for (std::size_t position = 0; position < entries.size(); ++position) {
+        const mode_t mode = entries[position].mode;
         Item next = item(std::exchange(entries[position], {}), position);
         bytes += std::min(next.bytes, std::numeric_limits<std::uint64_t>::max() - bytes);
         checkBounds(bytes, next.bytes, next.path);
@@ -379,7 +380,7 @@ std::vector<ArchiveSource::Item> ArchiveSource::items()
         if (!isReservedName(top)) {
             items.push_back(std::move(next));
         } else if (top != a_metadataFile) {
-            m_foreign.emplace_back(position, next.path + (next.isDirectory ? "/" : ""));
+            m_foreign.push_back({position, next.path + (next.isDirectory ? "/" : ""), mode});
             foreign.push_back(std::move(next));
         } else if (next.path != a_metadataFile || next.isDirectory) {
             failDamaged("'" + top + "' is no file");

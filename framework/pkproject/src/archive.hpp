@@ -45,8 +45,8 @@ private:
 
 /// The archive that a model was opened from or saved to. The open file is held, so that its bytes
 /// stay as they were even when the file on disk is replaced. Its central directory is read when it
-/// is first needed, and the archive library opens it when entries are copied out of it, or one is
-/// packed by a method that few archives have.
+/// is first needed, and the archive library opens it only when an entry is packed by a method that
+/// few archives have.
 class ArchiveSource
 {
 public:
@@ -82,16 +82,21 @@ public:
     /// Unpacks an entry, as unpack() does, only to see that it is undamaged.
     void verify(std::uint64_t position, const std::string& name);
 
-    /// The archive for copying entries out of it. Throws as load().
-    zip_t* handle();
+    /// Where the file has the bytes of the entry at a position, for copying them as they are.
+    /// Throws as load().
+    const PackedEntry& content(std::uint64_t position);
+    const Fd& file() const { return m_file; }
 
-    /// Positions and names of version-control files in the archive: no part of the project, but
-    /// kept when it is saved in place.
-    const std::vector<std::pair<std::uint64_t, std::string>>& foreign() const { return m_foreign; }
-    void setForeign(std::vector<std::pair<std::uint64_t, std::string>> f)
+    /// A version-control file or directory in the archive.
+    struct Foreign
     {
-        m_foreign = std::move(f);
-    }
+        std::uint64_t position;
+        std::string name; ///< with a "/" at the end for a directory
+        mode_t mode;      ///< 0 when the archive does not say
+    };
+    /// What is no part of the project, but kept when it is saved in place.
+    const std::vector<Foreign>& foreign() const { return m_foreign; }
+    void setForeign(std::vector<Foreign> f) { m_foreign = std::move(f); }
 
     /// Throws ConflictError unless the file on disk is the one that is open, as it was then; it
     /// lists what is different in the project that is there now.
@@ -101,6 +106,7 @@ private:
     class Input;
     struct Item;
     std::vector<ArchiveEntry> readDirectory();
+    zip_t* handle();
     Item item(const ArchiveEntry& entry, std::uint64_t position) const;
     std::vector<Item> items();
     void setMetadata(Item&& item);
@@ -109,7 +115,6 @@ private:
     std::vector<std::string> changesTo(const struct stat& now) const;
     void setPath(Item& item, const std::string& name, bool isUnix) const;
     void checkBounds(std::uint64_t bytes, std::uint64_t fileBytes, const std::string& name) const;
-    const PackedEntry& content(std::uint64_t position);
     void read(std::uint64_t position, const std::string& name, const Unpacker::Sink& sink);
     void readByLibrary(std::uint64_t position, const std::string& name, const Unpacker::Sink& sink);
     QByteArray readAll(std::uint64_t position, const std::string& name);
@@ -126,7 +131,7 @@ private:
     std::vector<PackedEntry> m_contents; ///< by their positions, from readDirectory() on
     Unpacker m_unpacker{m_file};
     std::unique_ptr<const Item> m_metadata; ///< null for none
-    std::vector<std::pair<std::uint64_t, std::string>> m_foreign;
+    std::vector<Foreign> m_foreign;
 };
 
 } // namespace pk::project

@@ -518,7 +518,13 @@ ArchiveEntry Reader::entryOf(const Header& header) const
 {
     ArchiveEntry entry;
     entry.name = nameOf(header);
-    entry.content = {header.begin, header.packed, header.bytes, header.crc, header.method};
+    entry.content = {header.begin,
+                     header.packed,
+                     header.bytes,
+                     header.crc,
+                     header.method,
+                     header.flags,
+                     (number16(m_directory, header.at + 36) & 1) != 0};
     entry.isUnix = number(m_directory, header.at + 5, 1) == a_unix;
     entry.mode = entry.isUnix ? number16(m_directory, header.at + 40) : 0;
     return entry;

@@ -28,6 +28,9 @@ time_t noTime()
 // The archive library writes no archive without entries; this is one.
 constexpr char a_emptyArchive[22] = {'P', 'K', 5, 6};
 
+// The general flags that say how an entry was packed, with which it is copied.
+constexpr zip_uint16_t a_packingFlags = 0x0006;
+
 // The archive library takes a name with control characters for no UTF-8, but stores it as it is
 // when it may guess.
 zip_flags_t encodingOf(const std::string& name)
@@ -123,6 +126,79 @@ private:
     std::size_t m_added;
     zip_uint64_t m_size;
     Fd m_file;
+    ZipError m_error;
+};
+
+// Hands an entry of the source archive to the archive library as it is there, packed. To copy out
+// of an archive that it had opened itself, it would make as much of that as opening it takes.
+class ArchiveSave::Original
+{
+public:
+    Original(ArchiveSave& save, const PackedEntry& entry) : m_save(save), m_entry(entry) {}
+
+    static zip_int64_t callback(void* user, void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        return static_cast<Original*>(user)->handle(data, size, command);
+    }
+
+private:
+    zip_int64_t handle(void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        switch (command) {
+        case ZIP_SOURCE_SUPPORTS:
+            return ZIP_SOURCE_SUPPORTS_READABLE |
+                   ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_GET_FILE_ATTRIBUTES);
+        case ZIP_SOURCE_GET_FILE_ATTRIBUTES: {
+            auto& attributes = *static_cast<zip_file_attributes_t*>(data);
+            zip_file_attributes_init(&attributes);
+            attributes.general_purpose_bit_flags = m_entry.flags;
+            attributes.general_purpose_bit_mask = a_packingFlags;
+            attributes.ascii = m_entry.isText ? 1 : 0;
+            attributes.valid =
+                ZIP_FILE_ATTRIBUTES_GENERAL_PURPOSE_BIT_FLAGS | ZIP_FILE_ATTRIBUTES_ASCII;
+            return sizeof attributes;
+        }
+        case ZIP_SOURCE_STAT: {
+            auto& info = *static_cast<zip_stat_t*>(data);
+            zip_stat_init(&info);
+            info.size = m_entry.bytes;
+            info.comp_size = m_entry.packed;
+            info.comp_method = m_entry.method;
+            info.crc = m_entry.checksum;
+            info.valid = ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_COMP_METHOD | ZIP_STAT_CRC;
+            return sizeof info;
+        }
+        case ZIP_SOURCE_OPEN:
+            m_at = 0;
+            return 0;
+        case ZIP_SOURCE_READ:
+            return read(static_cast<char*>(data), size);
+        case ZIP_SOURCE_ERROR:
+            return zip_error_to_data(m_error.get(), data, size);
+        case ZIP_SOURCE_CLOSE:
+        case ZIP_SOURCE_FREE:
+            return 0;
+        default:
+            return -1;
+        }
+    }
+
+    zip_int64_t read(char* bytes, zip_uint64_t size)
+    {
+        const std::uint64_t wanted = std::min(size, m_entry.packed - m_at);
+        const ssize_t got = m_save.m_ahead->read(m_entry.begin + m_at, bytes, wanted);
+        if (got < 0 || static_cast<std::uint64_t>(got) < wanted) {
+            const int error = got < 0 ? errno : EIO; // or the file became shorter
+            zip_error_set(m_error.get(), ZIP_ER_READ, error);
+            return -1;
+        }
+        m_at += wanted;
+        return got;
+    }
+
+    ArchiveSave& m_save;
+    const PackedEntry m_entry;
+    std::uint64_t m_at = 0;
     ZipError m_error;
 };
 
@@ -253,10 +329,7 @@ Fd ArchiveSave::write(const std::string& path, mode_t mode)
     addMetadata(zip.get());
     addDirectory(zip.get(), m_index.root());
     if (m_keepForeign && m_contents.archive) {
-        for (const auto& foreign : m_contents.archive->foreign()) {
-            m_foreign.emplace_back(zip_get_num_entries(zip.get(), 0), foreign.second);
-            addOriginal(zip.get(), foreign.second, foreign.first, 0);
-        }
+        addForeign(zip.get());
     }
     if (zip_get_num_entries(zip.get(), 0) == 0) {
         Disk::instance().write(file, a_emptyArchive, sizeof a_emptyArchive);
@@ -345,32 +418,38 @@ void ArchiveSave::addFile(zip_t* zip, Entry& entry)
     addSource(zip, name, zip_source_function(zip, Input::callback, m_inputs.back().get()), mode);
 }
 
-// With mode 0 the entry keeps the attributes that it had.
+// With the modes that they had.
+void ArchiveSave::addForeign(zip_t* zip)
+{
+    for (const ArchiveSource::Foreign& foreign : m_contents.archive->foreign()) {
+        const bool isDirectory = foreign.name.back() == '/';
+        const mode_t usual = isDirectory ? S_IFDIR | 0755 : S_IFREG | 0644;
+        const mode_t mode = foreign.mode != 0 ? foreign.mode : usual;
+        m_foreign.push_back(
+            {static_cast<std::uint64_t>(zip_get_num_entries(zip, 0)), foreign.name, mode});
+        if (isDirectory) {
+            addFolder(zip, foreign.name, mode);
+        } else {
+            addOriginal(zip, foreign.name, foreign.position, mode);
+        }
+    }
+}
+
 void ArchiveSave::addOriginal(zip_t* zip, const std::string& name, std::uint64_t position,
                               mode_t mode)
 {
-    zip_t* const from = m_contents.archive->handle();
-    zip_stat_t info;
-    zip_stat_init(&info);
-    zip_uint8_t system = 0;
-    zip_uint32_t attributes = 0;
-    if (zip_stat_index(from, position, 0, &info) != 0 ||
-        zip_file_get_external_attributes(from, position, 0, &system, &attributes) != 0) {
-        fail(name, zip_strerror(from));
+    ArchiveSource& archive = *m_contents.archive;
+    if (!m_ahead) {
+        m_ahead = std::make_unique<ReadAhead>(archive.file());
     }
-    const mode_t before = system == ZIP_OPSYS_UNIX ? attributes >> 16 : 0; // else it is no mode
-    if (name.back() == '/') {
-        addFolder(zip, name, before != 0 ? before : S_IFDIR | 0755);
-        return;
-    }
+    const PackedEntry& entry = archive.content(position);
+    m_originals.push_back(std::make_unique<Original>(*this, entry));
     m_names.add(name);
     const auto added = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
-    addSource(zip, name, zip_source_zip(zip, from, position, 0, 0, -1),
-              mode != 0     ? mode
-              : before != 0 ? before
-                            : S_IFREG | 0644);
+    addSource(zip, name, zip_source_function(zip, Original::callback, m_originals.back().get()),
+              mode);
     // Otherwise what was stored as it is would be compressed now.
-    zip_set_file_compression(zip, added, info.comp_method, 0);
+    zip_set_file_compression(zip, added, entry.method, 0);
 }
 
 void ArchiveSave::addSource(zip_t* zip, const std::string& name, zip_source_t* source, mode_t mode)

@@ -4,6 +4,7 @@
 #include "contents.hpp"
 #include "index.hpp"
 #include "metadata.hpp"
+#include "read_ahead.hpp"
 
 #include <exception>
 #include <memory>
@@ -45,12 +46,14 @@ public:
 
 private:
     class Input;
+    class Original;
     class Output;
     void addDirectory(zip_t* zip, Entry& directory);
     void addFolder(zip_t* zip, const std::string& name, mode_t mode);
     void addFile(zip_t* zip, Entry& entry);
     void addMetadata(zip_t* zip);
     void addOriginal(zip_t* zip, const std::string& name, std::uint64_t position, mode_t mode);
+    void addForeign(zip_t* zip);
     void addSource(zip_t* zip, const std::string& name, zip_source_t* source, mode_t mode);
     void finishEntry(zip_t* zip, zip_int64_t position, const std::string& name, mode_t mode) const;
     [[noreturn]] void fail(const std::string& name, const std::string& reason) const;
@@ -70,9 +73,11 @@ private:
     bool m_keepForeign = false;
     bool m_verifyOriginals = false;
     std::vector<std::unique_ptr<Input>> m_inputs;
+    std::vector<std::unique_ptr<Original>> m_originals;
+    std::unique_ptr<ReadAhead> m_ahead; ///< of the archive that is the source
     ArchiveNames m_names;
     std::vector<Added> m_added;
-    std::vector<std::pair<std::uint64_t, std::string>> m_foreign; ///< in the new archive
+    std::vector<ArchiveSource::Foreign> m_foreign; ///< in the new archive
     std::vector<Entry*> m_leftOut;
     std::string m_path;
     std::exception_ptr m_failure; ///< what a callback threw below the archive library

@@ -346,7 +346,7 @@ TEST_P(Translations, OfWhatIsLeftOutStayWhereItsFolderGoes)
         ::symlink("../../../elsewhere", path("lib/Motion/Walk/box.bhx").toStdString().c_str()), 0);
     const std::string before = getTs("de");
     EXPECT_EQ(run({"batch", "lib", "-"}, "rename Motion Moved\ntr update\n").exitCode, 0);
-    EXPECT_EQ(q(getTs("de").c_str()).replace(q("/Moved"), q("/Motion")).toStdString(), before);
+    EXPECT_EQ(q(getTs("de")).replace(q("/Moved"), q("/Motion")).toStdString(), before);
 }
 
 TEST_P(Translations, NeedAllTheirWords)

@@ -135,7 +135,7 @@ TEST(TsReader, TakesNoLongerForFileNamesThatQtHashesAlike)
         for (int at = 0; at < letters; ++at) {
             file += (changed >> at & 1U) != 0 ? 'c' : 'a';
         }
-        file += "\" line=\"+1\"/></message>";
+        file += R"(" line="+1"/></message>)";
     }
     file += "</context></TS>";
     const std::clock_t begin = std::clock();

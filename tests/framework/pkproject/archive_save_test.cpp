@@ -204,6 +204,23 @@ TEST_F(AnArchiveSave, ReadsUnchangedEntriesOfADamagedArchiveAsTheyAre)
 }
 
 // What another system keeps where Unix has the mode is none.
+TEST(AnArchiveOfAnotherSystem, KeepsTheFlagsThatSayHowAnEntryWasPacked)
+{
+    const TemporaryDirectory directory;
+    RawEntry best = packedTo("a", deflated("some text"), 9);
+    best.flags = 0x0002;
+    best.crc = crcOf("some text");
+    putLocal(directory.path("p.zip"),
+             QByteArray::fromStdString(RawZip{best, stored("b", "1")}.bytes()));
+    ProjectModel model(directory.path("p.zip"));
+    model.writeFile(q("b"), "2");
+    model.save(QString(), ArchiveFormat::Source, true);
+    const std::string bytes = getLocal(directory.path("p.zip")).toStdString();
+    EXPECT_EQ(bytes.at(bytes.find("PK\3\4") + 6), 2);
+    EXPECT_EQ(bytes.at(bytes.find("PK\1\2") + 8), 2);
+    EXPECT_EQ(ProjectModel(directory.path("p.zip")).readFile(q("a")), QByteArray("some text"));
+}
+
 TEST(AnArchiveOfAnotherSystem, IsSavedWithItsVersionControlFiles)
 {
     const TemporaryDirectory directory;

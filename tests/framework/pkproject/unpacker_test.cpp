@@ -44,7 +44,7 @@ protected:
     /// An entry in the file, with what stands for it in front of others.
     PackedEntry put(const std::string& bytes, const std::string& packed, std::uint16_t method)
     {
-        PackedEntry entry{m_bytes.size(), packed.size(), bytes.size(), 0, method};
+        PackedEntry entry{m_bytes.size(), packed.size(), bytes.size(), 0, method, 0, false};
         entry.checksum = static_cast<std::uint32_t>(
             crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
         m_bytes += packed;
