@@ -2,10 +2,6 @@
 
 namespace pk::project {
 
-namespace {
-constexpr const char* a_nameKey = "name";
-}
-
 // NOLINTNEXTLINE(modernize-pass-by-value): the signature callers are built against
 BehaviorProject::BehaviorProject(const Project& project) : m_project(project) {}
 

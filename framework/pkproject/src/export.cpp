@@ -41,10 +41,15 @@ void Exporter::makeDirectory(const std::string& path, mode_t mode)
 void Exporter::writeFile(const std::string& path, const Fd& from, mode_t mode)
 {
     const std::string local = localPath(path);
-    const std::string fresh = unusedName(local.substr(0, local.rfind('/') + 1) + ".kxexport");
+    const bool isThere = exists(local);
+    const std::string fresh =
+        isThere ? unusedName(local.substr(0, local.rfind('/') + 1) + ".kxexport") : local;
+    const Fd file = Disk::instance().create(fresh, mode); // nobody else's: it is removed below
     try {
-        copyToNewFile(from, fresh, mode);
-        Disk::instance().rename(fresh, local);
+        Disk::instance().copy(from, file);
+        if (isThere) {
+            Disk::instance().rename(fresh, local);
+        }
     } catch (const IoError&) {
         removeTree(fresh);
         throw;

@@ -38,13 +38,13 @@ bool isCurrent(const Fd& file)
     return info && info->st_ino == mine.st_ino && info->st_dev == mine.st_dev;
 }
 
-void writeOwner(const Fd& file)
+void writeOwner(const Fd& file, const std::string& owner)
 {
-    const std::string owner = myself() + "\n";
     // Only people read it; a disk without room for it must not keep anybody from saving. A file
     // that has another name as well may be anybody's.
-    if (statOf(file).st_nlink != 1 || ::ftruncate(file.get(), 0) != 0 ||
-        ::pwrite(file.get(), owner.data(), owner.size(), 0) < 0) {
+    const struct stat info = statOf(file);
+    if (info.st_nlink != 1 || (info.st_size > 0 && ::ftruncate(file.get(), 0) != 0) ||
+        (!owner.empty() && ::pwrite(file.get(), owner.data(), owner.size(), 0) < 0)) {
         errno = 0;
     }
 }
@@ -100,12 +100,22 @@ Fd openLockFile(const std::string& path)
 
 Lock Lock::take(const Place& place, std::chrono::milliseconds patience)
 {
+    return take(place, patience, myself() + "\n");
+}
+
+Lock Lock::takeBriefly(const Place& place)
+{
+    return take(place, a_patience, std::string());
+}
+
+Lock Lock::take(const Place& place, std::chrono::milliseconds patience, const std::string& myName)
+{
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         Fd file = openLockFile(place.lockFile());
         if (tryLock(place, file)) {
             if (isCurrent(file)) {
-                writeOwner(file);
+                writeOwner(file, myName);
                 return Lock(std::move(file));
             }
             continue;

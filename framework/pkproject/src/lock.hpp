@@ -24,6 +24,10 @@ public:
     /// owner when the lock file does, in one line of bounded length, whatever is in the file.
     static Lock take(const Place& place, std::chrono::milliseconds patience = a_patience);
 
+    /// The same for work that waits for nothing. Nobody is told who has the lock: to write that,
+    /// and to remove a file with something in it, takes longer than such work.
+    static Lock takeBriefly(const Place& place);
+
     /// As take(), but gives nothing where no lock file can be made: from there nobody saves the
     /// place.
     static std::optional<Lock> takeIfWritable(const Place& place);
@@ -36,6 +40,8 @@ public:
 
 private:
     explicit Lock(Fd file) : m_file(std::move(file)) {}
+    static Lock take(const Place& place, std::chrono::milliseconds patience,
+                     const std::string& myName);
     Fd m_file;
 };
 

@@ -37,27 +37,31 @@ MetadataFile load(const std::string& directory)
     return {readMetadata(file), statOf(file).st_mode & 0777};
 }
 
-void writeMetadata(const Place& place, const MetadataFile& file)
+void writeMetadata(const Place& place, const MetadataFile& file, Durability durability)
 {
     const std::string fresh = place.fresh();
     const std::string path = metadataPath(place.path);
     const QByteArray bytes = readableMetadata(file.metadata);
+    const bool isSynced = durability == Durability::Disk;
     if (bytes.isEmpty()) {
         removeTree(path);
-        syncDirectory(place.path);
-        return;
-    }
-    removeTree(fresh);
-    try {
-        const Fd fd = Disk::instance().create(fresh, file.mode);
-        Disk::instance().write(fd, bytes.constData(), static_cast<std::size_t>(bytes.size()));
-        Disk::instance().sync(fd);
-        Disk::instance().rename(fresh, path);
-    } catch (const IoError&) {
+    } else {
         removeTree(fresh);
-        throw;
+        try {
+            const Fd fd = Disk::instance().create(fresh, file.mode);
+            Disk::instance().write(fd, bytes.constData(), static_cast<std::size_t>(bytes.size()));
+            if (isSynced) {
+                Disk::instance().sync(fd);
+            }
+            Disk::instance().rename(fresh, path);
+        } catch (const IoError&) {
+            removeTree(fresh);
+            throw;
+        }
     }
-    syncDirectory(place.path);
+    if (isSynced) {
+        syncDirectory(place.path);
+    }
 }
 
 } // namespace
@@ -69,6 +73,9 @@ Project::Project(const std::string& directory)
         throw PathNotFound("'" + directory + "': no such directory");
     }
     const Place place = Place::of(m_directory);
+    if (!exists(place.journal())) {
+        return;
+    }
     if (const auto lock = Lock::takeIfWritable(place)) {
         JournalDirectory::recover(place);
     }
@@ -81,13 +88,22 @@ std::string Project::getMetadata(const std::string& key) const
 
 void Project::setMetadata(const std::string& key, const std::string& value)
 {
+    setMetadata({{key, value}}, Durability::Disk);
+}
+
+void Project::setMetadata(const std::map<std::string, std::string>& values, Durability durability)
+{
     const Place place = Place::of(m_directory);
-    const Lock lock = Lock::take(place);
+    const Lock lock = durability == Durability::Disk ? Lock::take(place) : Lock::takeBriefly(place);
     JournalDirectory::recover(place);
     MetadataFile file = load(place.path);
-    if (setMetadataValue(file.metadata, QString::fromStdString(key),
-                         QString::fromStdString(value))) {
-        writeMetadata(place, file);
+    bool isChanged = false;
+    for (const auto& [key, value] : values) {
+        isChanged |= setMetadataValue(file.metadata, QString::fromStdString(key),
+                                      QString::fromStdString(value));
+    }
+    if (isChanged) {
+        writeMetadata(place, file, durability);
     }
 }
 

@@ -97,6 +97,43 @@ TEST_F(AnExporter, LeavesTheOldFileWhenItFails)
     }
 }
 
+TEST_F(AnExporter, WritesANewFileInItsPlaceAndRemovesWhatFails)
+{
+    Exporter exporter(path("target"));
+    exporter.makeDirectory("", 0755);
+    {
+        FaultyDisk disk;
+        exporter.writeFile("a", source(), 0644);
+        EXPECT_EQ(disk.log(), (std::vector<std::string>{"create " + path("target/a"),
+                                                        "copy " + path("target/a")}));
+        disk.failAt(disk.count() + 1, EIO, false);
+        EXPECT_THROW(exporter.writeFile("b", source(), 0644), IoError);
+    }
+    EXPECT_EQ(treeOf(m_directory.path("target")).count("b"), 0U);
+}
+
+// Somebody makes a file between the look at its place and its making.
+class BusyDisk : public FaultyDisk
+{
+public:
+    Fd create(const std::string& path, mode_t mode) override
+    {
+        putLocal(QString::fromStdString(path), "theirs");
+        return FaultyDisk::create(path, mode);
+    }
+};
+
+TEST_F(AnExporter, LeavesAFileThatSomebodyMadeMeanwhile)
+{
+    Exporter exporter(path("target"));
+    exporter.makeDirectory("", 0755);
+    {
+        BusyDisk disk;
+        EXPECT_THROW(exporter.writeFile("a", source(), 0644), IoError);
+    }
+    EXPECT_EQ(getLocal(m_directory.path("target/a")), QByteArray("theirs"));
+}
+
 TEST_F(AnExporter, NeedsTheDirectoryAboveTheTarget)
 {
     Exporter exporter(path("missing/target"));

@@ -158,6 +158,18 @@ TEST_F(ALock, KeepsOtherModelsOfThisProgramOut)
     EXPECT_THROW(Lock::take(m_place, a_noPatience), LockError);
 }
 
+TEST_F(ALock, TakenBrieflyKeepsOthersOutAndNamesNobody)
+{
+    const QString file = QString::fromStdString(m_place.lockFile());
+    putLocal(file, "somebody who died");
+    const Lock lock = Lock::takeBriefly(m_place);
+    EXPECT_EQ(getLocal(file), QByteArray());
+    EXPECT_NE(messageOf<LockError>([&] {
+                  Lock::take(m_place, a_noPatience);
+              }).find("it is in use by another program"),
+              std::string::npos);
+}
+
 TEST_F(ALock, OfOnePlaceLeavesOthersAlone)
 {
     const Lock lock = Lock::take(m_place);

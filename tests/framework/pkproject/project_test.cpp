@@ -1,4 +1,6 @@
 #include "faulty_disk.hpp"
+#include "lock.hpp"
+#include "place.hpp"
 #include "support.hpp"
 
 #include <pk/project/project.hpp>
@@ -103,6 +105,37 @@ TEST_F(AProject, SyncsTheMetadataBeforeAndAfterTheRename)
     EXPECT_EQ(disk.log(), (std::vector<std::string>{
                               "create " + fresh, "write " + fresh, "sync " + fresh,
                               "rename " + fresh + " " + place + "/.kxproject", "sync " + place}));
+}
+
+TEST_F(AProject, GetsSeveralValuesWithOneWrite)
+{
+    Project project = this->project();
+    project.setMetadata("c", "1");
+    FaultyDisk disk;
+    project.setMetadata({{"a", "1"}, {"b", "2"}, {"c", ""}}, Durability::Disk);
+    EXPECT_EQ(disk.count(), 5);
+    EXPECT_EQ(getLocal(path() + q("/.kxproject")), "{\n    \"a\": \"1\",\n    \"b\": \"2\"\n}\n");
+}
+
+TEST_F(AProject, WaitsForNoDiskWhereItNeedNot)
+{
+    Project project = this->project();
+    const std::string place = path().toStdString();
+    const std::string fresh = m_directory.path(".project.kxnew").toStdString();
+    FaultyDisk disk;
+    project.setMetadata({{"a", "1"}}, Durability::System);
+    EXPECT_EQ(disk.log(),
+              (std::vector<std::string>{"create " + fresh, "write " + fresh,
+                                        "rename " + fresh + " " + place + "/.kxproject"}));
+    EXPECT_EQ(project.getMetadata("a"), "1");
+    EXPECT_EQ(leftBeside(path()), QStringList());
+}
+
+TEST_F(AProject, IsOpenedBesideWhoeverSavesItUnlessThereIsASaveToComplete)
+{
+    const Lock lock = Lock::take(Place::of(path().toStdString()));
+    EXPECT_EQ(project().getMetadata("a"), "");
+    EXPECT_TRUE(QFileInfo::exists(m_directory.path(".project.kxlock")));
 }
 
 TEST_F(AProject, CompletesAnInterruptedSave)

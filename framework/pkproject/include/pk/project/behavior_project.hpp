@@ -4,10 +4,13 @@
 
 namespace pk::project {
 
-/// A project directory seen as a behaviour: it has a name, kept in the metadata value "name".
+/// A project directory seen as a behaviour: it has a name, which its metadata keep.
 class PKPROJECT_EXPORT BehaviorProject
 {
 public:
+    /// The key of the name.
+    static constexpr const char* a_nameKey = "name";
+
     explicit BehaviorProject(const Project& project);
 
     /// The behaviour's name (UTF-8); empty when it has none. Throws as Project::getMetadata().

@@ -5,9 +5,17 @@
 
 #include <QString>
 
+#include <map>
 #include <string>
 
 namespace pk::project {
+
+/// How safe something is when the call that wrote it returns.
+enum class Durability
+{
+    Disk,   ///< it outlives a crash of the machine
+    System, ///< it outlives the program; the machine may lose it until the system has written it
+};
 
 /// A project directory on disk, seen through its metadata. The metadata is the one that a
 /// ProjectModel opened on the directory has, and the other way round. Nothing is kept in memory: a
@@ -28,6 +36,10 @@ public:
     /// Sets a value; an empty one removes the key. It is on disk when this returns, and a crash
     /// leaves the old metadata or the new. Throws as getMetadata() does, and LockError.
     void setMetadata(const std::string& key, const std::string& value);
+
+    /// Sets several values with one write: all or none are there when it fails. Throws as the
+    /// other. With Durability::System a crash of the machine may leave a project without metadata.
+    void setMetadata(const std::map<std::string, std::string>& values, Durability durability);
 
 private:
     std::string m_directory;

@@ -166,8 +166,9 @@ public:
     /// Copies `from`, as importFile() does, to a local path, merging with a directory that exists
     /// there (which may be reached through a link). Nothing outside `localPath` is written: a
     /// symbolic link below it is never followed, one in the way of a directory is an IoError, one
-    /// in the way of a file is replaced. The directories above `localPath` must exist. Throws
-    /// PathNotFound and IoError; what was copied before a failure stays.
+    /// in the way of a file is replaced. A file is replaced whole or not at all. The directories
+    /// above `localPath` must exist. Throws PathNotFound and IoError; what was copied before a
+    /// failure stays.
     void exportFile(const QString& from, const QString& localPath, bool recursive) const;
 
     /// Saves the project, all or nothing, and makes the saved place its source.

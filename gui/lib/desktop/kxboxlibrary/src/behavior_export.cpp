@@ -11,7 +11,9 @@
 #include <QStringList>
 #include <boost/make_shared.hpp>
 
+#include <map>
 #include <stdexcept>
+#include <string>
 
 namespace KX {
 
@@ -117,20 +119,28 @@ void removeIfThere(const QString& path)
 void writeBehavior(const pk::project::ProjectModel& model, const QString& path,
                    const QDir& destination)
 {
-    makeDirectory(destination, path);
+    using pk::project::BehaviorProject;
+    using pk::project::Durability;
+
     const QString localPath = destination.filePath(path);
+    const bool isNew = !exists(localPath);
+    makeDirectory(destination, path);
     model.exportFile(path, localPath, true);
 
     pk::project::Project project(localPath.toStdString());
-    project.setMetadata("Type", BoxConstants::a_behaviorProjectType);
-    project.setMetadata("Version", BoxConstants::a_behaviorProjectVersion);
-
+    std::map<std::string, std::string> metadata{
+        {"Type", BoxConstants::a_behaviorProjectType},
+        {"Version", BoxConstants::a_behaviorProjectVersion}};
+    if (!isNew) {
+        // It stays when its box is refused, and is a behaviour project by then.
+        project.setMetadata(metadata, Durability::System);
+    }
     const auto box = readBox(localPath);
-    const auto name = box->attribute("name", std::string());
+    metadata[BehaviorProject::a_nameKey] = box->attribute("name", std::string());
     box->setAttribute("name", "root", false);
     removeIfThere(localPath + QStringLiteral("/box.bhx"));
     writeBox(box, localPath + QStringLiteral("/behavior.bhx"));
-    pk::project::BehaviorProject(project).setName(name);
+    project.setMetadata(metadata, Durability::System);
 }
 
 bool exportBehavior(const pk::project::ProjectModel& model, const QString& path,

@@ -13,7 +13,8 @@ namespace KX {
 bool exportBehavior(const pk::project::ProjectModel& model, const QString& path,
                     const QDir& destination);
 
-/// The same without the last sentence: what fails is thrown, with whatever was made left there.
+/// The same without the last sentence: what fails is thrown, with whatever was made left there. A
+/// new directory gets its metadata last, all at once; nobody is to see one that fails.
 void writeBehavior(const pk::project::ProjectModel& model, const QString& path,
                    const QDir& destination);
 

@@ -281,6 +281,18 @@ TEST_F(BehaviorExport, KeepsTheDirectoryOfABehaviorThatFailsWhenItWasThere)
               (Names{"Walk/", "Walk/.kxproject", "Walk/a.png", "Walk/box.bhx", "Walk/mine.txt"}));
 }
 
+TEST_F(BehaviorExport, GivesANewDirectoryTheMetadataThatOneHasThatWasThere)
+{
+    const ProjectModel model = project({{"Walk/box.bhx", behaviorBox("Walk")}});
+    writeBehavior(model, q("Walk"), QDir(destination()));
+    const QByteArray metadata = getLocal(destination("Walk/.kxproject"));
+    writeBehavior(model, q("Walk"), QDir(destination()));
+    EXPECT_EQ(getLocal(destination("Walk/.kxproject")), metadata);
+    const Project written(destination("Walk").toStdString());
+    EXPECT_EQ(written.getMetadata("Type"), "KinestraProject");
+    EXPECT_EQ(written.getMetadata("Version"), "2.0");
+}
+
 TEST_F(BehaviorExport, KeepsTheParentsOfABehaviorThatFailsWhenTheyWereThere)
 {
     QDir().mkpath(destination("A/B"));
@@ -365,7 +377,7 @@ TEST_P(FailedBehaviorExport, SaysWhyAndLeavesWhatWasMade)
     EXPECT_EQ(exported(), GetParam().after);
 }
 
-const Names a_exportMade{"A/", "A/Walk/", "A/Walk/.kxproject"};
+const Names a_exportMade{"A/", "A/Walk/"};
 
 Names withMade(Names names)
 {
@@ -415,7 +427,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   {{"A/Walk/box.bhx", behaviorBox("Walk")}},
                                   {{"A/Walk/behavior.bhx/", ""}},
                                   "Could not open box behavior.bhx for writing.",
-                                  withMade({"A/Walk/behavior.bhx/"})}),
+                                  withMade({"A/Walk/.kxproject", "A/Walk/behavior.bhx/"})}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(BehaviorExport, DoesNotWaitForThePipeThatIsInPlaceOfTheFileToWrite)

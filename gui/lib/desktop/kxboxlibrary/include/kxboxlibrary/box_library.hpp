@@ -185,6 +185,7 @@ public:
     /// project of its own, at the box's path: the box's files, with the box file made into a
     /// "behavior.bhx" whose box is called "root", and the metadata and name of a behaviour project.
     /// Existing directories are merged with. Symbolic links below `destination` are not followed.
+    /// The system writes the files to the disk when it sees fit: an export can be done again.
     ///
     /// A behaviour that can't be exported is left out without a message: what was made for it goes
     /// again, unless its directory existed before; the others are exported. Throws
