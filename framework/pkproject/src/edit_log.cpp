@@ -247,6 +247,7 @@ void EditLog::restart(Base base)
     m_unwritten.clear();
     m_base = std::move(base);
     m_isStopped = false;
+    m_staging->release();
 }
 
 void EditLog::stop()
@@ -317,6 +318,9 @@ void EditLog::append(const std::vector<Edit>& edits)
                 << qint64{record.bytes.value_or(a_noSize)};
         }
     });
+    if (m_unwritten.isEmpty()) {
+        m_staging->release();
+    }
 }
 
 void EditLog::saving(const std::vector<Trace>& traces)

@@ -113,7 +113,7 @@ public:
     /// it is another project that was.
     void confirm(Base base);
 
-    /// Notes edits that were made by one operation.
+    /// Notes edits that were made by one operation, and releases the staging directory then.
     void append(const std::vector<Edit>& edits);
 
     /// Notes that a save is about to take effect, and how one sees whether it did.

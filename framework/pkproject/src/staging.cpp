@@ -8,6 +8,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <mutex>
+#include <new>
 #include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -68,9 +69,13 @@ StagedFile::StagedFile(std::shared_ptr<Staging> staging, std::string path)
 StagedFile::~StagedFile()
 {
     if (m_maker.isHere()) {
-        const bool isUnknown = m_sealed && !m_pathIsKept && m_forks == forks();
-        m_staging->takeBack(std::move(m_path), isUnknown);
+        m_staging->takeBack(*this);
     }
+}
+
+bool StagedFile::isUnknown() const
+{
+    return m_sealed && !m_pathIsKept && m_forks == forks();
 }
 
 Fd StagedFile::open() const
@@ -159,6 +164,7 @@ std::string StagingRoot::makeDirectory()
 Staging::~Staging()
 {
     if (!m_directory.empty() && m_maker.isHere()) {
+        release();
         if (!m_spare.empty()) {
             ::unlink(m_spare.c_str());
         }
@@ -173,7 +179,8 @@ const std::string& Staging::directory()
         m_directory = root->makeDirectory();
         m_root = std::move(root);
         m_maker = {};
-        m_spare.clear(); // it is not here
+        m_spare.clear(); // it is not here, nor are these
+        m_held.clear();
     }
     return m_directory;
 }
@@ -200,10 +207,33 @@ std::shared_ptr<StagedFile> Staging::write(const std::string& name, const char* 
     return staged;
 }
 
-void Staging::takeBack(std::string path, bool isUnknown) noexcept
+void Staging::takeBack(const StagedFile& file) noexcept
+{
+    if (m_isHolding && file.isNoted()) {
+        try {
+            m_held.push_back({file.path(), file.isUnknown()});
+            return;
+        } catch (const std::bad_alloc&) {
+            // What a recovery would look for is worth less than a program that goes on.
+        }
+    }
+    dispose(file.path(), file.isUnknown());
+}
+
+void Staging::release() noexcept
+{
+    m_isHolding = false;
+    for (const Held& held : std::exchange(m_held, {})) {
+        if (m_maker.isHere()) {
+            dispose(held.path, held.isUnknown);
+        }
+    }
+}
+
+void Staging::dispose(const std::string& path, bool isUnknown) noexcept
 {
     if (isUnknown && m_spare.empty() && empty(path)) {
-        m_spare = std::move(path);
+        m_spare = path;
     } else {
         ::unlink(path.c_str());
     }

@@ -8,6 +8,7 @@
 #include <string>
 #include <sys/types.h>
 #include <unistd.h>
+#include <vector>
 
 namespace pk::project {
 
@@ -55,6 +56,13 @@ public:
     void keepPath() { m_pathIsKept = true; }
     bool isPathKept() const { return m_pathIsKept; }
 
+    /// Says that the log of edits names the file, or is about to.
+    void note() { m_isNoted = true; }
+    bool isNoted() const { return m_isNoted; }
+
+    /// Whether its bytes can be written over once nobody needs it: nobody else knows the file.
+    bool isUnknown() const;
+
     /// How many bytes it has; nothing when somebody may still write it. Throws IoError.
     std::optional<std::int64_t> size() const;
 
@@ -68,6 +76,7 @@ private:
     Maker m_maker;
     bool m_sealed = false;
     bool m_pathIsKept = false;
+    bool m_isNoted = false;
     unsigned m_forks; ///< how often the process had been forked when it was made
 };
 
@@ -135,15 +144,28 @@ public:
     /// next bytes that are written: a file that is written again and again would otherwise be one
     /// new and one deleted file each time, and ext4 looks at all that were deleted in the last
     /// minutes when it needs a new one.
-    void takeBack(std::string path, bool isUnknown) noexcept;
+    void takeBack(const StagedFile& file) noexcept;
+
+    /// From here to release(), files that the log of edits names stay as they are when they are
+    /// taken back: until it says what became of them, they are what a recovery would look for.
+    void hold() { m_isHolding = true; }
+    void release() noexcept;
 
 private:
     Staging() = default;
+    void dispose(const std::string& path, bool isUnknown) noexcept;
     Fd takeSpare(const std::string& path);
 
     std::shared_ptr<StagingRoot> m_root;
     Maker m_maker; ///< of the directory
     std::string m_directory;
+    struct Held
+    {
+        std::string path;
+        bool isUnknown;
+    };
+    std::vector<Held> m_held;
+    bool m_isHolding = false;
     std::string m_spare; ///< path of an empty file that nobody needs; of none at times
     std::uint64_t m_lastNumber = 0;
 };

@@ -216,6 +216,7 @@ void Store::apply(std::vector<Edit> edits)
 {
     std::vector<Edit> done;
     done.reserve(edits.size());
+    m_contents.staging()->hold(); // until the log has what is done here
     for (Edit& edit : edits) {
         apply(std::move(edit), done);
     }
@@ -235,6 +236,7 @@ void Store::apply(Edit edit, std::vector<Edit>& done)
     case EditKind::PutFile: {
         requireName(edit.path);
         Entry& directory = directoryFor(edit.path, done);
+        edit.staged->note();
         edit.mode = m_index->putFile(directory, edit.path.back(), edit.staged, edit.mode).mode;
         break;
     }

@@ -156,6 +156,23 @@ TEST_F(AStaging, KeepsNoBytesAndNoPathThatSomebodyWasTold)
     EXPECT_EQ(statOf(path)->st_size, 0);
 }
 
+TEST_F(AStaging, KeepsWhatIsNotedWhileItIsHeld)
+{
+    const auto staging = Staging::make();
+    auto noted = staging->write("a", "noted", 5);
+    noted->note();
+    const std::string path = noted->path();
+    auto other = staging->write("b", "other", 5);
+    const std::string otherPath = other->path();
+    staging->hold();
+    noted.reset();
+    other.reset();
+    EXPECT_EQ(statOf(path)->st_size, 5);
+    EXPECT_EQ(statOf(otherPath)->st_size, 0);
+    staging->release();
+    EXPECT_FALSE(statOf(path));
+}
+
 TEST_F(AStaging, HasNothingOpenForTheFileThatNobodyNeeds)
 {
     const auto open = [] { return QDir(q("/proc/self/fd")).entryList().size(); };

@@ -1,19 +1,26 @@
 #include "log_records.hpp"
 #include "recovery.hpp"
+#include "resource_limit.hpp"
 #include "unsaved_work.hpp"
 
 #include <pk/log.hpp>
 #include <pk/project/project.hpp>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 
+#include <array>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <string>
 #include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <vector>
 
 // What dead programs leave, whole or not, and who may look at it.
 namespace pk::project::test {
@@ -25,6 +32,11 @@ class AnUnsavedWork : public UnsavedWorkInBothForms
 {
 protected:
     std::string logPath() const { return onlyWork().directory.toStdString() + "/log"; }
+    std::string livingLogPath() const
+    {
+        QDirIterator log(files().path(), {q("log")}, QDir::Files, QDirIterator::Subdirectories);
+        return log.next().toStdString();
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(, AnUnsavedWork, testing::Values(Form::Directory), nameOf);
@@ -212,6 +224,67 @@ TEST_P(AnUnsavedWork, ThatCannotBeNotedIsDoneAllTheSameAndNotedLater)
     EXPECT_EQ(recovered.readFile(q("a")), QByteArray("99"));
     EXPECT_TRUE(recovered.hasFile(q("d/b")));
     EXPECT_FALSE(recovered.hasFile(q("gone")));
+}
+
+TEST_P(AnUnsavedWork, IsWhatWasNotedWhenNothingCouldBeNotedAfterIt)
+{
+    leaveUnsavedWork([this](ProjectModel& model) {
+        model.writeFile(q("a"), "an hour of work");
+        model.writeFile(q("new"), "of the same hour");
+        const temporary::FileSizeLimit nothingMore(
+            static_cast<rlim_t>(statOf(livingLogPath())->st_size));
+        model.writeFile(q("a"), "two");
+        model.writeFile(q("a"), "three");
+        model.remove(q("new"));
+    });
+    const ProjectModel recovered = ProjectModel::recover(onlyWork());
+    EXPECT_EQ(recovered.readFile(q("a")), QByteArray("an hour of work"));
+    EXPECT_EQ(recovered.readFile(q("new")), QByteArray("of the same hour"));
+}
+
+namespace {
+
+// Tells in which order files of a directory were changed or removed.
+class Watch
+{
+public:
+    explicit Watch(const std::string& directory)
+    {
+        EXPECT_GE(::inotify_add_watch(m_fd.get(), directory.c_str(), IN_MODIFY | IN_DELETE), 0);
+    }
+
+    std::vector<std::string> names() const
+    {
+        std::array<char, 4096> events{};
+        const ssize_t size = ::read(m_fd.get(), events.data(), events.size());
+        std::vector<std::string> names;
+        for (const char* at = events.data(); at < events.data() + size;) {
+            inotify_event event{};
+            std::memcpy(&event, at, sizeof event);
+            at += sizeof event;
+            names.emplace_back(at); // filled up with zeros
+            at += event.len;
+        }
+        return names;
+    }
+
+private:
+    Fd m_fd{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify"};
+};
+
+} // namespace
+
+TEST_P(AnUnsavedWork, KeepsItsBytesUntilItIsNotedWhatReplacedThem)
+{
+    ProjectModel model(path());
+    model.writeFile(q("a"), "one");
+    model.writeFile(q("new"), "one");
+    const std::string log = livingLogPath();
+    const Watch watch(log.substr(0, log.rfind('/')));
+    model.writeFile(q("a"), "two");
+    EXPECT_EQ(watch.names(), (std::vector<std::string>{"3-a", "log", "1-a"}));
+    model.remove(q("new"));
+    EXPECT_EQ(watch.names(), (std::vector<std::string>{"log", "2-new"}));
 }
 
 TEST_P(AnUnsavedWork, OutlivesAForkedProcessThatEndsInOrder)
