@@ -29,11 +29,13 @@ constexpr std::size_t a_centralSize = 46;
 constexpr std::size_t a_localSize = 30;
 constexpr std::size_t a_longestComment = 0xffff;
 
-constexpr std::uint16_t a_bigField = 0x0001;      // sizes and offset of more than 32 bits
-constexpr std::uint16_t a_nameField = 0x7075;     // the name in UTF-8
-constexpr std::size_t a_nameFieldHead = 5;        // a version and the other name's checksum
-constexpr std::uint16_t a_encryptedFlag = 0x0001; // of the general flags
+constexpr std::uint16_t a_bigField = 0x0001;       // sizes and offset of more than 32 bits
+constexpr std::uint16_t a_nameField = 0x7075;      // the name in UTF-8
+constexpr std::size_t a_nameFieldHead = 5;         // a version and the other name's checksum
+constexpr std::uint16_t a_encryptedFlags = 0x2041; // of the general flags: the bytes, in either
+                                                   // of two ways, or the headers
 constexpr std::uint16_t a_sizesBehindFlag = 0x0008;
+constexpr std::uint16_t a_patchedFlag = 0x0020;
 constexpr std::uint16_t a_utf8Flag = 0x0800;
 constexpr std::uint32_t a_isBig = 0xffffffff; // a number that is in a_bigField
 constexpr std::uint8_t a_unix = 3;            // the system
@@ -424,8 +426,12 @@ void Reader::checkHeader(const Header& header) const
     if ((header.flags & a_utf8Flag) != 0 && !utf8(header.name)) {
         fail(name() + " is not in UTF-8, as it is said to be");
     }
-    if ((header.flags & a_encryptedFlag) != 0) {
+    if ((header.flags & a_encryptedFlags) != 0) {
         throw FormatError(m_path + ": encrypted archive: " + name() + " can't be read");
+    }
+    if ((header.flags & a_patchedFlag) != 0) {
+        throw FormatError(m_path + ": " + name() +
+                          " can't be read: it is a change of what another archive has");
     }
     if (!isRead(header.method)) {
         throw FormatError(m_path + ": " + name() + " can't be read: it is packed by method " +
@@ -518,12 +524,14 @@ ArchiveEntry Reader::entryOf(const Header& header) const
 {
     ArchiveEntry entry;
     entry.name = nameOf(header);
+    // Of nothing some programs say that it is deflated, which has bytes.
+    const bool isEmpty = header.packed == 0;
     entry.content = {header.begin,
                      header.packed,
                      header.bytes,
                      header.crc,
-                     header.method,
-                     header.flags,
+                     isEmpty ? std::uint16_t{ZIP_CM_STORE} : header.method,
+                     isEmpty ? std::uint16_t{0} : header.flags,
                      (number16(m_directory, header.at + 36) & 1) != 0};
     entry.isUnix = number(m_directory, header.at + 5, 1) == a_unix;
     entry.mode = entry.isUnix ? number16(m_directory, header.at + 40) : 0;

@@ -120,18 +120,17 @@ QByteArray DirectorySource::read(const Entry& entry, std::int64_t most) const
 {
     const std::string path = Index::sourcePath(entry);
     const Fd file = openAnything(entry, path);
-    // What has as many bytes as when it was looked at is a file, and needs no other look.
+    // What has as many bytes as when it was looked at is a file, and needs no other look. From
+    // somebody's pipe or terminal nothing is taken at a position.
     const std::int64_t size = entry.stamp.bytes;
     if (size > 0 && size <= most) {
         QByteArray bytes(static_cast<int>(size) + 1, Qt::Uninitialized);
-        if (::read(file.get(), bytes.data(), static_cast<std::size_t>(bytes.size())) == size) {
+        if (::pread(file.get(), bytes.data(), static_cast<std::size_t>(bytes.size()), 0) == size) {
             bytes.chop(1);
             return bytes;
         }
     }
-    const std::int64_t sizeNow = requireFile(file, path);
-    ::lseek(file.get(), 0, SEEK_SET);
-    return readAll(file, sizeNow, most);
+    return readAll(file, requireFile(file, path), most);
 }
 
 // Whatever is there now.

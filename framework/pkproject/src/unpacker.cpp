@@ -79,9 +79,7 @@ bool Unpacker::canRead(std::uint16_t method)
 const char* Unpacker::read(const PackedEntry& entry, const Sink& sink)
 {
     Check check(entry, sink);
-    // Of nothing some programs say that it is deflated.
-    const bool isStored = entry.method == a_stored || entry.packed == 0;
-    return isStored ? readStored(entry, check) : readDeflated(entry, check);
+    return entry.method == a_stored ? readStored(entry, check) : readDeflated(entry, check);
 }
 
 // The headers have been checked against the size of the file: it became shorter since.

@@ -20,7 +20,7 @@ struct PackedEntry
     std::uint64_t packed = 0; ///< bytes there
     std::uint64_t bytes = 0;  ///< unpacked
     std::uint32_t checksum = 0;
-    std::uint16_t method = 0; ///< as the format numbers them
+    std::uint16_t method = 0; ///< as the format numbers them; stored without bytes
     std::uint16_t flags = 0;  ///< the general ones
     bool isText = false;      ///< as whoever packed it thought
 };

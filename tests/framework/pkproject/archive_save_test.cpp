@@ -221,6 +221,28 @@ TEST(AnArchiveOfAnotherSystem, KeepsTheFlagsThatSayHowAnEntryWasPacked)
     EXPECT_EQ(ProjectModel(directory.path("p.zip")).readFile(q("a")), QByteArray("some text"));
 }
 
+// Others take a deflated file without a byte for a damaged one.
+TEST(AnArchiveOfAnotherSystem, HasItsEmptyFilesStored)
+{
+    const TemporaryDirectory directory;
+    RawEntry empty = packedTo("a", "", 0);
+    empty.flags = 0x0002;
+    RawEntry foreign = empty;
+    foreign.name = ".git/a";
+    putLocal(directory.path("p.zip"),
+             QByteArray::fromStdString(RawZip{empty, foreign, stored("b", "1")}.bytes()));
+    ProjectModel model(directory.path("p.zip"));
+    EXPECT_EQ(model.readFile(q("a")), QByteArray());
+    model.writeFile(q("b"), "2");
+    model.save(QString(), ArchiveFormat::Source, true);
+    const std::string bytes = getLocal(directory.path("p.zip")).toStdString();
+    for (std::size_t at = 0; (at = bytes.find("PK\3\4", at)) != std::string::npos; ++at) {
+        EXPECT_EQ(bytes.at(at + 6), 0);
+        EXPECT_EQ(bytes.at(at + 8), 0);
+    }
+    EXPECT_EQ(treeOf(ProjectModel(directory.path("p.zip"))), (Tree{{"a", ""}, {"b", "2"}}));
+}
+
 TEST(AnArchiveOfAnotherSystem, IsSavedWithItsVersionControlFiles)
 {
     const TemporaryDirectory directory;

@@ -4,6 +4,8 @@
 
 #include <pk/project/error.hpp>
 
+#include <array>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -190,6 +192,24 @@ TEST_F(ADirectorySource, SeesCheaplyThatItsTopChangedOrWasReplaced)
                   m_source->mayHaveChanged();
               }).find("moved or replaced by someone else"),
               std::string::npos);
+}
+
+TEST_F(ADirectorySource, TakesNothingFromAPipeInAFilesPlace)
+{
+    load();
+    for (const char* const waiting : {"x", "xy"}) { // as many bytes as the file had, and others
+        ASSERT_TRUE(QFile::remove(local("a")));
+        ASSERT_EQ(::mkfifo(text("a").c_str(), 0600), 0);
+        const Fd pipe = openPath(text("a"), O_RDWR | O_NONBLOCK);
+        const auto size = static_cast<ssize_t>(std::strlen(waiting));
+        ASSERT_EQ(::write(pipe.get(), waiting, std::strlen(waiting)), size);
+        EXPECT_NE(messageOf<IoError>([&] {
+                      m_source->read(m_index->get({"a"}), a_largestArray);
+                  }).find("replaced by someone else"),
+                  std::string::npos);
+        std::array<char, 4> bytes{};
+        EXPECT_EQ(::read(pipe.get(), bytes.data(), bytes.size()), size);
+    }
 }
 
 TEST_F(ADirectorySource, ComparesWhatWasMovedAtItsOldPlace)
