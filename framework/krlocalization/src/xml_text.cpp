@@ -39,6 +39,7 @@ constexpr Classes neverEscaped()
 constexpr Classes a_neverEscaped = neverEscaped();
 
 constexpr std::size_t a_wordSize = sizeof(std::uint64_t);
+constexpr std::ptrdiff_t a_atOnce = a_wordSize; // characters that a word of bytes holds
 
 constexpr std::uint64_t eightTimes(std::uint64_t byte)
 {
@@ -55,6 +56,13 @@ bool arePlain(std::uint64_t word)
     return ((word | lessThan(word, 0x20) | ampersand | angle) & eightTimes(0x80)) == 0;
 }
 
+/// Whether none of eight characters of ASCII is ever escaped. May be wrong in saying no.
+bool areNeverEscaped(std::uint64_t word)
+{
+    const std::uint64_t quotes = (word & ~eightTimes(5)) ^ eightTimes('"');
+    return arePlain(word) && ((quotes - eightTimes(1)) & ~quotes & eightTimes(0x80)) == 0;
+}
+
 /// Copies eight ASCII bytes.
 void widen(const char* in, QChar* out)
 {
@@ -65,6 +73,24 @@ void widen(const char* in, QChar* out)
         units[i] = bytes[i];
     }
     std::memcpy(static_cast<void*>(out), units.data(), sizeof units);
+}
+
+/// Gives eight characters as bytes; false, with `word` as it was, when they are not all ASCII.
+bool narrow(const QChar* in, std::uint64_t& word)
+{
+    std::array<std::uint64_t, 2> halves{};
+    std::memcpy(halves.data(), in, sizeof halves);
+    if (((halves[0] | halves[1]) & 0xFF80FF80FF80FF80U) != 0) {
+        return false;
+    }
+    std::array<std::uint16_t, a_wordSize> units{};
+    std::array<unsigned char, a_wordSize> bytes{};
+    std::memcpy(units.data(), in, sizeof units);
+    for (std::size_t i = 0; i < a_wordSize; ++i) {
+        bytes[i] = static_cast<unsigned char>(units[i]);
+    }
+    std::memcpy(&word, bytes.data(), a_wordSize);
+    return true;
 }
 
 constexpr bool isXmlCharacter(char32_t c)
@@ -265,7 +291,16 @@ void appendUtf8(QByteArray& bytes, const QChar* at, const QChar* end)
     bytes.resize(before + 3 * static_cast<int>(end - at)); // the most that UTF-16 can become
     char* out = bytes.data() + before;
     const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
+    std::uint64_t word = 0;
     for (; at != end; ++at) {
+        while (end - at >= a_atOnce && narrow(at, word)) {
+            std::memcpy(out, &word, a_wordSize);
+            out += a_wordSize;
+            at += a_atOnce;
+        }
+        if (at == end) {
+            break;
+        }
         char32_t c = at->unicode();
         if (c < 0x80) {
             put(c);
@@ -301,7 +336,11 @@ void appendEscaped(QByteArray& bytes, const QString& text, const Escape& escape)
     const QChar* const begin = text.constData();
     const QChar* const end = begin + text.size();
     const QChar* run = begin;
+    std::uint64_t word = 0;
     for (const QChar* at = begin; at != end; ++at) {
+        while (end - at > a_atOnce && narrow(at, word) && areNeverEscaped(word)) {
+            at += a_atOnce;
+        }
         if (at->unicode() < 0x80 && a_neverEscaped[at->unicode()]) {
             continue;
         }

@@ -113,3 +113,20 @@ TEST(XmlText, AttributesKeepTheirWhiteSpace)
     EXPECT_EQ(written(appendAttributeValue, QStringLiteral("a'>\"&<\n\t\r") + QChar(1)),
               "<a'>&quot;&amp;&lt;&#xa;&#x9;&#xd;?");
 }
+
+TEST(XmlText, IsWrittenAlikeWhereverACharacterStands)
+{
+    for (const auto append : {appendContent, appendPlainContent, appendAttributeValue}) {
+        for (ushort c = 0; c < 0x180; ++c) {
+            const std::string alone = written(append, QChar(c)).substr(1);
+            for (int before = 0; before < 20; ++before) {
+                const QString text =
+                    QString(before, QLatin1Char('x')) + QChar(c) + QString(20, QLatin1Char('y'));
+                EXPECT_EQ(written(append, text),
+                          "<" + std::string(static_cast<unsigned>(before), 'x') + alone +
+                              std::string(20, 'y'))
+                    << c << " at " << before;
+            }
+        }
+    }
+}
