@@ -134,16 +134,18 @@ makeAll(const std::vector<Element>& elements, XmlManager::IoById& ioById,
 
 } // namespace
 
-PackedIos::PackedIos(const XmlElement& box)
+PackedIos::PackedIos(const XmlElement& box, const XmlElement::ChildVisitor& visitOther)
 {
+    const std::vector<Kind>& all = kinds();
     std::string packed;
     packed.reserve(std::size_t{1} << 12); // more than most need
     box.visitChildren([&](const XmlElement& child) {
-        const auto kind = std::find_if(kinds().begin(), kinds().end(), [&](const Kind& each) {
-            return each.tag == child.beacon();
-        });
-        if (kind != kinds().end()) {
-            pack(child, static_cast<char>(kind - kinds().begin()), packed);
+        const auto kind = std::find_if(
+            all.begin(), all.end(), [&](const Kind& each) { return each.tag == child.beacon(); });
+        if (kind != all.end()) {
+            pack(child, static_cast<char>(kind - all.begin()), packed);
+        } else if (visitOther) {
+            visitOther(child);
         }
     });
     m_texts = packed; // which takes no more memory than it needs

@@ -20,6 +20,12 @@ enum ByteClass : unsigned
     EscapedValue = 128 ///< written as a reference in an attribute value
 };
 
+/// What ends plain text, or asks for a look, beside control characters and bytes from 0x80 on.
+constexpr std::string_view marksIn(ByteClass plain)
+{
+    return plain == PlainText ? "<&]" : plain == PlainValue ? "<&\"'" : "]-?";
+}
+
 namespace detail {
 
 constexpr bool isOneOf(unsigned byte, std::string_view set)
@@ -41,9 +47,9 @@ constexpr unsigned char classify(unsigned byte)
     bits |= bitIf(letter || isOneOf(byte, "_:"), NameStart);
     bits |= bitIf(letter || digit || isOneOf(byte, "_:-."), NameByte);
     bits |= bitIf(isOneOf(byte, " \t\n\r"), Space);
-    bits |= bitIf(plain && !isOneOf(byte, "<&]"), PlainText);
-    bits |= bitIf(plain && !isOneOf(byte, "<&\"'"), PlainValue);
-    bits |= bitIf(plain && !isOneOf(byte, "]-?"), PlainSection);
+    bits |= bitIf(plain && !isOneOf(byte, marksIn(PlainText)), PlainText);
+    bits |= bitIf(plain && !isOneOf(byte, marksIn(PlainValue)), PlainValue);
+    bits |= bitIf(plain && !isOneOf(byte, marksIn(PlainSection)), PlainSection);
     bits |= bitIf(isOneOf(byte, "<>&\r"), EscapedText);
     bits |= bitIf(isOneOf(byte, "<&\"\t\n\r"), EscapedValue);
     return static_cast<unsigned char>(bits);

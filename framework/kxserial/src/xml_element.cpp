@@ -122,7 +122,8 @@ void XmlElement::visitAttributes(const AttributeVisitor& visit) const
         }
         return;
     }
-    for (const pugi::xml_attribute attribute : xml::nodeAt(m_place).attributes()) {
+    pugi::xml_attribute attribute = xml::nodeAt(m_place).first_attribute();
+    for (; attribute; attribute = attribute.next_attribute()) {
         visit(attribute.name(), attribute.value());
     }
 }

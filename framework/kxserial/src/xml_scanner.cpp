@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
+#include <endian.h>
 
 namespace KX::xml {
 
@@ -39,6 +42,43 @@ bool isPublicIdByte(char c)
     constexpr std::string_view a_marks = " \r\n-'()+,./:=?;!*#@$_%";
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            a_marks.find(c) != std::string_view::npos;
+}
+
+/// Whether no two names have both the same length and the same first letter. May be wrong in saying
+/// no.
+bool differAtSight(const std::vector<std::string_view>& names)
+{
+    std::uint64_t seen = 0;
+    for (const std::string_view name : names) {
+        const std::uint64_t bit = std::uint64_t{1}
+                                  << ((8 * name.size() + static_cast<unsigned char>(name[0])) % 64);
+        if ((seen & bit) != 0) {
+            return false;
+        }
+        seen |= bit;
+    }
+    return true;
+}
+
+/// Bytes that are looked at at once.
+using Block [[gnu::vector_size(16)]] = signed char;
+
+/// How many bytes of a block are plain before one that is not.
+template <ByteClass plain>
+std::ptrdiff_t plainBytes(const char* at)
+{
+    constexpr std::string_view marks = marksIn(plain);
+    Block bytes;
+    std::memcpy(&bytes, at, sizeof bytes);
+    const auto special = ((bytes < ' ') & (bytes != '\t') & (bytes != '\n')) | // or from 0x80 on
+                         (bytes == marks[0]) | (bytes == marks[1]) | (bytes == marks[2]) |
+                         (bytes == marks.back());
+    std::array<std::uint64_t, 2> halves{};
+    std::memcpy(halves.data(), &special, sizeof special);
+    if (halves[0] != 0) {
+        return __builtin_ctzll(le64toh(halves[0])) / 8;
+    }
+    return 8 + (halves[1] != 0 ? __builtin_ctzll(le64toh(halves[1])) / 8 : 8);
 }
 
 } // namespace
@@ -226,7 +266,7 @@ void Scanner::scanText()
     m_open.back().text = true;
     count(1);
     while (true) {
-        skipPlain(PlainText);
+        skipPlain<PlainText>();
         if (*m_at == '<') {
             return;
         }
@@ -311,7 +351,7 @@ void Scanner::scanAttribute()
     }
     ++m_at;
     while (true) {
-        skipPlain(PlainValue);
+        skipPlain<PlainValue>();
         if (*m_at == quote) {
             ++m_at;
             return;
@@ -332,28 +372,19 @@ void Scanner::scanAttribute()
 
 void Scanner::refuseRepeatedAttribute()
 {
-    constexpr std::size_t a_few = 12;
     std::vector<std::string_view>& names = m_attributes;
-    // The names are views into the document, so of two equal ones the later has the higher address.
-    const auto fails = [this](std::string_view name) {
-        failAt("attribute " + quoted(name) + " repeated", name.data());
-    };
-    if (names.size() <= a_few) {
-        for (std::size_t i = 1; i < names.size(); ++i) {
-            const auto end = names.begin() + static_cast<std::ptrdiff_t>(i);
-            if (std::find(names.begin(), end, names[i]) != end) {
-                fails(names[i]);
-            }
-        }
+    if (differAtSight(names)) {
         return;
     }
+    // The names are views into the document, so of two equal ones the later has the higher address.
     std::sort(names.begin(), names.end(), [](std::string_view a, std::string_view b) {
         const int order = a.compare(b);
         return order != 0 ? order < 0 : a.data() < b.data();
     });
     const auto repeated = std::adjacent_find(names.begin(), names.end());
     if (repeated != names.end()) {
-        fails(*std::next(repeated));
+        const std::string_view name = *std::next(repeated);
+        failAt("attribute " + quoted(name) + " repeated", name.data());
     }
 }
 
@@ -473,7 +504,7 @@ void Scanner::scanInstruction()
 void Scanner::scanUntil(std::string_view end, const char* what)
 {
     while (true) {
-        skipPlain(PlainSection);
+        skipPlain<PlainSection>();
         if (skip(end)) {
             return;
         }
@@ -517,15 +548,21 @@ void Scanner::scanEquals()
     skipSpaces();
 }
 
-void Scanner::skipPlain(ByteClass plain)
+template <ByteClass plain>
+void Scanner::skipPlain()
 {
-    // Most of a document goes through here, so four bytes a turn; the zero byte at the end is plain
-    // nowhere. A member would be stored again for every byte.
+    // Most of a document goes through here. A member would be stored again for every byte.
     const char* at = m_at;
-    while (is(at[0], plain) && is(at[1], plain) && is(at[2], plain) && is(at[3], plain)) {
-        at += 4;
+    constexpr std::ptrdiff_t block = sizeof(Block);
+    while (m_end - at >= block) {
+        const std::ptrdiff_t skipped = plainBytes<plain>(at);
+        at += skipped;
+        if (skipped < block) {
+            m_at = at;
+            return;
+        }
     }
-    while (is(*at, plain)) {
+    while (is(*at, plain)) { // the zero byte at the end is plain nowhere
         ++at;
     }
     m_at = at;
@@ -551,7 +588,7 @@ void Scanner::skipSpecial()
     m_at += c.length;
 }
 
-bool Scanner::skipSpaces()
+void Scanner::skipThisSpace()
 {
     const char* at = m_at;
     bool returns = false;
@@ -560,9 +597,7 @@ bool Scanner::skipSpaces()
         ++at;
     }
     m_result.carriageReturns |= returns;
-    const bool skipped = at != m_at;
     m_at = at;
-    return skipped;
 }
 
 bool Scanner::skip(std::string_view expected)

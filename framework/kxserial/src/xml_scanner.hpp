@@ -92,9 +92,18 @@ private:
 
     std::string_view scanName(const char* what);
     void scanEquals();
-    void skipPlain(ByteClass plain);
+    template <ByteClass plain>
+    void skipPlain();
     void skipSpecial();
-    bool skipSpaces();
+    bool skipSpaces()
+    {
+        const bool isThere = is(*m_at, Space); // which it mostly is not
+        if (isThere) {
+            skipThisSpace();
+        }
+        return isThere;
+    }
+    void skipThisSpace();
     bool skip(std::string_view expected);
     void require(std::string_view expected, const char* reason);
     bool startsWith(std::string_view expected) const;

@@ -22,6 +22,7 @@ namespace pk::project {
 namespace {
 
 constexpr std::size_t a_bufferSize = std::size_t{1} << 16;
+constexpr mode_t a_search = S_IXUSR | S_IXGRP | S_IXOTH;
 
 Disk*& current()
 {
@@ -370,7 +371,14 @@ Fd openDirectoryIn(const Fd& directory, const std::string& name, struct stat& in
     }
     Fd fd(::openat(directory.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
           directory.path() + "/" + name);
-    if (fd && ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) != 0) {
+    const auto look = [&] {
+        // What all may search, so may this process. Else one look that needs it says so; it costs
+        // twice as much as one at the descriptor.
+        return ::fstat(fd.get(), &info) == 0 &&
+               ((info.st_mode & a_search) == a_search ||
+                ::fstatat(fd.get(), ".", &info, AT_SYMLINK_NOFOLLOW) == 0);
+    };
+    if (fd && !look()) {
         const int error = errno;
         fd.reset();
         errno = error;

@@ -36,7 +36,7 @@ ProjectPath parsePath(const QString& path)
     parts.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '/')) + 1);
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('/', begin), text.size());
-        std::string part = text.substr(begin, end - begin);
+        const auto part = std::string_view(text).substr(begin, end - begin);
         if (part == "..") {
             throw InvalidPath("'" + text + "': a path in a project has no '..'");
         }
@@ -45,7 +45,7 @@ ProjectPath parsePath(const QString& path)
                               "': a name in a project has no byte order mark in front");
         }
         if (!part.empty() && part != ".") {
-            parts.push_back(std::move(part));
+            parts.emplace_back(part);
         }
         begin = end + 1;
     }
@@ -68,9 +68,9 @@ QString textOf(const std::string& utf8)
                                 : QString::fromStdString(utf8);
 }
 
-bool beginsWithMark(const std::string& name)
+bool beginsWithMark(std::string_view name)
 {
-    return name.compare(0, 3, "\xef\xbb\xbf") == 0;
+    return name.substr(0, 3) == "\xef\xbb\xbf";
 }
 
 std::string joinPath(const ProjectPath& path)
@@ -90,7 +90,7 @@ std::string joinPath(const std::string& directory, const std::string& name)
     return directory.empty() ? name : directory + "/" + name;
 }
 
-bool isReservedName(const std::string& name)
+bool isReservedName(std::string_view name)
 {
     return name == ".git" || name == ".hg" || name == ".svn" || name == a_metadataFile;
 }

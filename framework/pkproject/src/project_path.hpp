@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pk::project {
@@ -22,7 +23,7 @@ QString textOf(const std::string& utf8);
 
 /// Whether a name begins with a byte order mark. Much that reads text takes such a name for the one
 /// without the mark, so that no project has one.
-bool beginsWithMark(const std::string& name);
+bool beginsWithMark(std::string_view name);
 
 /// The names joined with "/".
 std::string joinPath(const ProjectPath& path);
@@ -31,7 +32,7 @@ std::string joinPath(const ProjectPath& path);
 std::string joinPath(const std::string& directory, const std::string& name);
 
 /// Whether an entry of this name at a project's top level is no part of the project.
-bool isReservedName(const std::string& name);
+bool isReservedName(std::string_view name);
 
 /// Whether the path lies at or below a reserved name of the top level.
 bool isReserved(const ProjectPath& path);

@@ -121,6 +121,19 @@ TEST(PackedIos, LeaveOutWhatCannotBeOne)
     EXPECT_EQ(textsOf(ios.outputs), Texts{});
 }
 
+TEST(PackedIos, ShowTheOtherChildren)
+{
+    XmlElement box("Box");
+    for (const char* const tag : {"Bitmaps", "Input", "Timeline", "Output", "Parameter", "input"}) {
+        add(box, tag, {{"id", "1"}, {"name", "n"}});
+    }
+    Texts others;
+    const PackedIos packed(
+        box, [&others](const XmlElement& child) { others.push_back(child.beacon()); });
+    EXPECT_EQ(others, (Texts{"Bitmaps", "Timeline", "input"}));
+    EXPECT_EQ(packed.unpack().inputs.size(), 1U);
+}
+
 TEST(PackedIos, DoNotChangeWithTheElement)
 {
     XmlElement box("Box");

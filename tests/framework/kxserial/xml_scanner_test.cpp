@@ -4,6 +4,8 @@
 #include "xml_text.hpp"
 
 #include <ostream>
+#include <utility>
+#include <vector>
 
 using namespace std::string_literals;
 using namespace KX::testing;
@@ -342,6 +344,35 @@ TEST(Scanner, FindsARepetitionAmongManyAttributes)
         } catch (const Fault& fault) {
             EXPECT_EQ(std::string(fault.what()), "attribute \"n7\" repeated");
             EXPECT_EQ(fault.offset(), tag.size() + 1);
+        }
+    }
+}
+
+bool isAccepted(const std::string& document)
+{
+    try {
+        Scanner::scan(document);
+    } catch (const Fault&) {
+        return false;
+    }
+    return true;
+}
+
+TEST(Scanner, JudgesAByteAlikeWhereverItStands)
+{
+    const std::vector<std::pair<std::string, std::string>> places{
+        {"<a>", "</a>"},     {"<a b='", "'/>"}, {"<a b=\"", "\"/>"}, {"<a><![CDATA[", "]]></a>"},
+        {"<!--", "--><a/>"}, {"<?p ", "?><a/>"}};
+    constexpr std::size_t length = 40;
+    for (const auto& [front, back] : places) {
+        for (int byte = 0; byte < 256; ++byte) {
+            const std::string one(1, static_cast<char>(byte));
+            const bool expected = isAccepted(front + one + "x" + back);
+            for (std::size_t before = 0; before < length; ++before) {
+                const std::string document = front + std::string(before, 'x') + one +
+                                             std::string(length - before, 'x') + back;
+                EXPECT_EQ(isAccepted(document), expected) << byte << " in " << document;
+            }
         }
     }
 }

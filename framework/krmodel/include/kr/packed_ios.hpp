@@ -27,8 +27,11 @@ public:
     };
 
     PackedIos() = default;
-    /// Takes over what the children of `box` say, which is not kept.
-    explicit PackedIos(const KX::XmlElement& box);
+    /// Takes over what the children of `box` say, which is not kept. Shows those that are neither
+    /// input nor output nor parameter to `visitOther`, as XmlElement::visitChildren() does, so that
+    /// one look at a box is enough.
+    explicit PackedIos(const KX::XmlElement& box,
+                       const KX::XmlElement::ChildVisitor& visitOther = nullptr);
 
     /// Makes all inputs, then the outputs, then the parameters; other objects with each call.
     Ios unpack() const;

@@ -55,7 +55,7 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
     xml->getAttribute(a_tooltip, m_tooltip);
     bool hasBitmaps = false;
     bool hasTimeline = false;
-    xml->visitChildren([&](const XmlElement& child) {
+    m_packed = std::make_unique<KR::PackedIos>(*xml, [&](const XmlElement& child) {
         hasTimeline = hasTimeline || child.beacon() == BoxConstants::a_timelineBeacon;
         if (child.beacon() == a_bitmaps && !std::exchange(hasBitmaps, true)) {
             child.visitChildren([this](const XmlElement& bitmap) {
@@ -66,7 +66,6 @@ BoxData::BoxData(BoxLibraryNode* node, const boost::shared_ptr<const XmlElement>
             });
         }
     });
-    m_packed = std::make_unique<KR::PackedIos>(*xml);
     m_bitmapExpanded = xml->attribute(a_bitmapExpanded, true);
     m_behavior = hasTimeline && isBehavior(xml); // as few are, which takes no other look
 }
