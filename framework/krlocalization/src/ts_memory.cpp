@@ -24,17 +24,6 @@ bool isBlank(std::string_view text)
                        [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
 }
 
-/// Quick where there are few, as between the attributes of usual files.
-std::size_t countOf(char wanted, std::string_view text)
-{
-    std::size_t count = 0;
-    for (std::size_t at = text.find(wanted); at != std::string_view::npos;
-         at = text.find(wanted, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 class Estimate
 {
 public:
@@ -94,7 +83,10 @@ private:
         }
     }
 
-    void addAttributes(std::string_view text) { m_cost += a_attribute * countOf('=', text); }
+    void addAttributes(std::string_view text)
+    {
+        m_cost += a_attribute * static_cast<std::size_t>(std::count(text.begin(), text.end(), '='));
+    }
 
     void addAgain()
     {
@@ -108,11 +100,41 @@ private:
     bool m_isOpened = false; // an element, so that text would be the first in it
 };
 
+/// Whether as many tags and attributes as there may be, of the costliest kind, and the texts
+/// between them would take more memory.
+bool mayTakeMore(std::string_view bytes, std::size_t most)
+{
+    constexpr std::size_t perText = a_string + a_node + a_again;
+    constexpr std::size_t perTag = a_element + std::max({a_message, a_extra, a_node + a_again});
+    constexpr std::size_t perByte = 3 + 2 * a_stringByte;
+    std::size_t cost = perByte * bytes.size() + perText;
+    const auto add = [&](char mark, std::size_t each) {
+        for (std::size_t at = bytes.find(mark); at != std::string_view::npos && cost <= most;
+             at = bytes.find(mark, at + 1)) {
+            cost += each;
+        }
+    };
+    add('<', perTag + perText);
+    add('=', a_attribute);
+    return cost > most;
+}
+
+std::string_view viewOf(const QByteArray& bytes)
+{
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
 } // namespace
 
 std::size_t memoryToRead(const QByteArray& bytes)
 {
-    return Estimate({bytes.constData(), static_cast<std::size_t>(bytes.size())}).get();
+    return Estimate(viewOf(bytes)).get();
+}
+
+bool takesTooMuchMemory(const QByteArray& bytes)
+{
+    constexpr std::size_t most = a_mostMegabytesToRead << 20U;
+    return mayTakeMore(viewOf(bytes), most) && memoryToRead(bytes) > most;
 }
 
 } // namespace KR::Localization
