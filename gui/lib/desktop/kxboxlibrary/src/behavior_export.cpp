@@ -7,13 +7,19 @@
 #include <pk/os.hpp>
 #include <pk/project/behavior_project.hpp>
 
+#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QStringList>
+#include <QThread>
 #include <boost/make_shared.hpp>
 
+#include <cerrno>
+#include <fcntl.h>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace KX {
 
@@ -21,6 +27,44 @@ namespace {
 
 /// Not the version of the box files in libraries.
 const int a_behaviorBhxVersion = 2;
+
+/// The turn of one program to export to a destination: two at once would take each other's box
+/// files for their own, and what the other one made for what they made.
+class Turn
+{
+public:
+    /// Waits for whoever has it, some seconds at most. Where nothing can be locked all have it.
+    explicit Turn(const QDir& destination)
+        : m_directory(::open(destination.absolutePath().toLocal8Bit().constData(),
+                             O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        const QDeadlineTimer patience(a_patience);
+        while (isOthers() && !patience.hasExpired()) {
+            QThread::msleep(1);
+        }
+    }
+    ~Turn()
+    {
+        if (m_directory >= 0) {
+            ::close(m_directory);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    Turn(Turn&&) = delete;
+    Turn& operator=(Turn&&) = delete;
+
+    /// Whether another program still has it.
+    bool isOthers() const
+    {
+        return ::flock(m_directory, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    }
+
+private:
+    static constexpr int a_patience = 5000; // milliseconds, as for a save
+
+    int m_directory;
+};
 
 bool exists(const QString& path)
 {
@@ -146,6 +190,10 @@ void writeBehavior(const pk::project::ProjectModel& model, const QString& path,
 bool exportBehavior(const pk::project::ProjectModel& model, const QString& path,
                     const QDir& destination)
 {
+    const Turn turn(destination);
+    if (turn.isOthers()) {
+        return false;
+    }
     const QStringList missing = missingDirectories(destination, path);
     try {
         writeBehavior(model, path, destination);

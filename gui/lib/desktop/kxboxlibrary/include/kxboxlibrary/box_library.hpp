@@ -186,6 +186,8 @@ public:
     /// "behavior.bhx" whose box is called "root", and the metadata and name of a behaviour project.
     /// Existing directories are merged with. Symbolic links below `destination` are not followed.
     /// The system writes the files to the disk when it sees fit: an export can be done again.
+    /// Several programs can export to one destination at once; each waits for the others' turns, a
+    /// behaviour at a time.
     ///
     /// A behaviour that can't be exported is left out without a message: what was made for it goes
     /// again, unless its directory existed before; the others are exported. Throws
