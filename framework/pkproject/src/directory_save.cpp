@@ -5,7 +5,9 @@
 
 #include <pk/project/error.hpp>
 
+#include <map>
 #include <optional>
+#include <set>
 
 namespace pk::project {
 
@@ -20,7 +22,7 @@ constexpr std::size_t a_comparedWhole = 128;
 // From this many on, one sync of the file system is cheaper than one for each file.
 constexpr std::size_t a_manyFiles = 32;
 
-// So many of the files that a save puts are noted to see later whether it took effect.
+// So many of a save's steps are noted to see later whether it took effect.
 constexpr std::size_t a_traces = 16;
 
 void checkConflicts(const Index& index, const DirectorySource& source, const SavePlan& plan)
@@ -55,17 +57,43 @@ void planMetadata(Journal& journal, const std::optional<Stamp>& before, bool isW
     }
 }
 
-// How one sees later whether the journal was carried out: by some of the files that it puts. All of
-// it happens or nothing, so that some are enough. A file keeps its stamp on the way; a directory
-// need not.
+// How one sees later whether the journal was carried out: by some of what it puts, and some of what
+// it takes away. All of it happens or nothing, so that some are enough.
 std::vector<Trace> tracesOf(const Journal& journal, const Place& place,
                             const JournalDirectory& directory)
 {
+    const auto local = [&place](const std::string& path) { return place.path + "/" + path; };
+    std::map<int, std::string> items; // where those are that the project has now
+    std::set<std::string> vacated;
+    for (const Journal::Collect& step : journal.collects) {
+        if (step.from.item < 0) {
+            items.emplace(step.item, local(step.from.path));
+            vacated.insert(step.from.path);
+        }
+    }
     std::vector<Trace> traces;
     for (const Journal::Put& step : journal.puts) {
-        const auto info = step.item < 0 ? std::nullopt : statOf(directory.itemPath(step.item));
-        if (info && S_ISREG(info->st_mode) && traces.size() < a_traces) {
-            traces.push_back({place.path + "/" + step.path, Stamp::of(*info)});
+        vacated.erase(step.path);
+        if (traces.size() == a_traces) {
+            continue;
+        }
+        if (step.makesDirectory()) {
+            const Trace trace{local(step.path), Trace::a_directory};
+            if (!trace.isThere()) { // as one is that makes way for another
+                traces.push_back(trace);
+            }
+            continue;
+        }
+        const auto item = items.find(step.item);
+        const auto info =
+            statOf(item != items.end() ? item->second : directory.itemPath(step.item));
+        if (info) {
+            traces.push_back({local(step.path), Trace::stampOf(*info)});
+        }
+    }
+    for (const std::string& path : vacated) {
+        if (traces.size() < a_traces) {
+            traces.push_back({local(path), Trace::a_nothing});
         }
     }
     return traces;

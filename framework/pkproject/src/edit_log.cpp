@@ -219,13 +219,24 @@ std::int64_t Base::now()
         .count();
 }
 
+Stamp Trace::stampOf(const struct stat& info)
+{
+    return S_ISDIR(info.st_mode) ? Stamp{info.st_ino, 0, a_directory.bytes} : Stamp::of(info);
+}
+
+bool Trace::isThere() const
+{
+    const auto info = statOf(path);
+    if (!info) {
+        return stamp == a_nothing;
+    }
+    return stamp == a_directory ? S_ISDIR(info->st_mode) : stampOf(*info) == stamp;
+}
+
 bool EditHistory::isSaved() const
 {
-    return !lastSave.empty() &&
-           std::all_of(lastSave.begin(), lastSave.end(), [](const Trace& trace) {
-               const auto info = statOf(trace.path);
-               return info && Stamp::of(*info) == trace.stamp;
-           });
+    return !lastSave.empty() && std::all_of(lastSave.begin(), lastSave.end(),
+                                            [](const Trace& trace) { return trace.isThere(); });
 }
 
 EditLog::EditLog(std::shared_ptr<Staging> staging) : m_staging(std::move(staging)) {}

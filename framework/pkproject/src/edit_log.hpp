@@ -69,6 +69,14 @@ struct Base
 /// Something by which one sees later whether a save took effect.
 struct Trace
 {
+    static constexpr Stamp a_nothing{};
+    static constexpr Stamp a_directory{0, 0, -1}; ///< a new one
+
+    /// Of what comes to the path: a directory by its inode alone, as it changes with what is in it.
+    static Stamp stampOf(const struct stat& info);
+    /// Whether that is at the path.
+    bool isThere() const;
+
     std::string path; ///< absolute
     Stamp stamp;      ///< what is at the path once the save took effect
 };

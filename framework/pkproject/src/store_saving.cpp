@@ -231,7 +231,7 @@ void Store::saveArchive(const Target& target)
 void Store::publish(FreshPlace& fresh, const Target& target)
 {
     const struct stat built = statOf(openPath(fresh.path(), O_PATH));
-    m_log.saving({{target.place.path, Stamp::of(built)}});
+    m_log.saving({{target.place.path, Trace::stampOf(built)}});
     fresh.publish(target.existing);
 }
 

@@ -365,13 +365,18 @@ TEST(Scanner, JudgesAByteAlikeWhereverItStands)
         {"<!--", "--><a/>"}, {"<?p ", "?><a/>"}};
     constexpr std::size_t length = 40;
     for (const auto& [front, back] : places) {
+        // With `byte` behind so many others and in front of so many.
+        const auto document = [&front = front, &back = back](int byte, std::size_t before,
+                                                             std::size_t behind) {
+            std::string text = front;
+            text.append(before, 'x').append(1, static_cast<char>(byte)).append(behind, 'x');
+            return text += back;
+        };
         for (int byte = 0; byte < 256; ++byte) {
-            const std::string one(1, static_cast<char>(byte));
-            const bool expected = isAccepted(front + one + "x" + back);
+            const bool expected = isAccepted(document(byte, 0, 1));
             for (std::size_t before = 0; before < length; ++before) {
-                const std::string document = front + std::string(before, 'x') + one +
-                                             std::string(length - before, 'x') + back;
-                EXPECT_EQ(isAccepted(document), expected) << byte << " in " << document;
+                EXPECT_EQ(isAccepted(document(byte, before, length - before)), expected)
+                    << byte << " behind " << before << " in " << front;
             }
         }
     }

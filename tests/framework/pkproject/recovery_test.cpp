@@ -11,6 +11,8 @@
 #include <QFileInfo>
 
 #include <csignal>
+#include <functional>
+#include <initializer_list>
 #include <iostream>
 #include <memory>
 
@@ -340,48 +342,89 @@ protected:
     void fail(const std::string& /*path*/) override { ::kill(::getpid(), SIGKILL); }
 };
 
-// Whatever moment of a save a program dies at, what is on the disk and what is recovered is
-// together all that it had.
-TEST_P(UnsavedWorkInBothForms, IsWhatAnInterruptedSaveDidNotSave)
+class InterruptedSaveInBothForms : public UnsavedWorkInBothForms
 {
-    const auto editMore = [](ProjectModel& model) {
+protected:
+    // What is on the disk and what is recovered is together all that a program had, whatever moment
+    // of a save it dies at.
+    void interruptEverywhere(const std::function<void(ProjectModel&)>& editing)
+    {
+        ProjectModel expected(path());
+        editing(expected);
+        const QString completed = path("completed" + std::to_string(++m_editings));
+        for (int number = 0; !QFileInfo::exists(completed); ++number) {
+            SCOPED_TRACE("operation " + std::to_string(number));
+            const QString project = path("interrupted");
+            ProjectModel(path()).save(project, ArchiveFormat::Source, true);
+            runAndKill([&] {
+                auto* const model = new ProjectModel(project);
+                editing(*model);
+                DeadlyDisk disk;
+                disk.failAt(number, EIO, false);
+                model->save(QString(), ArchiveFormat::Source, true);
+                putLocal(completed, "");
+            });
+            const QList<UnsavedWork> work = ProjectModel::recoverable(project);
+            ++(work.isEmpty() ? m_saved : m_unsaved);
+            if (work.isEmpty()) {
+                expectEqual(ProjectModel(project), expected);
+            } else {
+                ASSERT_EQ(work.size(), 1);
+                EXPECT_EQ(work[0].changes, QStringList());
+                expectEqual(ProjectModel::recover(work[0]), expected);
+                ProjectModel::discard(work[0]);
+            }
+            // Of the dead program; what is left is this one's.
+            EXPECT_EQ(QDir(files().path()).entryList({q("kxproject-*")}).size(), 1);
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+
+    int m_editings = 0;
+    int m_unsaved = 0;
+    int m_saved = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, InterruptedSaveInBothForms,
+                         testing::Values(Form::Directory, Form::Archive), nameOf);
+
+TEST_P(InterruptedSaveInBothForms, LeavesWhatItDidNotSave)
+{
+    interruptEverywhere([](ProjectModel& model) {
         edit(model);
         model.writeFile(q("large"), noise(1, 300'000));
-    };
-    ProjectModel expected(path());
-    editMore(expected);
-    const QString completed = path("completed");
-    int unsaved = 0;
-    int saved = 0;
-    for (int number = 0; !QFileInfo::exists(completed); ++number) {
-        SCOPED_TRACE("operation " + std::to_string(number));
-        const QString project = path("interrupted");
-        ProjectModel(path()).save(project, ArchiveFormat::Source, true);
-        runAndKill([&] {
-            auto* const model = new ProjectModel(project);
-            editMore(*model);
-            DeadlyDisk disk;
-            disk.failAt(number, EIO, false);
-            model->save(QString(), ArchiveFormat::Source, true);
-            putLocal(completed, "");
-        });
-        const QList<UnsavedWork> work = ProjectModel::recoverable(project);
-        ++(work.isEmpty() ? saved : unsaved);
-        if (work.isEmpty()) {
-            expectEqual(ProjectModel(project), expected);
-        } else {
-            ASSERT_EQ(work.size(), 1);
-            EXPECT_EQ(work[0].changes, QStringList());
-            expectEqual(ProjectModel::recover(work[0]), expected);
-            ProjectModel::discard(work[0]);
-        }
-        // Of the dead program; what is left is this one's.
-        EXPECT_EQ(QDir(files().path()).entryList({q("kxproject-*")}).size(), 1);
-        ASSERT_FALSE(HasFailure());
+    });
+    std::cout << m_unsaved << " points before the save counts, " << m_saved << " after\n";
+    EXPECT_GT(m_unsaved, 5);
+    EXPECT_GT(m_saved, 1);
+}
+
+TEST_P(InterruptedSaveInBothForms, WithoutAnythingNewLeavesWhatItDidNotSave)
+{
+    for (const auto editing : std::initializer_list<void (*)(ProjectModel&)>{
+             [](ProjectModel& model) { model.remove(q("gone")); },
+             [](ProjectModel& model) { model.remove(q("d")); },
+             [](ProjectModel& model) { model.move(q("a"), q("b"), false); },
+             [](ProjectModel& model) { model.move(q("d/e"), q("e"), false); },
+             [](ProjectModel& model) { model.mkdir(q("new/deep"), true); },
+             [](ProjectModel& model) {
+                 model.remove(q("gone"));
+                 model.mkdir(q("gone"), false);
+             },
+             [](ProjectModel& model) {
+                 model.move(q("a"), q("x"), false);
+                 model.move(q("gone"), q("a"), false);
+                 model.move(q("x"), q("gone"), false);
+             },
+             [](ProjectModel& model) {
+                 model.move(q("d"), q("x"), false);
+                 model.mkdir(q("d"), false);
+                 model.move(q("x/e"), q("d/e"), false);
+             }}) {
+        interruptEverywhere(editing);
+        ASSERT_FALSE(HasFailure()) << m_editings;
     }
-    std::cout << unsaved << " points before the save counts, " << saved << " after\n";
-    EXPECT_GT(unsaved, 5);
-    EXPECT_GT(saved, 1);
+    EXPECT_GT(m_saved, 8);
 }
 
 } // namespace
